@@ -1,0 +1,7 @@
+# sdc_warnings(target): the project's warnings, as errors where SDC_WARNINGS_AS_ERRORS says so.
+function(sdc_warnings target)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+        $<$<CXX_COMPILER_ID:GNU>:-Wuseless-cast -Wduplicated-cond -Wlogical-op>
+        $<$<BOOL:${SDC_WARNINGS_AS_ERRORS}>:-Werror>)
+endfunction()

@@ -1,0 +1,157 @@
+#include "simulator/host/Trace.h"
+
+#include "simulator/host/HostObserver.h"
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <ostream>
+
+/// What the host knows of all components of one name. Lives until the process ends: a library may be unloaded and loaded
+/// anew.
+struct PlxTraceComponent {
+    std::string name;
+    std::atomic<std::uint32_t> level{PLX_TRACE_LEVEL_OFF};
+    bool levelIsSet = false; // by the operator
+    bool exists = false;     // was constructed at least once
+    PlxTraceLevel defaultLevel{};
+    PlxTraceHdrOption hdrOption{};
+};
+
+namespace simulator {
+
+namespace {
+
+/// Guarded tables; never destroyed, because modules may trace while the process ends.
+struct Router {
+    std::mutex componentsGuard;
+    std::map<std::string, PlxTraceComponent> components;
+    std::mutex sinksGuard;
+    std::vector<TraceSink*> sinks;
+
+    PlxTraceComponent& component(const std::string& name)
+    {
+        PlxTraceComponent& component = components[name];
+        component.name = name;
+        return component;
+    }
+};
+
+Router& router()
+{
+    static Router& theRouter = *new Router;
+    return theRouter;
+}
+
+void writeToSinks(const TraceRecord& record)
+{
+    const std::lock_guard<std::mutex> guard(router().sinksGuard);
+    for (TraceSink* sink : router().sinks) {
+        sink->write(record);
+    }
+}
+
+} // namespace
+
+namespace trace {
+
+void setLevel(const std::string& component, PlxTraceLevel level)
+{
+    const std::lock_guard<std::mutex> guard(router().componentsGuard);
+    PlxTraceComponent& entry = router().component(component);
+    entry.level = level;
+    entry.levelIsSet = true;
+}
+
+std::vector<TraceComponentInfo> components()
+{
+    const std::lock_guard<std::mutex> guard(router().componentsGuard);
+    std::vector<TraceComponentInfo> infos;
+    for (const auto& [name, component] : router().components) {
+        if (component.exists) {
+            infos.push_back(
+                {name, static_cast<PlxTraceLevel>(component.level.load()), component.defaultLevel, component.hdrOption});
+        }
+    }
+    return infos;
+}
+
+void addSink(TraceSink& sink)
+{
+    const std::lock_guard<std::mutex> guard(router().sinksGuard);
+    router().sinks.push_back(&sink);
+}
+
+void removeSink(TraceSink& sink)
+{
+    const std::lock_guard<std::mutex> guard(router().sinksGuard);
+    std::erase(router().sinks, &sink);
+}
+
+} // namespace trace
+
+void StreamTraceSink::write(const TraceRecord& record)
+{
+    m_stream << record.component << ' ' << record.level << (record.isEntry ? " > " : "   ") << record.header->function;
+    if (record.hasText) {
+        m_stream << ": " << record.text;
+    }
+    m_stream << std::endl; // a trace must be out before the module goes on
+}
+
+void RecordingTraceSink::write(const TraceRecord& record)
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    m_records.push_back(record);
+}
+
+std::vector<TraceRecord> RecordingTraceSink::records() const
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    return m_records;
+}
+
+void RecordingTraceSink::clear()
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    m_records.clear();
+}
+
+} // namespace simulator
+
+PlxTrace::PlxTrace(const char* name, PlxTraceLevel level, PlxTraceHdrOption hdrOption)
+{
+    simulator::Router& router = simulator::router();
+    const std::lock_guard<std::mutex> guard(router.componentsGuard);
+    PlxTraceComponent& component = router.component(name);
+    component.exists = true;
+    component.defaultLevel = level;
+    component.hdrOption = hdrOption;
+    if (!component.levelIsSet) {
+        component.level = level;
+    }
+    m_component = &component;
+}
+
+bool PlxTrace::isEnabled(PlxTraceLevel level) const
+{
+    if (simulator::isHostObserved()) {
+        simulator::tellHostObserver("trace.isEnabled " + std::to_string(level));
+    }
+    return level <= m_component->level.load(std::memory_order_relaxed);
+}
+
+void PlxTrace::logMsg(PlxTraceLevel level, const PlxTraceHeader& header, const std::string& text) const
+{
+    simulator::writeToSinks({m_component->name, level, &header, false, true, text});
+}
+
+void PlxTrace::logEnterMsg(PlxTraceLevel level, const PlxTraceHeader& header) const
+{
+    simulator::writeToSinks({m_component->name, level, &header, true, false, {}});
+}
+
+void PlxTrace::logEnterMsg(PlxTraceLevel level, const PlxTraceHeader& header, const std::string& text) const
+{
+    simulator::writeToSinks({m_component->name, level, &header, true, true, text});
+}

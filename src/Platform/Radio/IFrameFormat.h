@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Platform/Host/IInterface.h"
+
+#include <cstdint>
+
+/// The frame format in force on one channel. Published under the RadioChannel form of "IFrameFormat".
+class IFrameFormat : public IInterface {
+public:
+    /// Channel spacing in kHz. Called on the thread that starts a scan.
+    virtual std::uint32_t getChannelSpacing() = 0;
+};

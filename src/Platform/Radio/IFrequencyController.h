@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Platform/Host/IInterface.h"
+
+#include <cstdint>
+#include <string>
+
+/// Tunes the radio of one channel.
+class IFrequencyController : public IInterface {
+public:
+    using IInterface::interfaceName;
+
+    /// Unsigned form: "IFrequencyController" for channel 0, else "IFrequencyController_" and the channel.
+    static std::string interfaceName(unsigned int channel) { return interfaceName("IFrequencyController", channel); }
+
+    /// The configured receive frequency in kHz. Called on the thread that starts a scan.
+    virtual std::uint32_t getRxFrequency() = 0;
+
+    /// Tunes the receiver. The meaning of @p flag is the publisher's; a spectrum scan always passes true.
+    /// Returns a result code: 32768 or more, compared signed, is a failure. Called on a scan's worker thread.
+    virtual std::int32_t setRxFrequency(std::uint32_t frequency_kHz, bool flag) = 0;
+};

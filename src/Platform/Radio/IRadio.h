@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Platform/Host/IInterface.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+struct SDCProperties;
+
+/// What a radio unit says of itself. Publishers may add members behind the first.
+struct UnitInfo {
+    std::string typeText; ///< text that names the unit's type, for example "KLM6 18G"; may hold more than the type
+};
+
+/// Gives the properties of one radio unit. Owned by whoever asked IRadio for it.
+///
+/// Called from the threads that command a controller and from the controller's worker, possibly at the same time.
+class IRadioPropertiesProvider {
+public:
+    virtual ~IRadioPropertiesProvider() = default;
+
+    /// Fills all four bytes of the record. Returns 0, or 32768 or more for a failure.
+    virtual std::int32_t getProperties(SDCProperties& properties) = 0;
+
+    /// Fills the record.
+    virtual void getUnitInfo(UnitInfo& unitInfo) = 0;
+};
+
+/// The radio unit of one channel.
+class IRadio : public IInterface {
+public:
+    using IInterface::interfaceName;
+
+    /// Unsigned form: "IRadio" for channel 0, else "IRadio_" and the channel.
+    static std::string interfaceName(unsigned int channel) { return interfaceName("IRadio", channel); }
+
+    /// A new properties provider, owned by the caller. Called once for each controller, on the host's thread.
+    virtual std::unique_ptr<IRadioPropertiesProvider> createPropertiesProvider() = 0;
+};
