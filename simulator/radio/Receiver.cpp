@@ -1,0 +1,95 @@
+#include "simulator/radio/Receiver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <stdexcept>
+
+namespace simulator {
+
+namespace {
+
+constexpr std::int32_t failed = 32768;
+
+const Link& possible(const Link& link)
+{
+    const std::string why = whyImpossible(link);
+    if (!why.empty()) {
+        throw std::invalid_argument(why);
+    }
+    return link;
+}
+
+/// Uniform in (0, 1], 53 bits of it.
+double uniform(std::mt19937_64& random)
+{
+    return static_cast<double>((random() >> 11) + 1) * 0x1p-53;
+}
+
+} // namespace
+
+Receiver::Receiver(const Link& link, Clock& clock)
+    : m_air(possible(link).emitters, link.filterWidth_kHz, link.noiseFigure_dB)
+    , m_clock(clock)
+    , m_lowest_kHz(link.frequencyParameters.minRxFrequency_kHz)
+    , m_highest_kHz(link.frequencyParameters.maxRxFrequency_kHz)
+    , m_settlingTime_ms(link.settlingTime_ms)
+    , m_jitter_dB(link.jitter_dB)
+    , m_frequency_kHz(link.rxFrequency_kHz)
+    , m_tunedAt(clock.now())
+    , m_from_dBm(m_air.rssi_dBm(link.rxFrequency_kHz))
+    , m_to_dBm(m_from_dBm)
+    , m_random(link.seed)
+{
+}
+
+std::int32_t Receiver::tune(std::uint32_t frequency_kHz)
+{
+    if (frequency_kHz < m_lowest_kHz || frequency_kHz > m_highest_kHz) {
+        return failed;
+    }
+    const Clock::Duration now = m_clock.now();
+    const std::lock_guard<std::mutex> guard(m_guard);
+    m_from_dBm = levelAt(now);
+    m_to_dBm = m_air.rssi_dBm(frequency_kHz);
+    m_tunedAt = now;
+    m_frequency_kHz = frequency_kHz;
+    ++m_tunings;
+    return 0;
+}
+
+std::int32_t Receiver::reading()
+{
+    constexpr double hundredthsPerDecibel = 100.0;
+    const Clock::Duration now = m_clock.now();
+    const std::lock_guard<std::mutex> guard(m_guard);
+    const double level_dBm = levelAt(now) + m_jitter_dB * normalDeviate();
+    return static_cast<std::int32_t>(std::lround(hundredthsPerDecibel * level_dBm));
+}
+
+std::uint32_t Receiver::frequency_kHz() const
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    return m_frequency_kHz;
+}
+
+std::uint64_t Receiver::tunings() const
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    return m_tunings;
+}
+
+double Receiver::levelAt(Clock::Duration time) const
+{
+    const std::chrono::duration<double, std::milli> sinceTuning = std::max(time - m_tunedAt, Clock::Duration::zero());
+    return m_to_dBm + (m_from_dBm - m_to_dBm) * std::exp(-sinceTuning.count() / m_settlingTime_ms);
+}
+
+/// Box and Muller's method, because the standard library's normal distribution differs from one library to the next.
+double Receiver::normalDeviate()
+{
+    const double radius = std::sqrt(-2.0 * std::log(uniform(m_random)));
+    return radius * std::cos(2.0 * std::numbers::pi * uniform(m_random));
+}
+
+} // namespace simulator

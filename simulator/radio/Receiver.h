@@ -1,0 +1,60 @@
+#pragma once
+
+#include "simulator/host/Clock.h"
+#include "simulator/radio/Air.h"
+#include "simulator/radio/Link.h"
+
+#include <cstdint>
+#include <mutex>
+#include <random>
+
+namespace simulator {
+
+/// The tunable receiver of one radio channel.
+///
+/// After a tuning the level runs from where it stood towards its new value, in dB and exponentially with the link's settling
+/// time. Each reading has a jitter of its own, from a generator that begins with the link's seed: the same calls at the same
+/// times give the same readings, whatever the compiler or the library.
+///
+/// All operations may be called from any thread. Times are those of the calling thread; one whose clock is behind the last
+/// tuning sees the moment of the tuning.
+class Receiver {
+public:
+    /// Tuned to the link's configured frequency, and settled. The clock must outlive the receiver, the link need not.
+    /// @throws std::invalid_argument when a terminal cannot work with the link
+    Receiver(const Link& link, Clock& clock);
+
+    /// Returns 0; or 32768, and stays where it is, for a frequency outside the link's receive range.
+    std::int32_t tune(std::uint32_t frequency_kHz);
+
+    /// The level now, in hundredths of a dBm.
+    std::int32_t reading();
+
+    std::uint32_t frequency_kHz() const;
+
+    /// Number of tunings so far, without those refused.
+    std::uint64_t tunings() const;
+
+private:
+    double levelAt(Clock::Duration time) const;
+    double normalDeviate();
+
+    // Set once.
+    const Air m_air;
+    Clock& m_clock;
+    const std::uint32_t m_lowest_kHz;
+    const std::uint32_t m_highest_kHz;
+    const double m_settlingTime_ms;
+    const double m_jitter_dB;
+
+    // Behind the guard.
+    mutable std::mutex m_guard;
+    std::uint32_t m_frequency_kHz;
+    Clock::Duration m_tunedAt;
+    double m_from_dBm; ///< where the level stood when the receiver was tuned
+    double m_to_dBm;   ///< where it goes
+    std::uint64_t m_tunings = 0;
+    std::mt19937_64 m_random;
+};
+
+} // namespace simulator
