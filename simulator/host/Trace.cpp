@@ -92,7 +92,9 @@ void removeSink(TraceSink& sink)
 
 void StreamTraceSink::write(const TraceRecord& record)
 {
-    m_stream << record.component << ' ' << record.level << (record.isEntry ? " > " : "   ") << record.header->function;
+    // The level as text of its own: the stream may group digits or write another base.
+    m_stream << record.component << ' ' << std::to_string(record.level) << (record.isEntry ? " > " : "   ")
+             << record.header->function;
     if (record.hasText) {
         m_stream << ": " << record.text;
     }
