@@ -2,7 +2,9 @@
 
 #include "simulator/host/HostObserver.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <stdexcept>
 
 namespace simulator {
@@ -15,58 +17,54 @@ std::atomic<Util::SleepApi*> serviceInForce{nullptr};
 
 void Clock::sleepMs(std::uint32_t milliseconds)
 {
+    const Duration duration = std::chrono::milliseconds(milliseconds);
     {
-        std::unique_lock<std::mutex> lock(m_holdGuard);
-        m_released.wait(lock, [this] { return !m_isHeld; });
+        std::unique_lock<std::mutex> lock(m_guard);
+        m_released.wait(lock, [this] { return m_holds == 0; });
     }
-    pass(std::chrono::milliseconds(milliseconds));
+    pass(duration);
+    const std::lock_guard<std::mutex> lock(m_guard);
+    m_timelines[std::this_thread::get_id()] += duration;
+}
+
+Clock::Duration Clock::now()
+{
+    const std::lock_guard<std::mutex> lock(m_guard);
+    return m_timelines[std::this_thread::get_id()];
 }
 
 void Clock::hold()
 {
-    const std::lock_guard<std::mutex> lock(m_holdGuard);
-    m_isHeld = true;
+    const std::lock_guard<std::mutex> lock(m_guard);
+    ++m_holds;
 }
 
 void Clock::release()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_holdGuard);
-        m_isHeld = false;
+        const std::lock_guard<std::mutex> lock(m_guard);
+        --m_holds;
     }
     m_released.notify_all();
 }
 
 RealClock::RealClock(double factor)
     : m_factor(factor)
-    , m_start(std::chrono::steady_clock::now())
 {
-    if (!(factor > 0.0)) {
-        throw std::invalid_argument("the factor of a clock must be above 0");
+    if (!(factor > 0.0) || !std::isfinite(factor)) {
+        throw std::invalid_argument("the factor of a clock must be above 0 and finite");
     }
 }
 
-Clock::Duration RealClock::now()
-{
-    return std::chrono::duration_cast<Duration>((std::chrono::steady_clock::now() - m_start) * m_factor);
-}
-
+/// At most a hundred years: with a tiny factor the wall time would not fit into a duration.
 void RealClock::pass(Duration duration)
 {
-    std::this_thread::sleep_for(duration / m_factor);
+    constexpr std::chrono::duration<double, std::nano> hundredYears = std::chrono::hours(100 * 365 * 24);
+    const std::chrono::duration<double, std::nano> wallTime = duration / m_factor;
+    std::this_thread::sleep_for(std::chrono::duration_cast<Duration>(std::min(wallTime, hundredYears)));
 }
 
-Clock::Duration VirtualClock::now()
-{
-    const std::lock_guard<std::mutex> guard(m_timelinesGuard);
-    return m_timelines[std::this_thread::get_id()];
-}
-
-void VirtualClock::pass(Duration duration)
-{
-    const std::lock_guard<std::mutex> guard(m_timelinesGuard);
-    m_timelines[std::this_thread::get_id()] += duration;
-}
+void VirtualClock::pass(Duration) {}
 
 SleepServiceInForce::SleepServiceInForce(Util::SleepApi& service)
     : m_before(serviceInForce.exchange(&service))

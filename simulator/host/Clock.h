@@ -12,6 +12,9 @@ namespace simulator {
 
 /// Time as the simulated terminal knows it: a sleep service that also tells how late it is.
 ///
+/// Each thread has a timeline of its own, which its sleeps move on by exactly what they were asked for. Whatever depends on
+/// simulated time is therefore the same at any speed, and several sweeps at once do not see each other's delays.
+///
 /// All operations may be called from any thread.
 class Clock : public Util::SleepApi {
 public:
@@ -20,47 +23,40 @@ public:
     /// Waits while the clock is held, then lets the time pass for the calling thread.
     void sleepMs(std::uint32_t milliseconds) final;
 
-    /// Simulated time since the clock was made, as the calling thread sees it.
-    virtual Duration now() = 0;
+    /// Simulated time of the calling thread: the sum of its sleeps.
+    Duration now();
 
-    /// Holds the clock: sleeps that begin from now on wait until release. What lies between happens at one moment.
+    /// Holds the clock: sleeps that begin from now on wait until as many releases. What lies between happens at one moment.
     void hold();
     void release();
 
 private:
+    /// Takes the wall time that the duration takes.
     virtual void pass(Duration duration) = 0;
 
-    std::mutex m_holdGuard;
+    std::mutex m_guard;
     std::condition_variable m_released;
-    bool m_isHeld = false;
+    int m_holds = 0;
+    std::map<std::thread::id, Duration> m_timelines;
 };
 
-/// Wall time, or faster by a factor: a second passes in 1/factor of a second.
+/// Real time, or faster by a factor: a second passes in 1/factor of a second.
 class RealClock : public Clock {
 public:
-    /// @param factor above 0; 1 is real time
+    /// @param factor  above 0 and finite; 1 is real time
+    /// @throws std::invalid_argument for any other
     explicit RealClock(double factor = 1.0);
-
-    Duration now() override;
 
 private:
     void pass(Duration duration) override;
 
     double m_factor;
-    std::chrono::steady_clock::time_point m_start;
 };
 
-/// No wall time at all: a sleep returns at once and moves the clock on. Each thread has a timeline of its own, so that
-/// several sweeps at once do not see each other's delays.
+/// No wall time at all: a sleep returns at once.
 class VirtualClock : public Clock {
-public:
-    Duration now() override;
-
 private:
     void pass(Duration duration) override;
-
-    std::mutex m_timelinesGuard;
-    std::map<std::thread::id, Duration> m_timelines;
 };
 
 /// Puts a sleep service in force for as long as it lives; the one before it comes back afterwards. Without any, modules get

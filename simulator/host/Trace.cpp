@@ -92,6 +92,9 @@ void removeSink(TraceSink& sink)
 
 void StreamTraceSink::write(const TraceRecord& record)
 {
+    if (record.level > m_highestLevel) {
+        return;
+    }
     // The level as text of its own: the stream may group digits or write another base.
     m_stream << record.component << ' ' << std::to_string(record.level) << (record.isEntry ? " > " : "   ")
              << record.header->function;

@@ -49,17 +49,20 @@ void removeSink(TraceSink& sink);
 
 } // namespace trace
 
-/// Writes readable lines: component, level, function, text; entry records are marked with ">".
+/// Writes readable lines: component, level, function, text; entry records are marked with ">". Records above a level of its
+/// own are left out, so that what a person reads does not depend on what other sinks need.
 class StreamTraceSink : public TraceSink {
 public:
-    explicit StreamTraceSink(std::ostream& stream)
+    explicit StreamTraceSink(std::ostream& stream, PlxTraceLevel highestLevel = PLX_TRACE_LEVEL_DETAIL)
         : m_stream(stream)
+        , m_highestLevel(highestLevel)
     {
     }
     void write(const TraceRecord& record) override;
 
 private:
     std::ostream& m_stream;
+    PlxTraceLevel m_highestLevel;
 };
 
 /// Keeps all records.

@@ -1,0 +1,12 @@
+#include "simulator/terminal/ControllerConstruction.h"
+
+#include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
+
+namespace simulator {
+
+std::unique_ptr<ModuleInterface> constructController(RadioChannel channel)
+{
+    return std::make_unique<SpectrumDiagnosticsController>(channel);
+}
+
+} // namespace simulator

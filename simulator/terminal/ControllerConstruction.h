@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Platform/Host/ModuleInterface.h"
+#include "Platform/Host/RadioChannel.h"
+
+#include <memory>
+
+namespace simulator {
+
+/// Constructs the spectrum diagnostics controller of a channel out of the module library, as a host does.
+std::unique_ptr<ModuleInterface> constructController(RadioChannel channel);
+
+} // namespace simulator

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "simulator/host/Trace.h"
+
+#include "Platform/Host/RadioChannel.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace simulator {
+
+/// What a sweep is going to do, as the controller itself reports it when the sweep begins.
+struct ScanPlan {
+    std::uint32_t rxFrequency_kHz = 0; ///< where the receiver is put back to
+    std::uint32_t channelSpacing_kHz = 0;
+    std::uint32_t lowest_kHz = 0;  ///< first sample
+    std::uint32_t highest_kHz = 0; ///< bound of the last sample
+    std::int32_t samples = 0;      ///< number of samples planned
+    std::uint32_t step_kHz = 0;
+    std::uint32_t setRxWait_ms = 0;      ///< settle delay before each reading but the first
+    std::uint32_t firstSetRxWait_ms = 0; ///< settle delay before the first reading
+
+    /// The sum of the settle delays: how long the sweep takes at least. A sweep of one sample waits five seconds.
+    std::chrono::milliseconds settleTime() const;
+};
+
+/// Reads plans out of the controllers' parameter dumps (trace level 5).
+class PlanRecorder : public TraceSink {
+public:
+    void write(const TraceRecord& record) override;
+
+    /// The plan of the channel's last sweep, if one has begun.
+    std::optional<ScanPlan> planOf(RadioChannel channel) const;
+
+private:
+    using Values = std::map<std::string, std::int64_t>;
+
+    mutable std::mutex m_guard;
+    std::map<std::thread::id, Values> m_dumps; // each worker writes its dump on its own thread
+    std::map<std::uint32_t, ScanPlan> m_plans;
+};
+
+} // namespace simulator

@@ -1,0 +1,204 @@
+#include "simulator/terminal/SimulatedTerminal.h"
+
+#include "simulator/host/ModuleManager.h"
+#include "simulator/radio/RadioPeers.h"
+#include "simulator/terminal/ControllerConstruction.h"
+
+#include "Platform/Host/InterfaceBroker.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace simulator {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+bool isOngoing(ESDCStatus status)
+{
+    return status == SDC_STATUS_CHANNEL_SCAN_ONGOING || status == SDC_STATUS_SUB_BAND_ONGOING;
+}
+
+void traceAtLeast(const std::string& component, PlxTraceLevel level)
+{
+    for (const TraceComponentInfo& info : trace::components()) {
+        if (info.name == component && info.level < level) {
+            trace::setLevel(component, level);
+        }
+    }
+}
+
+/// Holds a clock for as long as it lives.
+class ClockHold {
+public:
+    explicit ClockHold(Clock& clock)
+        : m_clock(clock)
+    {
+        m_clock.hold();
+    }
+    ~ClockHold() { m_clock.release(); }
+    ClockHold(const ClockHold&) = delete;
+    ClockHold& operator=(const ClockHold&) = delete;
+
+private:
+    Clock& m_clock;
+};
+
+} // namespace
+
+/// In the order of construction: the controller goes before the peers that it uses.
+struct SimulatedTerminal::Channel {
+    Channel(const TerminalChannel& channel, Clock& clock)
+        : number(channel.number)
+        , peers(channel.link, channel.number, clock)
+        , controller(constructController(channel.number))
+    {
+    }
+
+    RadioChannel number;
+    RadioPeers peers;
+    std::unique_ptr<ModuleInterface> controller;
+    bool hasScanned = false;
+};
+
+SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock)
+    : m_clock(clock)
+    , m_sleepInForce(clock)
+{
+    for (const TerminalChannel& channel : channels) {
+        m_channels.push_back(std::make_unique<Channel>(channel, clock));
+    }
+    const std::vector<PhaseFailure> failures = ModuleManager::instance().start();
+    if (!failures.empty()) {
+        const PhaseFailure& failure = failures.front();
+        throw std::runtime_error(
+            failure.module + " did not come up: " + failure.phase + " returned " + std::to_string(failure.result));
+    }
+    traceAtLeast("ZRP.SDC", PLX_TRACE_LEVEL_INFO);
+    trace::addSink(m_plans);
+}
+
+SimulatedTerminal::~SimulatedTerminal()
+{
+    for (const auto& channel : m_channels) {
+        if (isOngoing(controller(channel->number).getStatus())) {
+            controller(channel->number).setCommand(SDC_CMD_SCAN_STOP, 0);
+        }
+    }
+    ModuleManager::instance().stop();
+    trace::removeSink(m_plans);
+}
+
+SimulatedTerminal::Channel& SimulatedTerminal::find(RadioChannel channel) const
+{
+    const auto found = std::ranges::find(m_channels, channel, [](const auto& candidate) { return candidate->number; });
+    if (found == m_channels.end()) {
+        throw std::out_of_range("the terminal has no radio channel " + std::to_string(static_cast<std::uint32_t>(channel)));
+    }
+    return **found;
+}
+
+ISpectrumDiagnosticsController& SimulatedTerminal::controller(RadioChannel channel) const
+{
+    const auto& interfaces = InterfaceBroker::getInstance().interfaces();
+    const std::string name = IInterface::interfaceName("ISpectrumDiagnosticsController", find(channel).number);
+    return dynamic_cast<ISpectrumDiagnosticsController&>(*interfaces.at(name));
+}
+
+std::uint32_t SimulatedTerminal::rxFrequency_kHz(RadioChannel channel) const
+{
+    return find(channel).peers.receiver().frequency_kHz();
+}
+
+/// Gives the command. While the clock is held no sweep can pass its first settle delay, so a scan that was accepted shows as
+/// ongoing, as it does in real time.
+SimulatedTerminal::Answer SimulatedTerminal::command(Channel& channel, ESDCCommand start) const
+{
+    const ClockHold hold(m_clock);
+    ISpectrumDiagnosticsController& sdc = controller(channel.number);
+    if (sdc.setCommand(start, 0) >= SDC_RC_FAILED) {
+        return Answer::failed;
+    }
+    const bool isFirst = !std::exchange(channel.hasScanned, true); // nothing runs that could refuse it
+    return isFirst || isOngoing(sdc.getStatus()) ? Answer::accepted : Answer::refused;
+}
+
+ScanStart SimulatedTerminal::startScan(RadioChannel number, ESDCCommand start)
+{
+    constexpr int attempts = 100;
+    constexpr milliseconds pause{10};
+    Channel& channel = find(number);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const std::uint64_t tuningsBefore = channel.peers.receiver().tunings();
+        const Answer answer = command(channel, start);
+        if (answer == Answer::failed) {
+            return ScanStart::failed;
+        }
+        if (answer == Answer::accepted && waitForBegin(channel, tuningsBefore)) {
+            return ScanStart::underWay;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+    return ScanStart::busy;
+}
+
+/// A start that falls between the worker's test of its state and its wait is lost until the next notification, and only the
+/// host can give that one: its stop phase puts the worker back to idle.
+bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefore)
+{
+    constexpr milliseconds patience{1000};
+    const auto hasBegun = [&] { return channel.peers.receiver().tunings() > tuningsBefore; };
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!hasBegun() && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    if (!hasBegun()) {
+        channel.controller->onPhaseStop();
+    }
+    return hasBegun();
+}
+
+ESDCStatus SimulatedTerminal::waitForEnd(RadioChannel channel, const std::function<void()>& onPoll) const
+{
+    constexpr milliseconds longestPause{50};
+    ISpectrumDiagnosticsController& sdc = controller(channel);
+    milliseconds pause{1};
+    while (isOngoing(sdc.getStatus())) {
+        if (onPoll) {
+            onPoll();
+        }
+        std::this_thread::sleep_for(pause);
+        pause = std::min(2 * pause, longestPause);
+    }
+    return sdc.getStatus();
+}
+
+void SimulatedTerminal::waitForIdle(RadioChannel channel) const
+{
+    find(channel).controller->onPhaseStop();
+}
+
+std::vector<SDCResult> SimulatedTerminal::samples(RadioChannel channel) const
+{
+    std::vector<SDCResult> copy(1000);
+    for (;;) {
+        auto count = static_cast<std::int32_t>(copy.size());
+        controller(channel).getResult(&count, copy.data());
+        if (static_cast<std::size_t>(count) < copy.size()) {
+            copy.resize(static_cast<std::size_t>(count));
+            return copy;
+        }
+        copy.resize(2 * copy.size());
+    }
+}
+
+std::optional<ScanPlan> SimulatedTerminal::plan(RadioChannel channel) const
+{
+    return m_plans.planOf(channel);
+}
+
+} // namespace simulator

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "simulator/host/Clock.h"
+#include "simulator/host/Trace.h"
+#include "simulator/radio/Link.h"
+#include "simulator/terminal/ScanPlan.h"
+
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Platform/Host/ModuleInterface.h"
+#include "Platform/Host/RadioChannel.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace simulator {
+
+/// One radio channel of a terminal and the link that it serves.
+struct TerminalChannel {
+    RadioChannel number{};
+    Link link;
+};
+
+/// How a start ended.
+enum class ScanStart {
+    underWay, ///< the sweep runs, or has run already
+    failed,   ///< the controller could not plan: unsupported unit type
+    busy,     ///< refused for as long as was tried: the worker is still leaving the scan before
+};
+
+/// A whole terminal without a radio: the host, the radio peers of each channel, and one spectrum diagnostics controller per
+/// channel out of the module library, brought up as a host does it. For programs and for tests of modules that use the
+/// controller's interface. One at a time per process, because a host is one; its operations belong to the thread that made
+/// it.
+class SimulatedTerminal {
+public:
+    /// Brings the terminal up. Throws std::invalid_argument for a link that cannot work, and std::runtime_error when a
+    /// module does not come up.
+    /// @param clock  the terminal's time; must outlive it
+    SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock);
+
+    /// Stops running scans, waits for the receivers to be put back and takes the terminal down.
+    ~SimulatedTerminal();
+
+    SimulatedTerminal(const SimulatedTerminal&) = delete;
+    SimulatedTerminal& operator=(const SimulatedTerminal&) = delete;
+
+    /// The controller's interface, found as any other module finds it. Throws std::out_of_range for an unknown channel.
+    ISpectrumDiagnosticsController& controller(RadioChannel channel) const;
+
+    /// Where the receiver is tuned to at the moment, in kHz.
+    std::uint32_t rxFrequency_kHz(RadioChannel channel) const;
+
+    /// Starts a scan, and starts it again while the worker is still leaving the one before (for about a second).
+    /// Returns once the sweep has begun.
+    ScanStart startScan(RadioChannel channel, ESDCCommand start);
+
+    /// Polls until the channel's scan has ended. Runs @p onPoll between polls. Returns the status at the end.
+    ESDCStatus waitForEnd(RadioChannel channel, const std::function<void()>& onPoll = {}) const;
+
+    /// Waits until the channel's worker has left its sweep and put the receiver back, as after a stop. The host's stop phase
+    /// does that.
+    void waitForIdle(RadioChannel channel) const;
+
+    /// The samples of the channel's current or last scan.
+    std::vector<SDCResult> samples(RadioChannel channel) const;
+
+    /// The plan of the channel's current or last scan; nothing before the first. It is read from the controller's trace:
+    /// the constructor raises the level of the component to 5 (information) where it is lower.
+    std::optional<ScanPlan> plan(RadioChannel channel) const;
+
+private:
+    struct Channel;
+    enum class Answer { accepted, refused, failed };
+
+    Channel& find(RadioChannel channel) const;
+    Answer command(Channel& channel, ESDCCommand start) const;
+    static bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore);
+
+    Clock& m_clock;
+    SleepServiceInForce m_sleepInForce;
+    PlanRecorder m_plans;
+    std::vector<std::unique_ptr<Channel>> m_channels;
+};
+
+} // namespace simulator
