@@ -1,0 +1,34 @@
+#include "apps/sdc/Interrupt.h"
+
+#include <csignal>
+#include <unistd.h>
+
+namespace sdc {
+
+namespace {
+
+constexpr int exitInterrupted = 130;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+extern "C" void onInterrupt(int)
+{
+    if (interrupted != 0) {
+        _exit(exitInterrupted);
+    }
+    interrupted = 1;
+}
+
+} // namespace
+
+void watchForInterrupt()
+{
+    std::signal(SIGINT, onInterrupt);
+}
+
+bool isInterrupted()
+{
+    return interrupted != 0;
+}
+
+} // namespace sdc

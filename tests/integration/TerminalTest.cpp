@@ -1,0 +1,258 @@
+// The real library in a whole terminal: brought up, commanded, polled and taken down through the host's life cycle and the
+// published interface alone.
+
+#include "simulator/host/ModuleManager.h"
+#include "simulator/terminal/SimulatedTerminal.h"
+
+#include "Platform/Host/InterfaceBroker.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <thread>
+
+namespace {
+
+using simulator::Link;
+using simulator::ScanStart;
+using simulator::SimulatedTerminal;
+using simulator::TerminalChannel;
+using testing::Contains;
+using testing::Each;
+using testing::IsEmpty;
+
+constexpr RadioChannel channel1{1};
+
+const Link& firstLink()
+{
+    return simulator::links().front();
+}
+
+/// All but the time of a sweep is real: the clock is virtual.
+class Terminal : public testing::Test {
+protected:
+    SimulatedTerminal& bringUp(const std::vector<TerminalChannel>& channels = {{channel1, firstLink()}})
+    {
+        terminal = std::make_unique<SimulatedTerminal>(channels, clock);
+        return *terminal;
+    }
+
+    ESDCStatus scan(RadioChannel channel, ESDCCommand start) const
+    {
+        EXPECT_EQ(terminal->startScan(channel, start), ScanStart::underWay);
+        return terminal->waitForEnd(channel);
+    }
+
+    simulator::VirtualClock clock;
+    std::unique_ptr<SimulatedTerminal> terminal;
+};
+
+TEST_F(Terminal, channelScanFindsTheCarrierAndPutsTheReceiverBack)
+{
+    bringUp();
+    EXPECT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+    const std::vector<SDCResult> samples = terminal->samples(channel1);
+    ASSERT_EQ(samples.size(), 13U); // 27.5 MHz channel, margin 1 MHz, step 2 MHz
+    EXPECT_EQ(samples.front().frequency_kHz, 19164750U);
+    EXPECT_EQ(samples.back().frequency_kHz, 19188750U);
+    EXPECT_NEAR(samples[6].rssi, -3500, 300); // the wanted carrier
+    EXPECT_EQ(terminal->controller(channel1).getProgress(), 92);
+    EXPECT_EQ(terminal->rxFrequency_kHz(channel1), 19177500U);
+}
+
+TEST_F(Terminal, subBandScanCoversTheRasterAndShowsTheNeighbours)
+{
+    bringUp();
+    EXPECT_EQ(scan(channel1, SDC_CMD_SUB_BAND_SCAN_START), SDC_STATUS_SUB_BAND_SCAN_FINISHED);
+    const std::vector<SDCResult> samples = terminal->samples(channel1);
+    ASSERT_EQ(samples.size(), 500U);
+    EXPECT_EQ(samples.front().frequency_kHz, 18701000U);
+    EXPECT_EQ(samples.back().frequency_kHz, 19699000U);
+    const auto levelAt = [&](std::uint32_t frequency_kHz) { return samples[(frequency_kHz - 18701000U) / 2000U].rssi; };
+    const std::int32_t quiet = levelAt(18801000);
+    EXPECT_GT(levelAt(19122500), quiet + 1000); // n = 15
+    EXPECT_GT(levelAt(19177500), quiet + 1000); // n = 17
+    EXPECT_GT(levelAt(19260000), quiet + 1000); // n = 20
+    EXPECT_EQ(terminal->rxFrequency_kHz(channel1), 19177500U);
+}
+
+TEST_F(Terminal, planIsWhatTheControllerReports)
+{
+    bringUp();
+    EXPECT_FALSE(terminal->plan(channel1).has_value());
+    scan(channel1, SDC_CMD_CHANNEL_SCAN_START);
+    const simulator::ScanPlan plan = terminal->plan(channel1).value();
+    EXPECT_EQ(plan.rxFrequency_kHz, 19177500U);
+    EXPECT_EQ(plan.channelSpacing_kHz, 27500U);
+    EXPECT_EQ(plan.lowest_kHz, 19164750U);
+    EXPECT_EQ(plan.highest_kHz, 19188750U);
+    EXPECT_EQ(plan.samples, 13);
+    EXPECT_EQ(plan.step_kHz, 2000U);
+    EXPECT_EQ(plan.firstSetRxWait_ms, 3000U);
+    EXPECT_EQ(plan.setRxWait_ms, 300U);
+    EXPECT_EQ(plan.settleTime(), std::chrono::milliseconds(3000 + 12 * 300));
+}
+
+TEST_F(Terminal, everyScanAfterAnotherIsStartedThoughTheWorkerMayStillBeBusy)
+{
+    bringUp();
+    for (int round = 0; round < 100; ++round) {
+        ASSERT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+        ASSERT_EQ(scan(channel1, SDC_CMD_SUB_BAND_SCAN_START), SDC_STATUS_SUB_BAND_SCAN_FINISHED);
+        ASSERT_EQ(terminal->samples(channel1).size(), 500U);
+    }
+}
+
+TEST_F(Terminal, stopEndsTheSweepAfterTheStepInHandAndPutsTheReceiverBack)
+{
+    bringUp();
+    clock.hold();
+    ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
+    ASSERT_EQ(terminal->rxFrequency_kHz(channel1), 18701000U); // the first step, in its settle delay
+    EXPECT_EQ(terminal->controller(channel1).setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK);
+    EXPECT_EQ(terminal->controller(channel1).getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+    clock.release();
+    terminal->waitForIdle(channel1);
+    EXPECT_EQ(terminal->samples(channel1).size(), 1U);
+    EXPECT_EQ(terminal->rxFrequency_kHz(channel1), 19177500U);
+    EXPECT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+}
+
+TEST_F(Terminal, unsupportedUnitTypeFailsTheStart)
+{
+    Link link = firstLink();
+    link.unitTypeText = "no such unit";
+    bringUp({{channel1, link}});
+    EXPECT_EQ(terminal->startScan(channel1, SDC_CMD_CHANNEL_SCAN_START), ScanStart::failed);
+    EXPECT_EQ(terminal->controller(channel1).getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+}
+
+TEST_F(Terminal, channelsScanAtOnceEachWithTheSamplesItHasAlone)
+{
+    bringUp();
+    scan(channel1, SDC_CMD_SUB_BAND_SCAN_START);
+    const std::vector<SDCResult> alone = terminal->samples(channel1);
+    terminal.reset();
+
+    const std::vector<std::uint32_t> numbers = {0, 1, 2, 100, 4294967295U};
+    std::vector<TerminalChannel> channels;
+    for (const std::uint32_t number : numbers) {
+        channels.push_back({RadioChannel{number}, firstLink()});
+    }
+    bringUp(channels);
+    for (const std::uint32_t number : numbers) {
+        ASSERT_EQ(terminal->startScan(RadioChannel{number}, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
+    }
+    for (const std::uint32_t number : numbers) {
+        SCOPED_TRACE(number);
+        EXPECT_EQ(terminal->waitForEnd(RadioChannel{number}), SDC_STATUS_SUB_BAND_SCAN_FINISHED);
+        const std::vector<SDCResult> samples = terminal->samples(RadioChannel{number});
+        ASSERT_EQ(samples.size(), alone.size());
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            ASSERT_EQ(samples[i].frequency_kHz, alone[i].frequency_kHz);
+            ASSERT_EQ(samples[i].rssi, alone[i].rssi);
+        }
+    }
+}
+
+std::set<std::string> threadNames()
+{
+    std::set<std::string> names;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(task.path() / "comm");
+        std::string name;
+        std::getline(file, name);
+        names.insert(name);
+    }
+    return names;
+}
+
+TEST_F(Terminal, workerThreadsAreNamedWithinWhatLinuxTakes)
+{
+    bringUp({{RadioChannel{3}, firstLink()}, {RadioChannel{100}, firstLink()}});
+    EXPECT_THAT(threadNames(), Contains("SpectDiagCtrl3"));
+    EXPECT_THAT(threadNames(), Contains("SpectDiagCtrl10")); // of SpectDiagCtrl100
+}
+
+TEST_F(Terminal, takingItDownDuringASweepPutsTheReceiverBackAndLeavesNothingBehind)
+{
+    bringUp();
+    clock.hold();
+    ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
+    ASSERT_EQ(terminal->rxFrequency_kHz(channel1), 18701000U); // the first step, in its settle delay
+    std::thread releaser([&] { clock.release(); });
+    terminal.reset();
+    releaser.join();
+    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
+}
+
+TEST_F(Terminal, aTerminalThatDoesNotComeUpSaysWhichModuleAndLeavesNothingBehind)
+{
+    struct Occupant : IInterface {
+    } occupant;
+    Link link = firstLink();
+    link.channelSpacing_kHz = 0;
+    EXPECT_THROW(bringUp({{channel1, link}}), std::invalid_argument);
+    EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
+
+    InterfaceBroker::getInstance().registerInterface("IRadio_1", &occupant);
+    EXPECT_THROW(bringUp(), std::runtime_error);
+    InterfaceBroker::getInstance().unregisterInterface("IRadio_1");
+    EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
+    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+}
+
+TEST_F(Terminal, unknownChannelIsNamed)
+{
+    bringUp();
+    try {
+        terminal->controller(RadioChannel{9});
+        FAIL() << "no exception";
+    } catch (const std::out_of_range& exception) {
+        EXPECT_STREQ(exception.what(), "the terminal has no radio channel 9");
+    }
+}
+
+/// Pollers of every query beside one commander: what the interface promises to be safe.
+TEST_F(Terminal, anyNumberOfPollersBesideOneCommander)
+{
+    constexpr int scans = 200;
+    bringUp();
+    ISpectrumDiagnosticsController& sdc = terminal->controller(channel1);
+    std::atomic<bool> isOver{false};
+    std::vector<std::thread> pollers;
+    for (int i = 0; i < 3; ++i) {
+        pollers.emplace_back([&] {
+            std::vector<SDCResult> samples(500);
+            while (!isOver) {
+                sdc.getStatus();
+                sdc.getProgress();
+                sdc.getSpectrumDiagnosticsProperties();
+                std::int32_t count = 500;
+                sdc.getResult(&count, samples.data());
+                for (std::int32_t k = 1; k < count; ++k) {
+                    const auto index = static_cast<std::size_t>(k);
+                    EXPECT_EQ(samples[index].frequency_kHz, samples[index - 1].frequency_kHz + 2000);
+                }
+            }
+        });
+    }
+    int finished = 0;
+    for (int round = 0; round < scans; ++round) {
+        if (scan(channel1, SDC_CMD_CHANNEL_SCAN_START) == SDC_STATUS_CHANNEL_SCAN_FINISHED) {
+            ++finished;
+        }
+    }
+    isOver = true;
+    for (std::thread& poller : pollers) {
+        poller.join();
+    }
+    EXPECT_EQ(finished, scans);
+}
+
+} // namespace
