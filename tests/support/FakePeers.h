@@ -154,13 +154,13 @@ private:
         }
         ~Provider() override { m_radio.m_log.add("provider.destroyed"); }
 
-        std::int32_t getProperties(SDCProperties& properties) override
+        std::int32_t getProperties(SDCProperties& record) override
         {
             m_radio.m_log.add("provider.getProperties");
             if (m_radio.onGetProperties) {
                 m_radio.onGetProperties();
             }
-            properties = m_radio.properties;
+            record = m_radio.properties;
             return m_radio.propertiesResult;
         }
 

@@ -4,6 +4,7 @@
 /// ISpectrumDiagnosticsController.
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Control/SpectrumDiagnosticsController/private/AtomicProperties.h"
 #include "Platform/Host/ModuleInterface.h"
 #include "Platform/Host/RadioChannel.h"
 
@@ -186,5 +187,5 @@ private:
     std::int32_t m_totalNrOfSamples;
 
     // Shared, atomic: four bytes in one record.
-    std::atomic<SDCProperties> m_properties;
+    AtomicProperties m_properties;
 };
