@@ -23,7 +23,9 @@ extern "C" void onInterrupt(int)
 
 void watchForInterrupt()
 {
-    std::signal(SIGINT, onInterrupt);
+    struct sigaction action = {};
+    action.sa_handler = onInterrupt;
+    sigaction(SIGINT, &action, nullptr);
 }
 
 bool isInterrupted()

@@ -19,7 +19,7 @@ struct ScanOptions {
     std::size_t rows = 0;         ///< most rows of the table; 0: one for each sample
 };
 
-/// Scans, and reports on standard output (samples) and standard error (plan, progress, status, trace).
+/// Scans and reports on standard output (samples) and standard error (plan, progress, status, trace).
 ExitStatus scan(const ScanOptions& options);
 
 } // namespace sdc

@@ -127,18 +127,18 @@ SimulatedTerminal::Answer SimulatedTerminal::command(Channel& channel, ESDCComma
     return isFirst || isOngoing(sdc.getStatus()) ? Answer::accepted : Answer::refused;
 }
 
-ScanStart SimulatedTerminal::startScan(RadioChannel number, ESDCCommand start)
+ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
 {
     constexpr int attempts = 100;
     constexpr milliseconds pause{10};
-    Channel& channel = find(number);
+    Channel& scanned = find(channel);
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        const std::uint64_t tuningsBefore = channel.peers.receiver().tunings();
-        const Answer answer = command(channel, start);
+        const std::uint64_t tuningsBefore = scanned.peers.receiver().tunings();
+        const Answer answer = command(scanned, start);
         if (answer == Answer::failed) {
             return ScanStart::failed;
         }
-        if (answer == Answer::accepted && waitForBegin(channel, tuningsBefore)) {
+        if (answer == Answer::accepted && waitForBegin(scanned, tuningsBefore)) {
             return ScanStart::underWay;
         }
         std::this_thread::sleep_for(pause);

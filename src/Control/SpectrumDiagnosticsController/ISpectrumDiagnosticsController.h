@@ -16,7 +16,6 @@
 ///
 /// Starting and polling, as a correct caller does it:
 ///
-///     /// Returns true when the scan is under way.
 ///     bool startScan(ISpectrumDiagnosticsController& controller, ESDCCommand start)
 ///     {
 ///         for (int attempt = 0; attempt < 100; ++attempt) {
@@ -25,7 +24,7 @@
 ///             }
 ///             const ESDCStatus status = controller.getStatus();
 ///             if (status == SDC_STATUS_CHANNEL_SCAN_ONGOING || status == SDC_STATUS_SUB_BAND_ONGOING) {
-///                 return true;
+///                 return true; // the scan is under way
 ///             }
 ///             std::this_thread::sleep_for(std::chrono::milliseconds(10)); // the worker is still leaving the last scan
 ///         }

@@ -27,6 +27,15 @@ std::int32_t percentage(std::int32_t part, std::int32_t whole)
     return static_cast<std::int32_t>(std::int64_t{hundredfold} / whole);
 }
 
+ESDCStatus finished(ESDCStatus status)
+{
+    switch (status) {
+    case SDC_STATUS_CHANNEL_SCAN_ONGOING: return SDC_STATUS_CHANNEL_SCAN_FINISHED;
+    case SDC_STATUS_SUB_BAND_ONGOING: return SDC_STATUS_SUB_BAND_SCAN_FINISHED;
+    default: return SDC_STATUS_SCAN_NOT_STARTED;
+    }
+}
+
 } // namespace
 
 void SpectrumDiagnosticsController::scanThread()
@@ -150,14 +159,5 @@ void SpectrumDiagnosticsController::restoreRxFrequency() const
 /// A stop and a tuning failure both show as STATE_STOP; every other ending counts as finished.
 void SpectrumDiagnosticsController::concludeStatus()
 {
-    const ESDCStatus status = m_status;
-    if (getState() == STATE_STOP) {
-        m_status = SDC_STATUS_SCAN_NOT_STARTED;
-    } else if (status == SDC_STATUS_CHANNEL_SCAN_ONGOING) {
-        m_status = SDC_STATUS_CHANNEL_SCAN_FINISHED;
-    } else if (status == SDC_STATUS_SUB_BAND_ONGOING) {
-        m_status = SDC_STATUS_SUB_BAND_SCAN_FINISHED;
-    } else {
-        m_status = SDC_STATUS_SCAN_NOT_STARTED;
-    }
+    m_status = getState() == STATE_STOP ? SDC_STATUS_SCAN_NOT_STARTED : finished(m_status);
 }

@@ -1,0 +1,32 @@
+// The caller that the README shows, run against a terminal.
+
+#include "docs/examples/ScanCaller.h"
+#include "simulator/terminal/SimulatedTerminal.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr RadioChannel channel{5};
+
+TEST(ScanCaller, runsOneScanAfterAnother)
+{
+    simulator::RealClock clock(200); // fast, but with a time in which the scan shows as ongoing
+    const simulator::SimulatedTerminal terminal({{channel, simulator::links().front()}}, clock);
+    ISpectrumDiagnosticsController& controller = terminal.controller(channel);
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(runScan(controller, SDC_CMD_CHANNEL_SCAN_START).size(), 13U);
+        EXPECT_EQ(terminal.rxFrequency_kHz(channel), 19177500U);
+    }
+}
+
+TEST(ScanCaller, getsNothingFromAUnitThatIsNotSupported)
+{
+    simulator::VirtualClock clock;
+    simulator::Link link = simulator::links().front();
+    link.unitTypeText = "unheard of";
+    const simulator::SimulatedTerminal terminal({{channel, link}}, clock);
+    EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START).empty());
+}
+
+} // namespace
