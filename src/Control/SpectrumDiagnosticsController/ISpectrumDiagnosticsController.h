@@ -8,11 +8,11 @@
 ///
 /// Finding it. The controller is registered with the InterfaceBroker under
 /// IInterface::interfaceName("ISpectrumDiagnosticsController", RadioChannel), for example
-/// "ISpectrumDiagnosticsController_7", from its construction to its destruction. Commands may be given once the host has
-/// initialised the module.
+/// "ISpectrumDiagnosticsController_7", from its construction to its destruction; do not use the pointer beyond. Commands may
+/// be given once the host has initialised the module.
 ///
-/// Threads. Any number of threads may call the queries, and any thread may stop a scan, at any time; none of these calls
-/// ever waits for a sweep. Starts are not serialised: let one thread at a time give them.
+/// Threads. Any number of threads may call the queries at any time, and any thread may stop a scan that runs; none of these
+/// calls ever waits for a sweep. Starts are not serialised: let one thread at a time give them.
 ///
 /// Starting and polling, as a correct caller does it:
 ///
@@ -32,12 +32,15 @@
 ///     }
 ///
 /// The loop is needed because a start is refused, harmlessly and with result 0, while the worker is busy, and the status
-/// shows a scan's end a moment before the worker is idle. After a stop the worker may be busy for the rest of a settle delay
-/// (up to a minute on some radios): try for as long as that. Then poll getStatus until it shows
-/// SDC_STATUS_CHANNEL_SCAN_FINISHED or SDC_STATUS_SUB_BAND_SCAN_FINISHED (the samples are complete) or
-/// SDC_STATUS_SCAN_NOT_STARTED (the scan was stopped, or the receiver could not be tuned), and fetch the samples.
-/// Do not send a stop merely to clear a finished status: a stop that crosses the very end of a sweep leaves the worker
-/// spinning until the process ends.
+/// shows a scan's end a moment before the worker is idle. After a stop the worker may be busy for the rest of a settle
+/// delay, up to a minute on some radios: then try for as long as that, rather than for the second of the example. Then poll
+/// getStatus until it shows SDC_STATUS_CHANNEL_SCAN_FINISHED or SDC_STATUS_SUB_BAND_SCAN_FINISHED (the samples are complete)
+/// or SDC_STATUS_SCAN_NOT_STARTED (the scan was stopped, or the receiver could not be tuned), and fetch the samples. Give
+/// the polling a limit: where a peer throws during a sweep the worker ends, and the status shows an ongoing scan for good.
+///
+/// Stopping. Stop only a scan that is seen to run: one with a sample taken (getProgress moves, or getResult shows new
+/// samples) and its end not near. A stop that comes before the worker has begun the sweep, or crosses the sweep's very end,
+/// leaves the worker spinning until the process ends; so do not send one merely to clear a finished status.
 
 #include "Platform/Host/IInterface.h"
 
@@ -79,7 +82,7 @@ static_assert(sizeof(SDCResult) == 8, "callers receive arrays of samples by plai
 /// Returned in one 32-bit word, longHaul in its lowest byte.
 struct SDCProperties {
     std::uint8_t longHaul;       ///< the radio is a long-haul unit; changes range and step of a scan
-    std::uint8_t extendedRxWait; ///< every reading of a scan waits 60000 ms for the receiver to settle
+    std::uint8_t extendedRxWait; ///< each reading waits 60000 ms for the receiver to settle; in a scan of one sample 5000 ms
     std::uint8_t slowRxWait;     ///< readings after the first wait 2000 ms instead of 300; extendedRxWait takes precedence
     std::uint8_t spareFlag;      ///< the radio's own, handed through
 };
@@ -129,27 +132,28 @@ public:
     /// The settle delays follow from the radio's properties as they were at the start of the previous sweep or at the last
     /// getSpectrumDiagnosticsProperties, whichever came later; ask for the properties first if they matter.
     /// A stop lets the step in hand finish, its settle delay included, and then ends the sweep. It sets status and progress
-    /// to 0 at once, also when no scan runs; the samples stay.
+    /// to 0 at once, also when no scan runs (the step in hand then moves the progress once more); the samples stay.
     ///
     /// @param command      SDC_CMD_CHANNEL_SCAN_START, SDC_CMD_SUB_BAND_SCAN_START or SDC_CMD_SCAN_STOP
-    /// @param setRxWait_ms traced, otherwise without effect: the radio's properties decide the settle delays
+    /// @param setRxWait_ms any value: traced, otherwise without effect; the radio's properties decide the settle delays
     /// @return SDC_RC_OK: started or stopped; or refused because a scan is in progress, which changes nothing.
     ///         SDC_RC_FAILED: unit type not supported or planning failed; status and progress are 0, the samples of the
     ///         previous sweep stay. SDC_RC_UNKNOWN_COMMAND: any other command; nothing changes.
-    /// @throws whatever a peer throws while a start reads it; no scan is started then.
+    /// @throws whatever a peer throws while a start reads it; no scan is started then, status and progress are 0.
     /// Thread: any; starts from one thread at a time. Does not wait for a sweep; calls peers, so takes as long as they do.
     virtual std::int32_t setCommand(ESDCCommand command, std::int32_t setRxWait_ms) = 0;
 
     /// Copies samples of the current or last sweep, in the order taken: lowest frequency first.
     ///
     /// Nothing is taken away: the next call returns the same samples. During a sweep these are the samples taken so far,
-    /// after a stop those taken before it, after a start that failed those of the previous sweep, before any sweep none.
+    /// after a stop those taken before it, before any sweep none. Until the worker begins the sweep, and after a start that
+    /// failed, they are those of the previous sweep.
     ///
     /// @param count   in: room in @p samples; out: number of samples copied, the smaller of room and samples held.
     ///                A negative count is left as it is and nothing is copied.
     /// @param samples array of at least @p count elements; elements beyond the number copied are left alone
     /// @return SDC_RC_OK; SDC_RC_FAILED when a pointer is null, with nothing written.
-    /// Thread: any, at any time. Waits for no sweep, only for another copy of the samples to end.
+    /// Thread: any, at any time. Waits for no sweep, only for another copy of the samples or for one to be added.
     virtual std::int32_t getResult(std::int32_t* count, SDCResult* samples) = 0;
 
     /// Status of the last scan asked for. The finished values tell that the samples are complete.
@@ -163,7 +167,7 @@ public:
     virtual std::int32_t getProgress() = 0;
 
     /// Asks the radio for its properties, keeps them for the next start, and returns them. Before the host has initialised
-    /// the module: the record as it stands, all false after construction.
+    /// the module: the record as it stands, all false after construction. The provider's result code is not looked at.
     /// @throws whatever the radio's properties provider throws.
     /// Thread: any, at any time; not while another thread starts a scan whose delays matter. Waits for no sweep.
     virtual SDCProperties getSpectrumDiagnosticsProperties() = 0;

@@ -17,6 +17,7 @@ public:
 class DefaultSleepApi {
 public:
     /// The service in force at this moment. The host may exchange it between two calls, so fetch it anew for every delay.
+    /// Any thread.
     static SleepApi& get();
 };
 

@@ -9,7 +9,7 @@
 /// The host's one registry of interfaces, from name to interface. Defined by the host.
 ///
 /// The broker owns no interface: who registers one keeps it alive until after unregisterInterface. Registration happens on
-/// the host's thread while modules are constructed and destroyed; lookups happen on the same thread, in onModuleInit.
+/// the host's thread while modules are constructed and destroyed; lookups by other threads must not overlap with that.
 class InterfaceBroker {
 public:
     /// The one broker of the process.

@@ -29,7 +29,8 @@ struct PlxTraceComponent; // the host's own
 
 /// One trace component, named for the host's operator who sets its level. Defined by the host.
 ///
-/// All operations may be called from any thread at any time. They may change errno; whoever traces saves it.
+/// All operations may be called from any thread at any time. Those that write may change errno, isEnabled does not; whoever
+/// traces saves it. What they throw passes through the code that traces.
 class PlxTrace {
 public:
     /// @param name       component name; must live as long as the component

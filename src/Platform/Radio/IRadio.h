@@ -8,7 +8,7 @@
 
 struct SDCProperties;
 
-/// What a radio unit says of itself. Publishers may add members behind the first.
+/// What a radio unit says of itself. Further members go behind the first, and need the modules to be built anew.
 struct UnitInfo {
     std::string typeText; ///< text that names the unit's type, for example "KLM6 18G"; may hold more than the type
 };
@@ -20,10 +20,12 @@ class IRadioPropertiesProvider {
 public:
     virtual ~IRadioPropertiesProvider() = default;
 
-    /// Fills all four bytes of the record. Returns 0, or 32768 or more for a failure.
+    /// Fills all four bytes of the record. Returns 0, or 32768 or more for a failure; controllers do not look at the result,
+    /// so the record must hold something sensible in any case. Called at the start of each sweep on the worker thread, where
+    /// an exception ends the worker, and for each properties query on the thread that asks, which the exception reaches.
     virtual std::int32_t getProperties(SDCProperties& properties) = 0;
 
-    /// Fills the record.
+    /// Fills the record, which comes empty. Called once on the thread that starts a scan; an exception reaches the caller.
     virtual void getUnitInfo(UnitInfo& unitInfo) = 0;
 };
 
@@ -35,6 +37,7 @@ public:
     /// Unsigned form: "IRadio" for channel 0, else "IRadio_" and the channel.
     static std::string interfaceName(unsigned int channel) { return interfaceName("IRadio", channel); }
 
-    /// A new properties provider, owned by the caller. Called once for each controller, on the host's thread.
+    /// A new properties provider, owned by the caller; never null. Called once for each controller, on the host's thread,
+    /// which an exception reaches.
     virtual std::unique_ptr<IRadioPropertiesProvider> createPropertiesProvider() = 0;
 };

@@ -13,7 +13,9 @@ public:
     /// Unsigned form: "IRssiHandler" for channel 0, else "IRssiHandler_" and the channel.
     static std::string interfaceName(unsigned int channel) { return interfaceName("IRssiHandler", channel); }
 
-    /// One reading into @p rssi, in the publisher's unit (a hundredth of a dBm where -9970 is the floor of a scan).
-    /// Returns 0, or 32768 or more for a failure. Called on a scan's worker thread.
+    /// One reading into @p rssi, in the publisher's unit; a scan raises readings below -9970 to that floor.
+    /// Returns 0, or 32768 or more for a failure. A scan does not look at the result: it takes the value that @p rssi then
+    /// has, 0 where nothing was written. Called on the worker thread, once per sample; an exception ends the worker, with
+    /// the receiver left where it is.
     virtual std::int32_t readRssi(std::int32_t& rssi) = 0;
 };
