@@ -43,7 +43,7 @@ void Clock::release()
 {
     {
         const std::lock_guard<std::mutex> lock(m_guard);
-        --m_holds;
+        m_holds = std::max(m_holds - 1, 0);
     }
     m_released.notify_all();
 }

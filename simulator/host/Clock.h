@@ -27,6 +27,7 @@ public:
     Duration now();
 
     /// Holds the clock: sleeps that begin from now on wait until as many releases. What lies between happens at one moment.
+    /// A release without a hold does nothing.
     void hold();
     void release();
 
