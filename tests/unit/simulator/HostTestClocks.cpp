@@ -1,0 +1,184 @@
+#include "simulator/host/Clock.h"
+
+#include "tests/support/Waiting.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <future>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+using simulator::Clock;
+using simulator::RealClock;
+using simulator::SleepServiceInForce;
+using simulator::VirtualClock;
+using std::chrono::milliseconds;
+using support::hangLimit;
+
+/// Time enough for a sleep that should be held and is not.
+void yieldOften()
+{
+    for (int i = 0; i < 1000; ++i) {
+        std::this_thread::yield();
+    }
+}
+
+TEST(VirtualTime, movesByTheSleepsAndByNothingElse)
+{
+    VirtualClock clock;
+    EXPECT_EQ(clock.now(), milliseconds(0));
+    clock.sleepMs(300);
+    EXPECT_EQ(clock.now(), milliseconds(300));
+    clock.sleepMs(4294967295);
+    EXPECT_EQ(clock.now(), milliseconds(4294967595));
+    clock.sleepMs(0);
+    EXPECT_EQ(clock.now(), milliseconds(4294967595));
+}
+
+TEST(VirtualTime, isATimelineOfItsOwnForEachThread)
+{
+    VirtualClock clock;
+    clock.sleepMs(1000);
+    Clock::Duration before{};
+    Clock::Duration after{};
+    std::thread([&] {
+        before = clock.now();
+        clock.sleepMs(20);
+        after = clock.now();
+    }).join();
+    EXPECT_EQ(before, milliseconds(0));
+    EXPECT_EQ(after, milliseconds(20));
+    EXPECT_EQ(clock.now(), milliseconds(1000));
+}
+
+TEST(VirtualTime, isNotSharedByTwoClocks)
+{
+    VirtualClock one;
+    VirtualClock other;
+    one.sleepMs(1000);
+    EXPECT_EQ(other.now(), milliseconds(0));
+}
+
+TEST(HeldClock, letsNoSleepBeginUntilItIsReleased)
+{
+    VirtualClock clock;
+    std::atomic<int> arrived = 0;
+    std::atomic<int> slept = 0;
+    const auto sleep = [&] {
+        ++arrived;
+        clock.sleepMs(300);
+        ++slept;
+        return clock.now();
+    };
+    clock.hold();
+    std::future<Clock::Duration> one = std::async(std::launch::async, sleep);
+    std::future<Clock::Duration> other = std::async(std::launch::async, sleep);
+    EXPECT_TRUE(support::eventually([&] { return arrived == 2; }));
+    yieldOften();
+    EXPECT_EQ(slept, 0);
+    clock.release();
+    for (std::future<Clock::Duration>* sleeper : {&one, &other}) {
+        ASSERT_EQ(sleeper->wait_for(hangLimit), std::future_status::ready);
+        EXPECT_EQ(sleeper->get(), milliseconds(300));
+    }
+}
+
+TEST(HeldClock, isReleasedByAsManyReleasesAsHolds)
+{
+    VirtualClock clock;
+    clock.hold();
+    clock.hold();
+    clock.release();
+    std::atomic<bool> slept = false;
+    std::future<void> sleeper = std::async(std::launch::async, [&] {
+        clock.sleepMs(1);
+        slept = true;
+    });
+    yieldOften();
+    EXPECT_FALSE(slept);
+    clock.release();
+    EXPECT_EQ(sleeper.wait_for(hangLimit), std::future_status::ready);
+}
+
+TEST(HeldClock, isNotUpsetByAReleaseWithoutAHold)
+{
+    VirtualClock clock;
+    clock.release();
+    std::future<void> notHeld = std::async(std::launch::async, [&] { clock.sleepMs(1); });
+    EXPECT_EQ(notHeld.wait_for(hangLimit), std::future_status::ready);
+    clock.hold();
+    std::atomic<bool> slept = false;
+    std::future<void> held = std::async(std::launch::async, [&] {
+        clock.sleepMs(1);
+        slept = true;
+    });
+    yieldOften();
+    EXPECT_FALSE(slept);
+    clock.release();
+    EXPECT_EQ(held.wait_for(hangLimit), std::future_status::ready);
+}
+
+TEST(RealTime, refusesAFactorThatIsNotAboveZeroAndFinite)
+{
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (const double factor : {0.0, -0.0, -1.0, std::nan(""), infinite, -infinite}) {
+        EXPECT_THROW(RealClock{factor}, std::invalid_argument) << factor;
+    }
+}
+
+TEST(RealTime, movesEachThreadsTimelineByExactlyItsSleeps)
+{
+    RealClock clock(1e6);
+    EXPECT_EQ(clock.now(), milliseconds(0));
+    clock.sleepMs(300);
+    clock.sleepMs(20);
+    EXPECT_EQ(clock.now(), milliseconds(320));
+    Clock::Duration seen{-1};
+    std::thread([&] { seen = clock.now(); }).join();
+    EXPECT_EQ(seen, milliseconds(0));
+}
+
+TEST(RealTime, takesWallTimeInTheMeasureOfItsFactor)
+{
+    RealClock clock(1000.0);
+    const auto before = std::chrono::steady_clock::now();
+    clock.sleepMs(1000);
+    EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(1));
+}
+
+TEST(RealTime, ofAnExtremeFactorDoesNotOverflow)
+{
+    RealClock clock(1e300);
+    clock.sleepMs(4294967295);
+    EXPECT_EQ(clock.now(), milliseconds(4294967295));
+}
+
+TEST(SleepService, isRealTimeUntilAnotherIsPutInForce)
+{
+    EXPECT_NE(dynamic_cast<RealClock*>(&Util::DefaultSleepApi::get()), nullptr);
+    EXPECT_EQ(&Util::DefaultSleepApi::get(), &Util::DefaultSleepApi::get());
+}
+
+TEST(SleepService, isTheLastOnePutInForceThatStillLives)
+{
+    Util::SleepApi& before = Util::DefaultSleepApi::get();
+    VirtualClock outer;
+    VirtualClock inner;
+    {
+        const SleepServiceInForce outerInForce(outer);
+        EXPECT_EQ(&Util::DefaultSleepApi::get(), &outer);
+        {
+            const SleepServiceInForce innerInForce(inner);
+            EXPECT_EQ(&Util::DefaultSleepApi::get(), &inner);
+        }
+        EXPECT_EQ(&Util::DefaultSleepApi::get(), &outer);
+    }
+    EXPECT_EQ(&Util::DefaultSleepApi::get(), &before);
+}
+
+} // namespace
