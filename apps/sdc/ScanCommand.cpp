@@ -69,6 +69,7 @@ public:
     {
         const ESDCCommand start = m_options.isSubBand ? SDC_CMD_SUB_BAND_SCAN_START : SDC_CMD_CHANNEL_SCAN_START;
         std::cerr << "link       " << m_link.name << ": " << m_link.description << '\n'
+                  << "figures    " << m_link.source << '\n'
                   << "unit       " << m_link.unitTypeText << '\n'
                   << "command    " << SDCCommand::toString(start) << '\n'
                   << "receiver   " << megahertz(m_terminal.rxFrequency_kHz(m_channel)) << " MHz before" << std::endl;

@@ -56,12 +56,16 @@ RealClock::RealClock(double factor)
     }
 }
 
-/// At most a hundred years: with a tiny factor the wall time would not fit into a duration.
-void RealClock::pass(Duration duration)
+Clock::Duration RealClock::wallTime(Duration simulated) const
 {
     constexpr std::chrono::duration<double, std::nano> hundredYears = std::chrono::hours(100 * 365 * 24);
-    const std::chrono::duration<double, std::nano> wallTime = duration / m_factor;
-    std::this_thread::sleep_for(std::chrono::duration_cast<Duration>(std::min(wallTime, hundredYears)));
+    const std::chrono::duration<double, std::nano> wallTime = simulated / m_factor;
+    return std::chrono::duration_cast<Duration>(std::min(wallTime, hundredYears));
+}
+
+void RealClock::pass(Duration duration)
+{
+    std::this_thread::sleep_for(wallTime(duration));
 }
 
 void VirtualClock::pass(Duration) {}

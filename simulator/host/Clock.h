@@ -48,6 +48,9 @@ public:
     /// @throws std::invalid_argument for any other
     explicit RealClock(double factor = 1.0);
 
+    /// The wall time that a sleep of this length takes; at most a hundred years, more would not fit into a duration.
+    Duration wallTime(Duration simulated) const;
+
 private:
     void pass(Duration duration) override;
 

@@ -44,9 +44,8 @@ Link f595Link()
     };
     Link link;
     link.name = "18-f595";
-    link.description = "18 GHz, ITU-R F.595, 27.5 MHz raster, upper half 18700 to 19700 MHz, on channel 17 (19177.5 MHz); "
-                       "neighbours on channels 15 and 20, a weak spur at 19441 MHz. Channel plan: Recommendation ITU-R "
-                       "F.595; levels, roll-off, noise figure, settling and jitter: typical values.";
+    link.description = "18 GHz, 27.5 MHz raster, on channel 17; neighbours on 15 and 20, a weak spur at 19441 MHz";
+    link.source = "channel plan: ITU-R F.595, upper half; levels, filter, settling and jitter: typical";
     link.unitTypeText = "KLM6 18G";
     link.frequencyParameters = f595UpperHalf();
     link.channelSpacing_kHz = 27500;

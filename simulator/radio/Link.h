@@ -14,7 +14,8 @@ namespace simulator {
 /// All that describes one radio channel of a simulated terminal: the unit, its receiver, and what is on the air.
 struct Link {
     std::string name;
-    std::string description; ///< for people; tells where the figures come from
+    std::string description; ///< for people
+    std::string source;      ///< where the figures come from
 
     std::string unitTypeText;
     SDCProperties properties{};

@@ -73,7 +73,9 @@ TEST_F(Sdc, channelScanShowsPlanSamplesStatusAndTheReceiverBeforeAndAfter)
 {
     const Outcome outcome = run("scan channel");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.err, HasSubstr("link       18-f595: "));
+    EXPECT_THAT(outcome.err, HasSubstr("link       18-f595: 18 GHz, "));
+    EXPECT_THAT(outcome.err, HasSubstr("figures    channel plan: ITU-R F.595"));
+    EXPECT_THAT(outcome.err, HasSubstr("unit       KLM6 18G\n"));
     EXPECT_THAT(outcome.err, HasSubstr("command    channel-scan-start\n"));
     EXPECT_THAT(outcome.err, HasSubstr("receiver   19177.500 MHz before\n"));
     EXPECT_THAT(outcome.err,

@@ -145,10 +145,10 @@ TEST(RealTime, movesEachThreadsTimelineByExactlyItsSleeps)
 
 TEST(RealTime, takesWallTimeInTheMeasureOfItsFactor)
 {
-    RealClock clock(1000.0);
-    const auto before = std::chrono::steady_clock::now();
-    clock.sleepMs(1000);
-    EXPECT_GE(std::chrono::steady_clock::now() - before, milliseconds(1));
+    EXPECT_EQ(RealClock().wallTime(milliseconds(300)), milliseconds(300));
+    EXPECT_EQ(RealClock(1000.0).wallTime(milliseconds(3000)), milliseconds(3));
+    EXPECT_EQ(RealClock(0.5).wallTime(milliseconds(300)), milliseconds(600));
+    EXPECT_EQ(RealClock(1e-300).wallTime(milliseconds(1)), std::chrono::hours(100 * 365 * 24));
 }
 
 TEST(RealTime, ofAnExtremeFactorDoesNotOverflow)

@@ -29,6 +29,7 @@ TEST(BuiltInLinks, arePossibleAndFoundByTheirNames)
         EXPECT_EQ(findLink(link.name), &link);
         EXPECT_TRUE(names.insert(link.name).second) << link.name;
         EXPECT_NE(link.description, "");
+        EXPECT_NE(link.source, "");
     }
     EXPECT_EQ(findLink("no such link"), nullptr);
     EXPECT_EQ(findLink(""), nullptr);
@@ -49,8 +50,8 @@ TEST(Link18F595, comesFirstAndStandsOnChannel17)
     EXPECT_EQ(link.channelSpacing_kHz, 27500U);
     EXPECT_THAT(link.unitTypeText, testing::HasSubstr("KLM6"));
     EXPECT_THAT(link.unitTypeText, testing::Not(testing::HasSubstr("KLM6 P")));
-    EXPECT_THAT(link.description, testing::HasSubstr("ITU-R F.595"));
-    EXPECT_THAT(link.description, testing::HasSubstr("typical"));
+    EXPECT_THAT(link.source, testing::HasSubstr("ITU-R F.595"));
+    EXPECT_THAT(link.source, testing::HasSubstr("typical"));
     const SDCProperties& properties = link.properties;
     EXPECT_EQ(properties.longHaul + properties.extendedRxWait + properties.slowRxWait + properties.spareFlag, 0);
 }
