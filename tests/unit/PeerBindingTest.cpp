@@ -6,11 +6,8 @@
 
 #include <gmock/gmock.h>
 
-#include <pthread.h>
-
+#include <functional>
 #include <stdexcept>
-#include <system_error>
-#include <utility>
 
 namespace {
 
@@ -18,38 +15,28 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Controller = SpectrumDiagnosticsController;
 
-/// The names of the six peers of a channel in the order of binding, and the failure text before each.
+constexpr std::size_t nrOfPeers = 6;
+constexpr std::uint32_t channels[] = {0, 2, 2147483648, 4294967295};
+
+/// The name of one peer, and the failure text before it.
 struct PeerRow {
     const char* failureText;
-    const char* name;
+    std::string name;
 };
 using PeerTable = std::vector<PeerRow>;
 
-const std::vector<std::pair<std::uint32_t, PeerTable>> peerTables = {
-    {0,
-        {{"Could not find interface", "ISystemPowerController_0"}, {"Could not find interface ", "IFrameFormat_0"},
-            {"Could not find interface", "IFrequencyController"}, {"Could not find interface", "IRssiHandler"},
-            {"Could not find interface", "IRadioCapability_0"}, {" Could not find interface", "IRadio"}}},
-    {2,
-        {{"Could not find interface", "ISystemPowerController_2"}, {"Could not find interface ", "IFrameFormat_2"},
-            {"Could not find interface", "IFrequencyController_2"}, {"Could not find interface", "IRssiHandler_2"},
-            {"Could not find interface", "IRadioCapability_2"}, {" Could not find interface", "IRadio_2"}}},
-    {2147483648,
-        {{"Could not find interface", "ISystemPowerController_2147483648"},
-            {"Could not find interface ", "IFrameFormat_2147483648"},
-            {"Could not find interface", "IFrequencyController_2147483648"},
-            {"Could not find interface", "IRssiHandler_2147483648"},
-            {"Could not find interface", "IRadioCapability_2147483648"},
-            {" Could not find interface", "IRadio_2147483648"}}},
-    {4294967295,
-        {{"Could not find interface", "ISystemPowerController_4294967295"},
-            {"Could not find interface ", "IFrameFormat_4294967295"},
-            {"Could not find interface", "IFrequencyController_4294967295"},
-            {"Could not find interface", "IRssiHandler_4294967295"},
-            {"Could not find interface", "IRadioCapability_4294967295"},
-            {" Could not find interface", "IRadio_4294967295"}}},
-};
-constexpr std::size_t nrOfPeers = 6;
+/// The six peers of a channel in the order of binding.
+PeerTable peersOf(std::uint32_t channel)
+{
+    const std::string suffix = "_" + std::to_string(channel);
+    const std::string suffixButForZero = channel == 0 ? "" : suffix;
+    return {{"Could not find interface", "ISystemPowerController" + suffix},
+        {"Could not find interface ", "IFrameFormat" + suffix},
+        {"Could not find interface", "IFrequencyController" + suffixButForZero},
+        {"Could not find interface", "IRssiHandler" + suffixButForZero},
+        {"Could not find interface", "IRadioCapability" + suffix},
+        {" Could not find interface", "IRadio" + suffixButForZero}};
+}
 
 /// Broker entries that go when the test ends.
 class Entries {
@@ -137,6 +124,27 @@ protected:
         EXPECT_EQ(inspect().getState(), Controller::STATE_IDLE);
     }
 
+    /// For every channel and every peer of it: leaves that one out, puts something else in its place, and expects the
+    /// failure.
+    void expectFailureAtEachPeer(const std::function<void(const PeerTable& table, std::size_t missing)>& putInPlace)
+    {
+        for (const std::uint32_t channel : channels) {
+            const PeerTable table = peersOf(channel);
+            for (std::size_t missing = 0; missing < nrOfPeers; ++missing) {
+                SCOPED_TRACE(table[missing].name);
+                peers.registerFor(channel, fakes()[missing]);
+                putInPlace(table, missing);
+                constructAlone(channel);
+                EXPECT_EQ(controller->onModuleInit(), 32768U);
+                EXPECT_EQ(log.calls(), logOfFailureAt(missing, channel, table));
+                EXPECT_EQ(boundPeers(), firstOfFakes(missing));
+                expectNoWorker();
+                entries.clear();
+                peers.unregister();
+            }
+        }
+    }
+
     /// The log without what the worker itself wrote.
     std::vector<std::string> hostsLog() const
     {
@@ -148,7 +156,8 @@ protected:
 
 TEST_F(PeerBinding, failsAtTheFirstMissingPeerWithItsTextAndLooksNoFurther)
 {
-    for (const auto& [channel, table] : peerTables) {
+    for (const std::uint32_t channel : channels) {
+        const PeerTable table = peersOf(channel);
         for (std::size_t missing = 0; missing < nrOfPeers; ++missing) {
             SCOPED_TRACE(table[missing].name);
             constructWithFirst(missing, channel, table);
@@ -163,52 +172,20 @@ TEST_F(PeerBinding, failsAtTheFirstMissingPeerWithItsTextAndLooksNoFurther)
 
 TEST_F(PeerBinding, failsAtAMissingPeerThoughAllTheOthersAreThere)
 {
-    for (const auto& [channel, table] : peerTables) {
-        for (std::size_t missing = 0; missing < nrOfPeers; ++missing) {
-            SCOPED_TRACE(table[missing].name);
-            peers.registerFor(channel, fakes()[missing]);
-            constructAlone(channel);
-            EXPECT_EQ(controller->onModuleInit(), 32768U);
-            EXPECT_EQ(log.calls(), logOfFailureAt(missing, channel, table));
-            EXPECT_EQ(boundPeers(), firstOfFakes(missing));
-            expectNoWorker();
-            peers.unregister();
-        }
-    }
+    expectFailureAtEachPeer([](const PeerTable&, std::size_t) {});
 }
 
 TEST_F(PeerBinding, anEntryThatHoldsNothingCountsAsMissing)
 {
-    for (const auto& [channel, table] : peerTables) {
-        for (std::size_t missing = 0; missing < nrOfPeers; ++missing) {
-            SCOPED_TRACE(table[missing].name);
-            peers.registerFor(channel, fakes()[missing]);
-            entries.add(table[missing].name, nullptr);
-            constructAlone(channel);
-            EXPECT_EQ(controller->onModuleInit(), 32768U);
-            EXPECT_EQ(log.calls(), logOfFailureAt(missing, channel, table));
-            EXPECT_EQ(boundPeers(), firstOfFakes(missing));
-            entries.clear();
-            peers.unregister();
-        }
-    }
+    expectFailureAtEachPeer(
+        [this](const PeerTable& table, std::size_t missing) { entries.add(table[missing].name, nullptr); });
 }
 
 TEST_F(PeerBinding, anEntryOfAnotherTypeCountsAsMissing)
 {
-    for (const auto& [channel, table] : peerTables) {
-        for (std::size_t missing = 0; missing < nrOfPeers; ++missing) {
-            SCOPED_TRACE(table[missing].name);
-            peers.registerFor(channel, fakes()[missing]);
-            entries.add(table[missing].name, fakes()[(missing + nrOfPeers - 1) % nrOfPeers]);
-            constructAlone(channel);
-            EXPECT_EQ(controller->onModuleInit(), 32768U);
-            EXPECT_EQ(log.calls(), logOfFailureAt(missing, channel, table));
-            EXPECT_EQ(boundPeers(), firstOfFakes(missing));
-            entries.clear();
-            peers.unregister();
-        }
-    }
+    expectFailureAtEachPeer([this](const PeerTable& table, std::size_t missing) {
+        entries.add(table[missing].name, fakes()[(missing + nrOfPeers - 1) % nrOfPeers]);
+    });
 }
 
 TEST_F(PeerBinding, aRadioWhereAnRssiHandlerIsExpectedIsNotTaken)
@@ -231,7 +208,7 @@ TEST_F(PeerBinding, ofChannelZeroWantsTheBareOrTheSuffixedNameAndNotTheOther)
         entries.add(otherNames[missing], fakes()[missing]);
         constructAlone(0);
         EXPECT_EQ(controller->onModuleInit(), 32768U);
-        EXPECT_EQ(log.calls(), logOfFailureAt(missing, 0, peerTables[0].second));
+        EXPECT_EQ(log.calls(), logOfFailureAt(missing, 0, peersOf(0)));
         EXPECT_EQ(boundPeers(), firstOfFakes(missing));
         entries.clear();
         peers.unregister();
@@ -269,7 +246,7 @@ TEST_F(PeerBinding, resultDoesNotDependOnTracing)
 
 TEST_F(PeerBinding, aPeerThatHasGoneIsForgottenByTheNextAttempt)
 {
-    const PeerTable& table = peerTables[1].second;
+    const PeerTable table = peersOf(2);
     constructWithFirst(5, 2, table);
     EXPECT_EQ(controller->onModuleInit(), 32768U);
     InterfaceBroker::getInstance().unregisterInterface("IFrameFormat_2");
@@ -283,7 +260,7 @@ TEST_F(PeerBinding, aPeerThatHasGoneIsForgottenByTheNextAttempt)
 
 TEST_F(PeerBinding, stopPhaseAndDestructionWorkAfterAFailure)
 {
-    constructWithFirst(3, 2, peerTables[1].second);
+    constructWithFirst(3, 2, peersOf(2));
     EXPECT_EQ(controller->onModuleInit(), 32768U);
     log.clear();
     EXPECT_EQ(controller->onPhaseStop(), 0U);
@@ -314,7 +291,8 @@ TEST_F(PeerBinding, successBindsAllSixTakesTheProviderOverAndStartsTheNamedWorke
 
 TEST_F(PeerBinding, allSixAreBoundForAllChannels)
 {
-    for (const auto& [channel, table] : peerTables) {
+    for (const std::uint32_t channel : channels) {
+        const PeerTable table = peersOf(channel);
         SCOPED_TRACE(channel);
         constructWithFirst(nrOfPeers, channel, table);
         EXPECT_EQ(controller->onModuleInit(), 0U);
@@ -322,31 +300,6 @@ TEST_F(PeerBinding, allSixAreBoundForAllChannels)
         destroy();
         entries.clear();
     }
-}
-
-TEST_F(PeerBinding, threadNameCarriesTheChannelInSignedDecimal)
-{
-    const std::pair<std::uint32_t, const char*> rows[] = {{0, "SpectDiagCtrl0"}, {3, "SpectDiagCtrl3"},
-        {100, "SpectDiagCtrl100"}, {2147483647, "SpectDiagCtrl2147483647"}, {2147483648, "SpectDiagCtrl-2147483648"},
-        {4294967295, "SpectDiagCtrl-1"}};
-    for (const auto& [channel, name] : rows) {
-        SCOPED_TRACE(name);
-        log.clear();
-        start(channel);
-        EXPECT_EQ(inspect().m_threadName(), name);
-        EXPECT_THAT(log.callsStartingWith("thread.name"), ElementsAre(std::string("thread.name ") + name));
-        EXPECT_EQ(log.count(std::string("trace 5 Thread ") + name + " successfully created."), 1U);
-        destroy();
-        peers.unregister();
-    }
-}
-
-TEST_F(PeerBinding, operatingSystemThreadOfTheWorkerGetsTheName)
-{
-    start(7);
-    char name[16] = "";
-    ASSERT_EQ(pthread_getname_np(inspect().m_thread().native_handle(), name, sizeof name), 0);
-    EXPECT_STREQ(name, "SpectDiagCtrl7");
 }
 
 /// A provider that tells when it goes.
@@ -416,120 +369,6 @@ TEST_F(PeerBinding, anExceptionOfTheBrokerReachesTheHost)
     onHostEvent = nullptr;
     EXPECT_EQ(boundPeers(), firstOfFakes(2));
     expectNoWorker();
-}
-
-/// Makes the start of every thread fail: the default stack does not fit into any address space.
-class NoMoreThreads {
-public:
-    NoMoreThreads()
-    {
-        pthread_getattr_default_np(&m_before);
-        pthread_attr_t huge;
-        pthread_attr_init(&huge);
-        EXPECT_EQ(pthread_attr_setstacksize(&huge, std::size_t{1} << 60), 0);
-        EXPECT_EQ(pthread_setattr_default_np(&huge), 0);
-        pthread_attr_destroy(&huge);
-    }
-    ~NoMoreThreads()
-    {
-        pthread_setattr_default_np(&m_before);
-        pthread_attr_destroy(&m_before);
-    }
-    NoMoreThreads(const NoMoreThreads&) = delete;
-    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
-
-private:
-    pthread_attr_t m_before{};
-};
-
-TEST_F(PeerBinding, aThreadThatCannotBeStartedIsTracedAndInitialisationSucceeds)
-{
-    construct(5);
-    log.clear();
-    {
-        const NoMoreThreads noMoreThreads;
-        EXPECT_EQ(controller->onModuleInit(), 0U);
-    }
-    const std::system_error failure(std::make_error_code(std::errc::resource_unavailable_try_again));
-    EXPECT_THAT(log.callsWithout({"broker."}),
-        ElementsAre("enter 6 onModuleInit: m_radioChannelId=5", "IRadio.createPropertiesProvider",
-            std::string("trace 1 Thread SpectDiagCtrl5 caught exception [") + failure.what() + "]."));
-    EXPECT_EQ(boundPeers(), firstOfFakes(nrOfPeers));
-    EXPECT_EQ(inspect().m_threadName(), "SpectDiagCtrl5");
-    EXPECT_FALSE(inspect().m_thread().joinable());
-    log.clear();
-    destroy();
-    EXPECT_THAT(log.calls(),
-        ElementsAre("enter 6 ~SpectrumDiagnosticsController", "broker.getInstance",
-            "broker.unregister ISpectrumDiagnosticsController_5", "provider.destroyed", "module.unregister"));
-}
-
-/// Initialises a controller whose worker's naming throws, and returns the trace of levels 1 and 5 that the host's thread
-/// wrote.
-class WorkerNaming : public PeerBinding {
-protected:
-    std::vector<std::string> traceOfInitWhen(const std::function<void()>& throwing)
-    {
-        construct(7);
-        onHostEvent = [throwing](const std::string& event) {
-            if (event == "thread.name SpectDiagCtrl7") {
-                throwing();
-            }
-        };
-        EXPECT_EQ(controller->onModuleInit(), 0U);
-        EXPECT_TRUE(waitForWaits(1));
-        std::vector<std::string> texts = hostsLog();
-        std::erase_if(texts, [](const std::string& call) { return !call.starts_with("trace"); });
-        return texts;
-    }
-};
-
-TEST_F(WorkerNaming, standardExceptionIsTracedWithItsTextAndInitialisationSucceeds)
-{
-    EXPECT_THAT(traceOfInitWhen([] { throw std::runtime_error("name: too long"); }),
-        ElementsAre("trace 1 Thread SpectDiagCtrl7 caught exception [name: too long]."));
-}
-
-TEST_F(WorkerNaming, exceptionOfAnyOtherTypeIsTracedAsUnknownAndInitialisationSucceeds)
-{
-    EXPECT_THAT(traceOfInitWhen([] { throw 42; }),
-        ElementsAre("trace 1 Unknown exception when trying to create the thread SpectDiagCtrl7"));
-}
-
-TEST_F(WorkerNaming, aWorkerWithoutANameStillRunsAndIsJoined)
-{
-    traceOfInitWhen([] { throw std::runtime_error("no name"); });
-    EXPECT_TRUE(inspect().m_thread().joinable());
-    EXPECT_TRUE(scan(SDC_CMD_CHANNEL_SCAN_START));
-    EXPECT_EQ(controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
-    destroy();
-    EXPECT_EQ(log.count("trace 5 Thread exited with m_status channel-scan-finished"), 1U);
-}
-
-TEST_F(WorkerNaming, failureOfTheSuccessTextIsCaughtLikeAFailureOfTheStart)
-{
-    construct(7);
-    traceIntoLog.onWrite = [](const simulator::TraceRecord& record) {
-        if (record.text.ends_with(" successfully created.")) {
-            throw std::runtime_error("trace is full");
-        }
-    };
-    EXPECT_EQ(controller->onModuleInit(), 0U);
-    EXPECT_THAT(traceTexts(1), ElementsAre("Thread SpectDiagCtrl7 caught exception [trace is full]."));
-    EXPECT_TRUE(waitForWaits(1));
-}
-
-TEST_F(WorkerNaming, failuresAreTracedAtLevel1Only)
-{
-    setTraceLevel(0);
-    construct(7);
-    onHostEvent = [](const std::string& event) {
-        if (event == "thread.name SpectDiagCtrl7") {
-            throw std::runtime_error("no name");
-        }
-    };
-    EXPECT_EQ(controller->onModuleInit(), 0U);
-    EXPECT_THAT(trace.records(), IsEmpty());
 }
 
 } // namespace
