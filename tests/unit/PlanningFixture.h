@@ -2,11 +2,11 @@
 
 #include "tests/support/ControllerFixture.h"
 
-#include <array>
 #include <cstdint>
-#include <functional>
+#include <locale>
 #include <ostream>
 #include <string>
+#include <vector>
 
 /// What the tests of planning share: a plan's inputs and outputs as records, and a controller to put them in.
 namespace planning {
@@ -73,12 +73,36 @@ inline bool isValidMin(const ControllerInspector& it) { return it.validMinFreque
 inline bool isHighestInRange(const ControllerInspector& it) { return it.isHighestFreqInRange(); }
 // clang-format on
 
-/// A constructed controller without a worker, whose single steps run on the test's thread.
+/// Every digit grouped: a text formed with the global locale shows it.
+class GroupedDigits : public std::numpunct<char> {
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\1"; }
+};
+
+/// Puts that locale in force for as long as it lives.
+class GroupedDigitsInForce {
+public:
+    GroupedDigitsInForce()
+        : m_before(std::locale::global(std::locale(std::locale::classic(), new GroupedDigits)))
+    {
+    }
+    ~GroupedDigitsInForce() { std::locale::global(m_before); }
+    GroupedDigitsInForce(const GroupedDigitsInForce&) = delete;
+    GroupedDigitsInForce& operator=(const GroupedDigitsInForce&) = delete;
+
+private:
+    std::locale m_before;
+};
+
+/// A constructed controller with the peers that planning asks but without a worker; its single steps run on the test's
+/// thread.
 class PlanningFixture : public support::ControllerFixture {
 protected:
     PlanningFixture()
     {
         construct();
+        inspect().m_radioCapability() = &peers.radioCapability;
+        inspect().m_propertiesProvider() = peers.radio.createPropertiesProvider();
         log.clear();
         trace.clear();
     }
@@ -148,7 +172,48 @@ protected:
         members.m_totalNrOfSamples() = static_cast<std::int32_t>(word(value));
     }
 
+    /// Logs every question for a trace level, too.
+    void logTraceQuestions()
+    {
+        onHostEvent = [this](const std::string& event) { log.add(event); };
+    }
+
     static std::uint32_t word(Wide value) { return static_cast<std::uint32_t>(value); }
+};
+
+/// One row of a table: what a plan makes of some inputs.
+struct Row {
+    const char* why;
+    Inputs in;
+    Plan expected;
+};
+
+/// Runs plans over tables of rows.
+class PlanTable : public PlanningFixture {
+protected:
+    template <std::size_t count>
+    void expectRows(RunPlan run, const Row (&rows)[count])
+    {
+        for (const Row& row : rows) {
+            for (const Wide spoilt : {0, 1, 123456789, -1}) {
+                put(row.in);
+                spoilOutputs(spoilt);
+                EXPECT_EQ(run(inspect()), 0) << row.why;
+                EXPECT_EQ(plan(), row.expected) << row.why;
+                EXPECT_EQ(foundAfterPlan(row.in), row.in) << row.why;
+            }
+        }
+    }
+
+    /// Everything that a plan logs: its entry records and nothing else.
+    std::vector<std::string> entriesOf(RunPlan run, const Inputs& in)
+    {
+        put(in);
+        spoilOutputs(77);
+        log.clear();
+        run(inspect());
+        return log.calls();
+    }
 };
 
 } // namespace planning

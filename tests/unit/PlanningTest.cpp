@@ -1,0 +1,268 @@
+/// The plans of a channel scan, row by row, with the entry records that they leave; and what all plans have in common.
+
+#include "tests/unit/PlanningFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <set>
+
+namespace {
+
+using namespace planning;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct NamedPlan {
+    RunPlan run;
+    std::string name;
+};
+
+const NamedPlan allPlans[] = {
+    {channelScanStd, "prepChannelScanStd"},
+    {subBandScanStd, "prepSubBandScanStd"},
+    {channelScan4742_4743, "prepChannelScan4742_4743"},
+    {subBandScan4743, "prepSubBandScan4743"},
+    {subBandScan4742, "prepSubBandScan4742"},
+};
+
+class Planning : public PlanTable {};
+class ChannelScan : public PlanTable {};
+class FirstScan : public support::ControllerFixture {};
+
+TEST_F(ChannelScan, planOfTheWorkedExamples)
+{
+    expectRows(channelScanStd,
+        {
+            {"28 MHz, 18 GHz", {}, {2000, 1000, 17987000, 18013000, 14}},
+            {"7 MHz, 18 GHz", {.spacing = 7000}, {1000, 1000, 17997500, 18003500, 7}},
+            {"28 MHz, 80 GHz", {.band = 80}, {10000, 5000, 17991000, 18001000, 2}},
+            {"28 MHz near the bottom", {.rx = 17710000}, {2000, 1000, 17701000, 17723000, 12}},
+        });
+}
+
+TEST_F(ChannelScan, marginAndStepFollowFromLongHaulOrLowerBandAndSpacing)
+{
+    expectRows(channelScanStd,
+        {
+            {"lower band", {.band = 42}, {2000, 1000, 17987000, 18013000, 14}},
+            {"upper band", {.band = 43}, {10000, 5000, 17991000, 18001000, 2}},
+            {"lower band, long haul", {.band = 42, .longHaul = 1}, {2000, 1000, 17987000, 18013000, 14}},
+            {"upper band, long haul", {.band = 43, .longHaul = 255}, {2000, 1000, 17987000, 18013000, 14}},
+            {"lower band, odd", {.spacing = 7000, .band = 42}, {1000, 1000, 17997500, 18003500, 7}},
+            {"upper band, odd", {.spacing = 7000, .band = 43}, {10000, 5000, 18001500, 18011500, 2}},
+            {"lower, long haul, odd", {.spacing = 7000, .band = 42, .longHaul = 2}, {1000, 1000, 17997500, 18003500, 7}},
+            {"upper, long haul, odd", {.spacing = 7000, .band = 43, .longHaul = 128}, {1000, 1000, 17997500, 18003500, 7}},
+        });
+}
+
+TEST_F(ChannelScan, startsAtTheBottomOfTheRangeWhenTheChannelHasNoRoomBelow)
+{
+    expectRows(channelScanStd,
+        {
+            {"just room", {.rx = 17715000}, {2000, 1000, 17702000, 17728000, 14}},
+            {"1 kHz short", {.rx = 17714999}, {2000, 1000, 17701000, 17727000, 14}},
+            {"upper band, just room", {.rx = 17719000, .band = 43}, {10000, 5000, 17710000, 17720000, 2}},
+            {"upper band, 1 kHz short", {.rx = 17718999, .band = 43}, {10000, 5000, 17705000, 17725000, 3}},
+            {"odd, just room", {.spacing = 7000, .rx = 17704500}, {1000, 1000, 17702000, 17708000, 7}},
+            {"odd, 1 kHz short: half the margin", {.spacing = 7000, .rx = 17704499}, {1000, 1000, 17700500, 17707500, 8}},
+            {"odd, upper band, just room", {.spacing = 7000, .rx = 17708500, .band = 43},
+                {10000, 5000, 17710000, 17720000, 2}},
+            {"odd, upper band, short", {.spacing = 7000, .rx = 17708499, .band = 43}, {10000, 5000, 17702500, 17702500, 1}},
+            {"below the range", {.rx = 17690000}, {2000, 1000, 17701000, 17703000, 2}},
+        });
+}
+
+TEST_F(ChannelScan, endsWhereRangeOrChannelEnd)
+{
+    expectRows(channelScanStd,
+        {
+            {"a step ends at the top of the range", {.max = 18006000}, {2000, 1000, 17987000, 18005000, 10}},
+            {"a step ends 1 kHz above it", {.max = 18005999}, {2000, 1000, 17987000, 18003000, 9}},
+            {"no step fits into the range", {.max = 17989999}, {2000, 1000, 17987000, 17987000, 1}},
+            {"a step ends at the top of the channel", {.spacing = 28000}, {2000, 1000, 17987000, 18013000, 14}},
+            {"a step ends 2 kHz above it", {.spacing = 27998}, {2000, 1000, 17987001, 18011001, 13}},
+            {"half a spacing is rounded down", {.spacing = 28001}, {2000, 1000, 17987000, 18013000, 14}},
+            {"1 kHz less in half a spacing", {.spacing = 27999}, {2000, 1000, 17987001, 18011001, 13}},
+            {"a channel of two margins and a step", {.spacing = 4000}, {2000, 1000, 17999000, 18001000, 2}},
+            {"a narrower one", {.spacing = 3998}, {2000, 1000, 17999001, 17999001, 1}},
+            {"a channel within its margins", {.spacing = 1000}, {2000, 1000, 18000500, 18000500, 1}},
+            {"no spacing", {.spacing = 0}, {2000, 1000, 18001000, 18001000, 1}},
+        });
+}
+
+TEST_F(ChannelScan, takesOneMoreSampleForTheOddSpacingUnlessItEndsWithinAStepBelowTheChannel)
+{
+    const Wide min = 17700000; // with the channel near it the scan starts at min + 500, and the top of the range stops it
+    expectRows(channelScanStd,
+        {
+            {"one step below", {.spacing = 7000, .rx = min + 3500, .max = min + 3500},
+                {1000, 1000, min + 500, min + 2500, 3}},
+            {"1 kHz more", {.spacing = 7000, .rx = min + 3501, .max = min + 3500}, {1000, 1000, min + 500, min + 3500, 4}},
+            {"at the channel", {.spacing = 7000, .rx = min + 3500, .max = min + 4500},
+                {1000, 1000, min + 500, min + 3500, 4}},
+            {"1 kHz above", {.spacing = 7000, .rx = min + 3499, .max = min + 4500}, {1000, 1000, min + 500, min + 4500, 5}},
+            {"well below", {.spacing = 7000, .max = 17999000}, {1000, 1000, 17997500, 17998500, 2}},
+            {"half a step below", {.spacing = 7000, .max = 18000500}, {1000, 1000, 17997500, 17999500, 3}},
+            {"half a step above", {.spacing = 7000, .max = 18001500}, {1000, 1000, 17997500, 18001500, 5}},
+            {"another spacing", {.spacing = 7002, .max = 17999000}, {2000, 1000, 17997499, 17997499, 1}},
+            {"and another", {.spacing = 6998}, {2000, 1000, 17997501, 18001501, 3}},
+        });
+}
+
+TEST_F(ChannelScan, ofTheOddSpacingEndsHalfASpacingAboveTheChannel)
+{
+    for (const Wide rx : {17704500, 18000000, 19690000}) {
+        put({.spacing = 7000, .rx = rx});
+        EXPECT_EQ(channelScanStd(inspect()), 0);
+        EXPECT_EQ(plan(), (Plan{1000, 1000, rx - 2500, rx + 3500, 7}));
+    }
+}
+
+TEST_F(ChannelScan, arithmeticWraps)
+{
+    expectRows(channelScanStd,
+        {
+            {"the bottom of the range above the word's end", {.rx = 7704, .min = 4294960000},
+                {2000, 1000, 4294962000, 4294962000, 1}},
+            {"the same, 1 kHz short", {.rx = 7703, .min = 4294960000}, {2000, 1000, 4294961000, 4294961000, 1}},
+            {"the top of the range below 0", {.max = 999}, {2000, 1000, 17987000, 18013000, 14}},
+            {"the top of the channel above the word's end", {.rx = 4294960000, .max = 4294967295},
+                {2000, 1000, 4294947000, 4294947000, 1}},
+            {"beyond half of the word", {.rx = 2147483648, .max = 4294967295}, {2000, 1000, 2147470648, 2147496648, 14}},
+            {"the channel's bottom below 0", {.rx = 12000, .min = 4294960000}, {2000, 1000, 4294966296, 25000, 14}},
+        });
+}
+
+TEST_F(ChannelScan, entryRecordsShowTheOrderOfItsQuestions)
+{
+    EXPECT_THAT(entriesOf(channelScanStd, {.spacing = 6000}),
+        ElementsAre("enter 6 prepChannelScanStd", "enter 6 isLongHaul", "enter 6 isLowerFrequencyBand",
+            "enter 6 isChannelSpcaingOdd", "enter 6 validMinFrequencyMargin", "enter 6 isHighestFreqInRange",
+            "enter 6 isHighestFreqInRange", "enter 6 isHighestFreqInRange", "enter 6 isChannelSpcaingOdd"));
+    EXPECT_THAT(entriesOf(channelScanStd, {.spacing = 2000, .longHaul = 1}),
+        ElementsAre("enter 6 prepChannelScanStd", "enter 6 isLongHaul", "enter 6 isChannelSpcaingOdd",
+            "enter 6 validMinFrequencyMargin", "enter 6 isHighestFreqInRange", "enter 6 isChannelSpcaingOdd"));
+    EXPECT_THAT(entriesOf(channelScanStd, {.spacing = 2000, .band = 43}),
+        ElementsAre("enter 6 prepChannelScanStd", "enter 6 isLongHaul", "enter 6 isLowerFrequencyBand",
+            "enter 6 validMinFrequencyMargin", "enter 6 isHighestFreqInRange", "enter 6 isChannelSpcaingOdd"));
+    EXPECT_THAT(entriesOf(channelScanStd, {.spacing = 7000, .rx = 17708499, .band = 43}),
+        ElementsAre("enter 6 prepChannelScanStd", "enter 6 isLongHaul", "enter 6 isLowerFrequencyBand",
+            "enter 6 validMinFrequencyMargin", "enter 6 isChannelSpcaingOdd", "enter 6 isHighestFreqInRange",
+            "enter 6 isChannelSpcaingOdd"));
+}
+
+TEST_F(ChannelScan, asksOncePerSampleWhetherTheNextIsInRange)
+{
+    entriesOf(channelScanStd, {});
+    EXPECT_EQ(log.count("enter 6 isHighestFreqInRange"), 14U);
+    entriesOf(channelScanStd, {.spacing = 7000}); // the extra sample is not asked for
+    EXPECT_EQ(log.count("enter 6 isHighestFreqInRange"), 6U);
+}
+
+TEST_F(ChannelScan, of4742And4743IsOneMeasurementAtTheChannel)
+{
+    expectRows(channelScan4742_4743,
+        {
+            {"inside the range", {}, {0, 0, 18000000, 18000000, 1}},
+            {"outside of it", {.rx = 1}, {0, 0, 1, 1, 1}},
+            {"with all else 0", {0, 4294967295, 0, 0, 0, 0, 0, 0, 0}, {0, 0, 4294967295, 4294967295, 1}},
+            {"long haul, odd, upper band", {.spacing = 7000, .band = 80, .longHaul = 1}, {0, 0, 18000000, 18000000, 1}},
+        });
+}
+
+// All of them.
+
+TEST_F(Planning, withoutQuestionsLeavesOneEntryRecord)
+{
+    EXPECT_THAT(entriesOf(channelScan4742_4743, {}), ElementsAre("enter 6 prepChannelScan4742_4743"));
+    EXPECT_THAT(entriesOf(subBandScan4743, {}), ElementsAre("enter 6 prepSubBandScan4743"));
+    EXPECT_THAT(entriesOf(subBandScan4742, {}), ElementsAre("enter 6 prepSubBandScan4742"));
+}
+
+TEST_F(Planning, tracesNothingBelowTheEntryLevelAndPlansTheSame)
+{
+    for (const NamedPlan& each : allPlans) {
+        SCOPED_TRACE(each.name);
+        setTraceLevel(PLX_TRACE_LEVEL_DETAIL);
+        entriesOf(each.run, {});
+        const Plan expected = plan();
+        setTraceLevel(PLX_TRACE_LEVEL_INFO);
+        EXPECT_THAT(entriesOf(each.run, {}), IsEmpty());
+        EXPECT_EQ(plan(), expected);
+        setTraceLevel(PLX_TRACE_LEVEL_ENTER);
+        EXPECT_EQ(entriesOf(each.run, {}).front(), "enter 6 " + each.name);
+    }
+}
+
+TEST_F(Planning, hasOneTraceHeaderPerFunction)
+{
+    std::set<const PlxTraceHeader*> headers;
+    std::set<std::string> functions;
+    for (const NamedPlan& each : allPlans) {
+        entriesOf(each.run, {});
+    }
+    for (const simulator::TraceRecord& record : trace.records()) {
+        EXPECT_FALSE(record.hasText);
+        headers.insert(record.header);
+        functions.insert(record.header->function);
+    }
+    EXPECT_EQ(functions.size(), 10U); // five plans, five predicates
+    EXPECT_EQ(headers.size(), 10U);
+}
+
+TEST_F(Planning, leavesDelaysStatusAndProgressAlone)
+{
+    for (const NamedPlan& each : allPlans) {
+        SCOPED_TRACE(each.name);
+        inspect().m_setRxWait_ms() = 11;
+        inspect().m_firstSetRxWait_ms() = 12;
+        inspect().m_progress() = 13;
+        inspect().m_status() = SDC_STATUS_CHANNEL_SCAN_FINISHED;
+        entriesOf(each.run, {});
+        EXPECT_EQ(inspect().m_setRxWait_ms(), 11U);
+        EXPECT_EQ(inspect().m_firstSetRxWait_ms(), 12U);
+        EXPECT_EQ(controller->getProgress(), 13);
+        EXPECT_EQ(controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+        EXPECT_EQ(inspect().getState(), SpectrumDiagnosticsController::STATE_IDLE);
+    }
+}
+
+TEST_F(Planning, leavesErrnoAlone)
+{
+    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    for (const NamedPlan& each : allPlans) {
+        put({});
+        errno = ERANGE;
+        each.run(inspect());
+        EXPECT_EQ(errno, ERANGE) << each.name;
+    }
+}
+
+TEST_F(FirstScan, isPlannedAsNotLongHaulUntilTheSweepHasReadTheProperties)
+{
+    peers.radio.typeText = "KLM";
+    peers.radio.properties.longHaul = 1;
+    peers.radioCapability.parameters.frequencyBand_GHz = 80;
+    start();
+    ASSERT_TRUE(scan(SDC_CMD_CHANNEL_SCAN_START));
+    EXPECT_EQ(inspect().m_scanStep_kHz(), 10000U);
+    EXPECT_EQ(inspect().m_frequencyMargin_kHz(), 5000U);
+    ASSERT_TRUE(scan(SDC_CMD_CHANNEL_SCAN_START));
+    EXPECT_EQ(inspect().m_scanStep_kHz(), 2000U);
+    EXPECT_EQ(inspect().m_frequencyMargin_kHz(), 1000U);
+}
+
+TEST_F(FirstScan, isPlannedAsLongHaulAfterAPropertiesQuery)
+{
+    peers.radio.typeText = "KLM";
+    peers.radio.properties.longHaul = 1;
+    start();
+    controller->getSpectrumDiagnosticsProperties();
+    ASSERT_TRUE(scan(SDC_CMD_SUB_BAND_SCAN_START));
+    EXPECT_EQ(inspect().m_scanStep_kHz(), 10000U);
+    EXPECT_EQ(inspect().m_frequencyMargin_kHz(), 5000U);
+    EXPECT_EQ(inspect().m_totalNrOfSamples(), 200);
+}
+
+} // namespace
