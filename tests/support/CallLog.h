@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -13,8 +14,13 @@ class CallLog {
 public:
     void add(const std::string& call)
     {
-        const std::lock_guard<std::mutex> guard(m_guard);
-        m_calls.push_back(call);
+        {
+            const std::lock_guard<std::mutex> guard(m_guard);
+            m_calls.push_back(call);
+        }
+        if (onAdd) {
+            onAdd(call);
+        }
     }
 
     std::vector<std::string> calls() const
@@ -51,6 +57,10 @@ public:
         const std::lock_guard<std::mutex> guard(m_guard);
         m_calls.clear();
     }
+
+    /// Runs after a call is logged, at the very moment of the call, on its thread; may throw. What it does inside a trace
+    /// must not trace. Set while no worker runs or the worker waits.
+    std::function<void(const std::string& call)> onAdd;
 
 private:
     mutable std::mutex m_guard;

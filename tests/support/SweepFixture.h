@@ -1,0 +1,103 @@
+#pragma once
+
+#include "tests/support/ControllerFixture.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace support {
+
+using Calls = std::vector<std::string>;
+
+inline Calls operator+(Calls left, const Calls& right)
+{
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+/// What a sweep was planned to do.
+struct SweepPlan {
+    std::uint32_t lowest_kHz = 100000;
+    std::uint32_t highest_kHz = 100100;
+    std::uint32_t step_kHz = 50;
+    std::int32_t total = 3;
+};
+
+/// A controller that is bound to its peers and has a plan, but no worker: runScan runs on the test's own thread.
+class SweepFixture : public ControllerFixture {
+protected:
+    static constexpr std::uint32_t firstWait_ms = 3000;
+    static constexpr std::uint32_t wait_ms = 300;
+    static constexpr std::uint32_t configured_kHz = 18000000;
+
+    /// A fresh controller; the log is empty afterwards.
+    void prepare(const SweepPlan& plan = {}, std::uint32_t channel = 7)
+    {
+        log.onAdd = {};
+        destroy();
+        construct(channel);
+        const ControllerInspector members = inspect();
+        members.m_frequencyController() = &peers.frequencyController;
+        members.m_rssiHandler() = &peers.rssiHandler;
+        members.m_propertiesProvider() = peers.radio.createPropertiesProvider();
+        members.m_threadName() = "SpectDiagCtrl7";
+        members.m_channelSpacing_kHz() = 28000;
+        members.m_currentRxFrequency_kHz() = configured_kHz;
+        members.m_firstSetRxWait_ms() = firstWait_ms;
+        members.m_setRxWait_ms() = wait_ms;
+        setPlan(plan);
+        log.clear();
+        trace.clear();
+    }
+
+    /// As a start command leaves it.
+    void setPlan(const SweepPlan& plan, ESDCStatus status = SDC_STATUS_CHANNEL_SCAN_ONGOING) const
+    {
+        const ControllerInspector members = inspect();
+        members.m_scanLowestRxFrequency_kHz() = plan.lowest_kHz;
+        members.m_scanHighestRxFrequency_kHz() = plan.highest_kHz;
+        members.m_scanStep_kHz() = plan.step_kHz;
+        members.m_totalNrOfSamples() = plan.total;
+        members.m_status() = status;
+        members.m_state() = SpectrumDiagnosticsController::STATE_SCAN;
+    }
+
+    void setState(SpectrumDiagnosticsController::State state) const { inspect().setState(state); }
+
+    /// Runs an action at the n-th occurrence (from 1) of a call in the log, in place of any set before.
+    void at(const std::string& call, const std::function<void()>& action, int nth = 1)
+    {
+        log.onAdd = [call, action, nth, seen = 0](const std::string& added) mutable {
+            if (added == call && ++seen == nth) {
+                action();
+            }
+        };
+    }
+
+    static std::string tune(std::uint32_t frequency_kHz)
+    {
+        return "IFrequencyController.setRxFrequency " + std::to_string(frequency_kHz) + " true";
+    }
+
+    /// The calls of one step of a sweep, trace left out.
+    static Calls step(std::uint32_t frequency_kHz, std::uint32_t delay_ms)
+    {
+        return {tune(frequency_kHz), "sleep.get", "sleepMs " + std::to_string(delay_ms), "IRssiHandler.readRssi"};
+    }
+
+    /// The calls of a whole sweep over these frequencies with the ordinary delays, trace left out.
+    static Calls sweepOver(const std::vector<std::uint32_t>& frequencies_kHz)
+    {
+        Calls calls{"provider.getProperties"};
+        std::uint32_t delay_ms = firstWait_ms;
+        for (const std::uint32_t frequency_kHz : frequencies_kHz) {
+            calls = std::move(calls) + step(frequency_kHz, std::exchange(delay_ms, wait_ms));
+        }
+        return std::move(calls) + Calls{tune(configured_kHz)};
+    }
+};
+
+} // namespace support
