@@ -93,4 +93,19 @@ private:
     std::thread m_thread; // last: it uses the members above
 };
 
+/// Does something at the end of the scope: lets a thread go that the scope holds, so that a failed test ends too.
+class AtScopeEnd {
+public:
+    explicit AtScopeEnd(std::function<void()> action)
+        : m_action(std::move(action))
+    {
+    }
+    ~AtScopeEnd() { m_action(); }
+    AtScopeEnd(const AtScopeEnd&) = delete;
+    AtScopeEnd& operator=(const AtScopeEnd&) = delete;
+
+private:
+    std::function<void()> m_action;
+};
+
 } // namespace support

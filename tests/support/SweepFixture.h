@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <future>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,6 +35,14 @@ protected:
     static constexpr std::uint32_t wait_ms = 300;
     static constexpr std::uint32_t configured_kHz = 18000000;
 
+    /// Hooks go before the controller does: they may refer to what the test had.
+    ~SweepFixture() override
+    {
+        log.onAdd = {};
+        onHostEvent = {};
+        traceIntoLog.onWrite = {};
+    }
+
     /// A fresh controller; the log is empty afterwards.
     void prepare(const SweepPlan& plan = {}, std::uint32_t channel = 7)
     {
@@ -44,10 +54,6 @@ protected:
         members.m_rssiHandler() = &peers.rssiHandler;
         members.m_propertiesProvider() = peers.radio.createPropertiesProvider();
         members.m_threadName() = "SpectDiagCtrl7";
-        members.m_channelSpacing_kHz() = 28000;
-        members.m_currentRxFrequency_kHz() = configured_kHz;
-        members.m_firstSetRxWait_ms() = firstWait_ms;
-        members.m_setRxWait_ms() = wait_ms;
         setPlan(plan);
         log.clear();
         trace.clear();
@@ -61,11 +67,34 @@ protected:
         members.m_scanHighestRxFrequency_kHz() = plan.highest_kHz;
         members.m_scanStep_kHz() = plan.step_kHz;
         members.m_totalNrOfSamples() = plan.total;
+        members.m_channelSpacing_kHz() = 28000;
+        members.m_currentRxFrequency_kHz() = configured_kHz;
+        members.m_firstSetRxWait_ms() = firstWait_ms;
+        members.m_setRxWait_ms() = wait_ms;
         members.m_status() = status;
         members.m_state() = SpectrumDiagnosticsController::STATE_SCAN;
     }
 
     void setState(SpectrumDiagnosticsController::State state) const { inspect().setState(state); }
+
+    /// Tries m_mutex from a thread of its own: the calling one may hold it.
+    bool isMutexFree() const
+    {
+        const auto tryLock = [this] {
+            return std::unique_lock<std::mutex>(inspect().m_mutex(), std::try_to_lock).owns_lock();
+        };
+        return std::async(std::launch::async, tryLock).get();
+    }
+
+    /// Logs, from now on, also every question whether a level is enabled.
+    void logQuestions()
+    {
+        onHostEvent = [this](const std::string& event) {
+            if (event.starts_with("trace.isEnabled")) {
+                log.add(event);
+            }
+        };
+    }
 
     /// Runs an action at the n-th occurrence (from 1) of a call in the log, in place of any set before.
     void at(const std::string& call, const std::function<void()>& action, int nth = 1)

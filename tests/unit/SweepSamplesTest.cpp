@@ -19,15 +19,6 @@ std::tuple<int, int, int, int> bytesOf(const SDCProperties& properties)
 class SweepSamples : public support::SweepFixture {
 protected:
     SweepSamples() { prepare(); }
-
-    /// Tries m_mutex from a thread of its own: the test's may hold it.
-    bool isMutexFree() const
-    {
-        const auto tryLock = [this] {
-            return std::unique_lock<std::mutex>(inspect().m_mutex(), std::try_to_lock).owns_lock();
-        };
-        return std::async(std::launch::async, tryLock).get();
-    }
 };
 
 TEST_F(SweepSamples, secondSweepClearsThoseOfTheFirstOnlyAfterItsParameterDump)

@@ -20,16 +20,6 @@ class SweepTrace : public support::SweepFixture {
 protected:
     SweepTrace() { prepare(); }
 
-    /// Logs, from now on, also every question whether a level is enabled.
-    void logQuestions()
-    {
-        onHostEvent = [this](const std::string& event) {
-            if (event.starts_with("trace.isEnabled")) {
-                log.add(event);
-            }
-        };
-    }
-
     static const Calls entryAndDump;
 };
 

@@ -1,0 +1,231 @@
+// What ends the worker besides exit: exceptions out of a sweep, of the trace, and of the lock.
+
+#include "tests/support/WorkerFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <new>
+#include <stdexcept>
+#include <system_error>
+
+#include <pthread.h>
+
+namespace {
+
+using support::Calls;
+using support::eventually;
+using support::operator+;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using State = SpectrumDiagnosticsController::State;
+
+/// Something thrown, and the text that the worker leaves of it.
+struct Exception {
+    std::function<void()> raise;
+    std::string text;
+};
+
+class WorkerFailure : public support::WorkerFixture {
+protected:
+    WorkerFailure() { prepare(); }
+
+    const std::vector<Exception> exceptions{
+        {[] { throw std::runtime_error("receiver does not answer"); },
+            "trace 1 Exception timerThread SpectDiagCtrl7: receiver does not answer"},
+        {[] { throw std::logic_error(""); }, "trace 1 Exception timerThread SpectDiagCtrl7: "},
+        {[] { throw std::bad_alloc(); }, "trace 1 Exception timerThread SpectDiagCtrl7: std::bad_alloc"},
+        {[] { throw 5; }, "trace 1 Unknown exception in timerThread SpectDiagCtrl7"},
+        {[] { throw "text"; }, "trace 1 Unknown exception in timerThread SpectDiagCtrl7"},
+    };
+
+    /// Makes m_mutex one that fails when its own thread locks it again.
+    void makeMutexCheckErrors() const
+    {
+        pthread_mutex_t* const mutex = inspect().m_mutex().native_handle();
+        pthread_mutexattr_t attributes{};
+        pthread_mutexattr_init(&attributes);
+        pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
+        pthread_mutex_destroy(mutex);
+        pthread_mutex_init(mutex, &attributes);
+        pthread_mutexattr_destroy(&attributes);
+    }
+};
+
+TEST_F(WorkerFailure, exceptionAnywhereInSweepEndsTheWorkerAndLeavesTheStateAndTheReceiver)
+{
+    const struct {
+        std::string place;
+        std::size_t nrOfSamples;
+    } rows[] = {
+        {"provider.getProperties", 0},
+        {tune(100000), 0},
+        {"sleep.get", 0},
+        {"sleepMs 3000", 0},
+        {"IRssiHandler.readRssi", 0},
+        {tune(100050), 1},
+        {"sleepMs 300", 1},
+        {tune(configured_kHz), 3},
+        {"enter 6 runScan: m_threadName=SpectDiagCtrl7", 0},
+        {"trace 5                m_setRxWait_ms = 300", 0},
+        {"trace 7 Read RSSI -4500", 0},
+    };
+    for (const auto& row : rows) {
+        for (const Exception& exception : exceptions) {
+            SCOPED_TRACE(row.place + ", " + exception.text);
+            prepare();
+            inspect().m_progress() = 42;
+            at(row.place, exception.raise);
+            inspect().scanThread();
+            const std::vector<std::string> calls = log.calls();
+            const auto place = std::find(calls.begin(), calls.end(), row.place);
+            EXPECT_THAT(std::vector<std::string>(place, calls.end()),
+                ElementsAre(row.place, exception.text, exited + "channel-scan-ongoing"));
+            EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
+            EXPECT_EQ(inspect().m_status(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
+            EXPECT_EQ(inspect().m_results().size(), row.nrOfSamples);
+            EXPECT_EQ(inspect().m_nrOfSamplesDone(), static_cast<std::int32_t>(row.nrOfSamples));
+            EXPECT_TRUE(isMutexFree());
+        }
+    }
+}
+
+TEST_F(WorkerFailure, stateThatWasSetMeanwhileStaysToo)
+{
+    for (const State state : {State::STATE_STOP, State::STATE_EXIT, State::STATE_IDLE}) {
+        prepare();
+        at("sleepMs 3000", [this, state] {
+            setState(state);
+            throw std::runtime_error("no sleep");
+        });
+        inspect().scanThread();
+        EXPECT_EQ(inspect().getState(), state);
+        EXPECT_EQ(inspect().m_status(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
+        EXPECT_EQ(log.count(restore), 0U);
+    }
+}
+
+TEST_F(WorkerFailure, lockIsReleasedBeforeTheExceptionIsTraced)
+{
+    for (const Exception& exception : exceptions) {
+        prepare();
+        std::vector<bool> isFree;
+        log.onAdd = [&](const std::string& call) {
+            if (call == exception.text || call.starts_with(exited)) {
+                isFree.push_back(isMutexFree());
+            } else if (call == "IRssiHandler.readRssi") {
+                exception.raise();
+            }
+        };
+        inspect().scanThread();
+        EXPECT_THAT(isFree, ElementsAre(true, true));
+    }
+}
+
+TEST_F(WorkerFailure, exceptionOfItsOwnTraceIsCaughtToo)
+{
+    for (const std::string& text : {entry, waiting}) {
+        for (const Exception& exception : exceptions) {
+            SCOPED_TRACE(text + ", " + exception.text);
+            prepare();
+            setState(State::STATE_IDLE);
+            at(text, exception.raise);
+            inspect().scanThread();
+            const Calls before = text == entry ? Calls{} : Calls{entry};
+            EXPECT_THAT(
+                log.calls(), ElementsAreArray(before + Calls{text, exception.text, exited + "channel-scan-ongoing"}));
+            EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
+            EXPECT_TRUE(isMutexFree());
+        }
+    }
+}
+
+TEST_F(WorkerFailure, exceptionIsTracedOnlyWhereItsLevelIsEnabled)
+{
+    for (const Exception& exception : exceptions) {
+        for (const std::uint32_t level : {0U, 1U, 4U}) {
+            prepare();
+            setTraceLevel(level);
+            at("sleepMs 3000", exception.raise);
+            inspect().scanThread();
+            EXPECT_THAT(log.callsStartingWith("trace"), ElementsAreArray(level == 0 ? Calls{} : Calls{exception.text}));
+            setTraceLevel(PLX_TRACE_LEVEL_DETAIL);
+        }
+    }
+}
+
+TEST_F(WorkerFailure, asksForLevelOneAndThenForLevelFive)
+{
+    for (const Exception& exception : exceptions) {
+        prepare();
+        setTraceLevel(PLX_TRACE_LEVEL_OFF);
+        logQuestions();
+        at("provider.getProperties", exception.raise);
+        inspect().scanThread();
+        EXPECT_THAT(log.calls(),
+            ElementsAre("trace.isEnabled 6", "trace.isEnabled 6", "provider.getProperties", "trace.isEnabled 1",
+                "trace.isEnabled 5"));
+        onHostEvent = {};
+    }
+}
+
+TEST_F(WorkerFailure, endedWorkerIsNotRestartedAndIsJoinedByDestruction)
+{
+    for (const Exception& exception : exceptions) {
+        SCOPED_TRACE(exception.text);
+        log.onAdd = {};
+        destroy();
+        startAndWait();
+        at("IRssiHandler.readRssi", exception.raise, 2);
+        launch();
+        ASSERT_TRUE(eventually([this] { return log.count(exited + "channel-scan-ongoing") == 1; }));
+        EXPECT_EQ(log.count(exception.text), 1U);
+        EXPECT_EQ(log.count(restore), 0U);
+        EXPECT_EQ(samples().size(), 1U);
+        EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
+        EXPECT_EQ(controller->setCommand(SDC_CMD_SUB_BAND_SCAN_START, 0), SDC_RC_OK);
+        EXPECT_EQ(log.count("trace 5 Scan already in progress 2"), 1U);
+        EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK);
+        EXPECT_EQ(inspect().getState(), State::STATE_STOP);
+        EXPECT_EQ(controller->onPhaseStop(), 0U);
+        EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), SDC_RC_OK);
+        EXPECT_EQ(inspect().getState(), State::STATE_SCAN); // nobody acts on it
+        log.clear();
+        destroy();
+        EXPECT_THAT(log.calls(),
+            ElementsAre("enter 6 ~SpectrumDiagnosticsController", exitEntry, "broker.getInstance",
+                "broker.unregister ISpectrumDiagnosticsController_7", "provider.destroyed", "module.unregister"));
+        peers.unregister();
+    }
+}
+
+TEST_F(WorkerFailure, lockThatFailsEndsTheWorker)
+{
+    makeMutexCheckErrors();
+    const std::string what = std::system_error(EDEADLK, std::generic_category()).what();
+    const std::lock_guard<std::mutex> held(inspect().m_mutex());
+    inspect().scanThread();
+    EXPECT_THAT(log.calls(),
+        ElementsAre(entry, "trace 1 Exception timerThread SpectDiagCtrl7: " + what, exited + "channel-scan-ongoing"));
+    EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
+}
+
+TEST_F(WorkerFailure, lockThatFailsReachesTheCallersOfStopAndExit)
+{
+    makeMutexCheckErrors();
+    const std::function<void()> calls[] = {[this] { controller->onPhaseStop(); }, [this] { inspect().exitThread(); }};
+    for (const auto& call : calls) {
+        const std::lock_guard<std::mutex> held(inspect().m_mutex());
+        try {
+            call();
+            ADD_FAILURE() << "no exception";
+        } catch (const std::system_error& error) {
+            EXPECT_EQ(error.code(), std::errc::resource_deadlock_would_occur);
+        }
+        EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
+    }
+    EXPECT_THAT(log.calls(), ElementsAre("enter 6 onPhaseStop", exitEntry));
+    EXPECT_TRUE(isMutexFree());
+}
+
+} // namespace
