@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace support {
@@ -18,9 +20,7 @@ public:
             const std::lock_guard<std::mutex> guard(m_guard);
             m_calls.push_back(call);
         }
-        if (onAdd) {
-            onAdd(call);
-        }
+        onAdd(call);
     }
 
     std::vector<std::string> calls() const
@@ -58,9 +58,39 @@ public:
         m_calls.clear();
     }
 
+    /// Something to do at a moment of the log. May be set from any thread at any time; nullptr takes it away.
+    class Hook {
+    public:
+        using Action = std::function<void(const std::string& call)>;
+
+        void operator=(Action action)
+        {
+            const std::lock_guard<std::mutex> guard(m_guard);
+            m_action = std::make_shared<Action>(std::move(action));
+        }
+
+        void operator()(const std::string& call)
+        {
+            const std::shared_ptr<Action> action = current();
+            if (action != nullptr && *action) {
+                (*action)(call);
+            }
+        }
+
+    private:
+        std::shared_ptr<Action> current()
+        {
+            const std::lock_guard<std::mutex> guard(m_guard);
+            return m_action;
+        }
+
+        std::mutex m_guard;
+        std::shared_ptr<Action> m_action;
+    };
+
     /// Runs after a call is logged, at the very moment of the call, on its thread; may throw. What it does inside a trace
-    /// must not trace. Set while no worker runs or the worker waits.
-    std::function<void(const std::string& call)> onAdd;
+    /// must not trace.
+    Hook onAdd;
 
 private:
     mutable std::mutex m_guard;

@@ -35,18 +35,13 @@ protected:
     static constexpr std::uint32_t wait_ms = 300;
     static constexpr std::uint32_t configured_kHz = 18000000;
 
-    /// Hooks go before the controller does: they may refer to what the test had.
-    ~SweepFixture() override
-    {
-        log.onAdd = {};
-        onHostEvent = {};
-        traceIntoLog.onWrite = {};
-    }
+    /// The hook goes before the controller does: it may refer to what the test had.
+    ~SweepFixture() override { log.onAdd = nullptr; }
 
     /// A fresh controller; the log is empty afterwards.
     void prepare(const SweepPlan& plan = {}, std::uint32_t channel = 7)
     {
-        log.onAdd = {};
+        log.onAdd = nullptr;
         destroy();
         construct(channel);
         const ControllerInspector members = inspect();

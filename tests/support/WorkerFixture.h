@@ -15,8 +15,8 @@ protected:
     /// Constructs, initialises and waits until the worker stands in its wait; the log is empty afterwards.
     void startAndWait(std::uint32_t channel = 7)
     {
-        traceIntoLog.onWrite = [this](const simulator::TraceRecord& record) {
-            if (record.text.ends_with("waiting for none idle state")) {
+        log.onAdd = [this](const std::string& call) {
+            if (call.ends_with("waiting for none idle state")) {
                 worker = KernelThread::current();
             }
         };
@@ -24,6 +24,7 @@ protected:
         ASSERT_TRUE(waitForWaits(1));
         {
             const std::lock_guard<std::mutex> workerWaits(inspect().m_mutex());
+            log.onAdd = nullptr;
         }
         ASSERT_TRUE(worker.blocks());
         log.clear();

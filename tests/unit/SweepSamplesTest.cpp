@@ -31,7 +31,7 @@ TEST_F(SweepSamples, secondSweepClearsThoseOfTheFirstOnlyAfterItsParameterDump)
         atEachCall.emplace_back(inspect().m_results().size(), inspect().m_nrOfSamplesDone());
     };
     inspect().runScan();
-    log.onAdd = {};
+    log.onAdd = nullptr;
     std::vector<SamplesAndCount> expected(11, {3, 3});         // entry, properties, nine lines of the dump
     expected.insert(expected.end(), 7, SamplesAndCount{0, 0}); // the only step
     expected.emplace_back(1, 1);                               // restore
@@ -91,7 +91,7 @@ TEST_F(SweepSamples, othersReadTheSamplesWhileThePeersAndTheHostAreCalled)
         EXPECT_EQ(reads.back().wait_for(support::hangLimit), std::future_status::ready) << "during " << call;
     };
     inspect().runScan();
-    log.onAdd = {};
+    log.onAdd = nullptr;
     std::vector<std::size_t> sizes;
     for (std::future<std::size_t>& read : reads) {
         sizes.push_back(read.get());
@@ -105,7 +105,7 @@ TEST_F(SweepSamples, sweepIsCalledAndReturnsWithTheWorkersLockHeld)
     log.onAdd = [&](const std::string&) { isFree.push_back(isMutexFree()); };
     const std::lock_guard<std::mutex> held(inspect().m_mutex());
     inspect().runScan();
-    log.onAdd = {};
+    log.onAdd = nullptr;
     EXPECT_THAT(isFree, testing::Each(false));
     EXPECT_FALSE(isMutexFree());
 }
@@ -119,7 +119,7 @@ TEST_F(SweepSamples, sampleIsStoredAfterItsTraceAndBeforeTheNextTuning)
         }
     };
     inspect().runScan();
-    log.onAdd = {};
+    log.onAdd = nullptr;
     EXPECT_THAT(held, ElementsAre(0, 0, 1, 1, 2, 2, 3));
 }
 

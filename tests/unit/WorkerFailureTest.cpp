@@ -173,7 +173,7 @@ TEST_F(WorkerFailure, endedWorkerIsNotRestartedAndIsJoinedByDestruction)
 {
     for (const Exception& exception : exceptions) {
         SCOPED_TRACE(exception.text);
-        log.onAdd = {};
+        log.onAdd = nullptr;
         destroy();
         startAndWait();
         at("IRssiHandler.readRssi", exception.raise, 2);

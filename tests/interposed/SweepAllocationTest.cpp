@@ -1,0 +1,204 @@
+// What a sweep allocates: counted in the place of the global operator new, with peers that allocate nothing themselves.
+
+#include "tests/support/ControllerInspector.h"
+
+#include "Platform/Radio/IFrequencyController.h"
+#include "Platform/Radio/IRadio.h"
+#include "Platform/Radio/IRssiHandler.h"
+#include "simulator/host/Clock.h"
+#include "simulator/host/Trace.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+namespace {
+
+std::atomic<std::size_t> nrOfAllocations{0};
+std::atomic<bool> nextOneFails{false};
+
+} // namespace
+
+// Not inlined: the compiler would take the pairs apart and find them mismatched.
+[[gnu::noinline]] void* operator new(std::size_t size)
+{
+    ++nrOfAllocations;
+    void* const memory = nextOneFails.exchange(false) ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+
+[[gnu::noinline]] void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete[](void* memory) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::int32_t nrOfSamples = 70;
+
+/// Notes how often was allocated before each tuning, the restore included.
+class CountingFrequencyController : public IFrequencyController {
+public:
+    std::uint32_t getRxFrequency() override { return 0; }
+    std::int32_t setRxFrequency(std::uint32_t, bool) override
+    {
+        allocationsBefore.at(nrOfTunings++) = nrOfAllocations;
+        return 0;
+    }
+
+    std::array<std::size_t, nrOfSamples + 1> allocationsBefore{};
+    std::size_t nrOfTunings = 0;
+};
+
+/// Lets memory run out after a reading.
+class QuietRssiHandler : public IRssiHandler {
+public:
+    std::int32_t readRssi(std::int32_t& rssi) override
+    {
+        rssi = -4500;
+        nextOneFails = ++nrOfReadings == failingReading;
+        return 0;
+    }
+
+    int nrOfReadings = 0;
+    int failingReading = 0;
+};
+
+class QuietProvider : public IRadioPropertiesProvider {
+public:
+    std::int32_t getProperties(SDCProperties&) override { return 0; }
+    void getUnitInfo(UnitInfo&) override {}
+};
+
+class QuietSleep : public Util::SleepApi {
+public:
+    void sleepMs(std::uint32_t) override {}
+};
+
+class SweepAllocation : public testing::Test {
+protected:
+    SweepAllocation()
+    {
+        simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DEFAULT);
+        inspect.m_frequencyController() = &frequencyController;
+        inspect.m_rssiHandler() = &rssiHandler;
+        inspect.m_propertiesProvider() = std::make_unique<QuietProvider>();
+        inspect.m_threadName() = "SpectDiagCtrl7";
+        inspect.m_scanLowestRxFrequency_kHz() = 100000;
+        inspect.m_scanHighestRxFrequency_kHz() = 200000;
+        inspect.m_scanStep_kHz() = 50;
+        inspect.m_totalNrOfSamples() = nrOfSamples;
+        request();
+    }
+
+    void request()
+    {
+        frequencyController.nrOfTunings = 0;
+        inspect.m_status() = SDC_STATUS_CHANNEL_SCAN_ONGOING;
+        inspect.m_state() = SpectrumDiagnosticsController::STATE_SCAN;
+    }
+
+    QuietSleep sleep;
+    simulator::SleepServiceInForce sleepInForce{sleep};
+    CountingFrequencyController frequencyController;
+    QuietRssiHandler rssiHandler;
+    SpectrumDiagnosticsController controller{RadioChannel{7}};
+    ControllerInspector inspect{controller};
+};
+
+TEST_F(SweepAllocation, onlyTheGrowthOfTheSamplesAllocates)
+{
+    std::array<std::size_t, nrOfSamples + 1> expected{};
+    std::vector<SDCResult> grown;
+    for (std::size_t step = 1; step < expected.size(); ++step) {
+        const std::size_t before = grown.capacity();
+        grown.push_back({});
+        expected.at(step) = expected.at(step - 1) + (grown.capacity() == before ? 0 : 1);
+    }
+    const std::size_t atStart = nrOfAllocations;
+    inspect.runScan();
+    const std::size_t atEnd = nrOfAllocations;
+    for (std::size_t& count : frequencyController.allocationsBefore) {
+        count -= atStart;
+    }
+    EXPECT_EQ(frequencyController.allocationsBefore, expected);
+    EXPECT_EQ(atEnd - atStart, expected.back());
+    EXPECT_EQ(inspect.m_results().size(), std::size_t{nrOfSamples});
+}
+
+TEST_F(SweepAllocation, sweepThatFindsRoomAllocatesNothing)
+{
+    inspect.runScan();
+    request();
+    const std::size_t atStart = nrOfAllocations;
+    inspect.runScan();
+    EXPECT_EQ(nrOfAllocations, atStart);
+    EXPECT_EQ(inspect.m_results().size(), std::size_t{nrOfSamples});
+}
+
+TEST_F(SweepAllocation, levelsThatAreOffBuildNoText)
+{
+    for (const std::uint32_t level : {0U, 1U, 4U}) {
+        simulator::trace::setLevel("ZRP.SDC", static_cast<PlxTraceLevel>(level));
+        inspect.m_results().reserve(nrOfSamples);
+        request();
+        const std::size_t atStart = nrOfAllocations;
+        inspect.runScan();
+        EXPECT_EQ(nrOfAllocations, atStart) << level;
+    }
+}
+
+TEST_F(SweepAllocation, memoryThatRunsOutEndsTheWorkerAndKeepsTheSamplesTakenBefore)
+{
+    simulator::RecordingTraceSink trace;
+    simulator::trace::addSink(trace);
+    inspect.m_progress() = 42;
+    rssiHandler.failingReading = 3; // the third sample needs more room
+    inspect.scanThread();
+    simulator::trace::removeSink(trace);
+    const std::vector<simulator::TraceRecord> records = trace.records();
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(records[0].level, PLX_TRACE_LEVEL_ERROR);
+    EXPECT_EQ(records[0].text, "Exception timerThread SpectDiagCtrl7: std::bad_alloc");
+    EXPECT_EQ(inspect.m_results().size(), 2U);
+    EXPECT_EQ(inspect.m_nrOfSamplesDone(), 2);
+    EXPECT_EQ(inspect.m_progress(), 1);
+    EXPECT_EQ(frequencyController.nrOfTunings, 3U);
+    EXPECT_EQ(inspect.getState(), SpectrumDiagnosticsController::STATE_SCAN);
+    EXPECT_EQ(inspect.m_status(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
+    std::array<SDCResult, 2> samples{};
+    std::int32_t count = 2;
+    EXPECT_EQ(controller.getResult(&count, samples.data()), SDC_RC_OK); // nobody holds the samples' guard
+    EXPECT_EQ(samples[1].frequency_kHz, 100050U);
+}
+
+} // namespace

@@ -1,0 +1,109 @@
+// When waiters are notified: watched in the place of the C library's broadcast, which std::condition_variable calls.
+
+#include "tests/support/SweepFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+namespace {
+
+std::function<void(const pthread_cond_t* condition)> onBroadcast; // set while no worker runs
+
+} // namespace
+
+extern "C" int pthread_cond_broadcast(pthread_cond_t* condition) noexcept
+{
+    using Broadcast = int (*)(pthread_cond_t*);
+    static const auto broadcast = reinterpret_cast<Broadcast>(dlsym(RTLD_NEXT, "pthread_cond_broadcast"));
+    if (onBroadcast) {
+        onBroadcast(condition);
+    }
+    return broadcast(condition);
+}
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using State = SpectrumDiagnosticsController::State;
+
+/// No worker; every notification of the controller's waiters is noted with what they would find.
+class WakeUp : public support::SweepFixture {
+protected:
+    struct Notification {
+        State state;
+        ESDCStatus status;
+        bool isLocked;
+
+        bool operator==(const Notification&) const = default;
+    };
+
+    WakeUp()
+    {
+        prepare();
+        onBroadcast = [this](const pthread_cond_t* condition) {
+            if (condition == inspect().m_condition().native_handle()) {
+                notifications.push_back({inspect().getState(), inspect().m_status(), !isMutexFree()});
+            }
+        };
+    }
+    ~WakeUp() override { onBroadcast = {}; }
+
+    std::vector<Notification> notifications;
+};
+
+TEST_F(WakeUp, stateIsStoredBeforeItsOneNotification)
+{
+    for (const State state :
+        {State::STATE_EXIT, State::STATE_IDLE, State::STATE_SCAN, State::STATE_STOP, State::STATE_STOP}) {
+        notifications.clear();
+        setState(state);
+        EXPECT_THAT(notifications, ElementsAre(Notification{state, SDC_STATUS_CHANNEL_SCAN_ONGOING, false}));
+    }
+}
+
+TEST_F(WakeUp, readingTheStateNotifiesNobody)
+{
+    inspect().getState();
+    EXPECT_THAT(notifications, IsEmpty());
+}
+
+TEST_F(WakeUp, stopAndExitNotifyWithTheLockHeld)
+{
+    controller->onPhaseStop();
+    inspect().exitThread();
+    EXPECT_THAT(notifications,
+        ElementsAre(Notification{State::STATE_IDLE, SDC_STATUS_CHANNEL_SCAN_ONGOING, true},
+            Notification{State::STATE_EXIT, SDC_STATUS_CHANNEL_SCAN_ONGOING, true}));
+}
+
+TEST_F(WakeUp, sweepNotifiesOnceAtItsEndWhenEverythingIsInPlace)
+{
+    const std::lock_guard<std::mutex> held(inspect().m_mutex());
+    inspect().runScan();
+    EXPECT_THAT(notifications, ElementsAre(Notification{State::STATE_IDLE, SDC_STATUS_CHANNEL_SCAN_FINISHED, true}));
+}
+
+TEST_F(WakeUp, sweepThatCannotTuneNotifiesItsStopToo)
+{
+    peers.frequencyController.onSetRxFrequency = [](std::uint32_t) { return 32768; };
+    const std::lock_guard<std::mutex> held(inspect().m_mutex());
+    inspect().runScan();
+    EXPECT_THAT(notifications,
+        ElementsAre(Notification{State::STATE_STOP, SDC_STATUS_CHANNEL_SCAN_ONGOING, true},
+            Notification{State::STATE_IDLE, SDC_STATUS_SCAN_NOT_STARTED, true}));
+}
+
+TEST_F(WakeUp, stopCommandNotifiesOnlyWhileScanRuns)
+{
+    controller->setCommand(SDC_CMD_SCAN_STOP, 0);
+    EXPECT_THAT(notifications, ElementsAre(Notification{State::STATE_STOP, SDC_STATUS_CHANNEL_SCAN_ONGOING, false}));
+    setState(State::STATE_IDLE);
+    notifications.clear();
+    controller->setCommand(SDC_CMD_SCAN_STOP, 0);
+    EXPECT_THAT(notifications, IsEmpty());
+}
+
+} // namespace
