@@ -107,6 +107,13 @@ protected:
         trace.clear();
     }
 
+    /// The controller's end is traced too; hooks of a test must not see it.
+    ~PlanningFixture() override
+    {
+        traceIntoLog.onWrite = nullptr;
+        onHostEvent = nullptr;
+    }
+
     void put(const Inputs& in) const
     {
         const ControllerInspector members = inspect();

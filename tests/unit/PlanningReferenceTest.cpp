@@ -21,16 +21,14 @@ public:
     {
         Inputs in = realRadio();
         const std::uint64_t kind = below(4);
-        for (std::uint64_t edges = kind == 0 ? 0 : below(3) + 1; edges > 0; --edges) {
-            moveOntoEdge(in);
-        }
-        if (kind == 1) {
+        if (kind == 0) {
             makeWild(in);
         }
-        setPredicatesOwn(in);
-        for (Wide* const value : all(in)) {
-            *value = wrapped(*value);
+        for (std::uint64_t edges = kind == 1 ? 0 : below(3) + 1; edges > 0; --edges) {
+            moveOntoEdge(in);
         }
+        setPredicatesOwn(in);
+        wrap(in);
         return in;
     }
 
@@ -47,6 +45,13 @@ private:
 
     Wide upTo(Wide limit) { return static_cast<Wide>(below(static_cast<std::uint64_t>(limit) + 1)); }
     Wide aroundZero() { return upTo(2) - 1; }
+
+    static void wrap(Inputs& in)
+    {
+        for (Wide* const value : all(in)) {
+            *value = wrapped(*value);
+        }
+    }
 
     template <std::size_t count>
     Wide oneOf(const Wide (&values)[count])
@@ -113,6 +118,7 @@ private:
                 *value = anyWord();
             }
         }
+        wrap(in);
     }
 
     void setPredicatesOwn(Inputs& in)

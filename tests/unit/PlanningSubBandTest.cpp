@@ -136,6 +136,12 @@ TEST_F(SubBandScan4743, walksOnlyFromAChannelInsideTheRangeAndWraps)
             {"no walk below 0 from below the range", {.rx = 17000, .min = 10000}, {28000, 0, 17000, 19673000, 703}},
             {"no walk above the word's end from above the range", {.rx = 4294960000, .min = 4294950000, .max = 100000},
                 {28000, 0, 4294960000, 4294960000, 1}},
+            {"a walk below 0 from the lowest channel",
+                {.spacing = 2000000000, .rx = 1000000000, .min = 0, .max = 1000000000},
+                {2000000000, 0, 2179869184, 1000000000, 2}},
+            {"a walk above the word's end from the highest channel",
+                {.spacing = 2000000000, .rx = 3000000000, .min = 3000000000, .max = 4000000000},
+                {2000000000, 0, 3000000000, 2115098112, 2}},
             {"a walk above the word's end", {.rx = 4294950000, .min = 4294930000, .max = 5000},
                 {28000, 0, 4294950000, 4294930704, 153392}},
         });

@@ -152,6 +152,22 @@ TEST_F(ChannelScan, entryRecordsShowTheOrderOfItsQuestions)
             "enter 6 isChannelSpcaingOdd"));
 }
 
+TEST_F(ChannelScan, hasStoredWhatItsQuestionsReadBeforeItAsks)
+{
+    std::vector<std::string> seen;
+    traceIntoLog.onWrite = [this, &seen](const simulator::TraceRecord& record) {
+        const Plan now = plan();
+        seen.push_back(std::string(record.header->function) + " " + std::to_string(now.margin) + " "
+            + std::to_string(now.step) + " " + std::to_string(now.lowest) + " " + std::to_string(now.highest));
+    };
+    entriesOf(channelScanStd, {.spacing = 5000});
+    EXPECT_THAT(seen,
+        ElementsAre("prepChannelScanStd 77 77 77 77", "isLongHaul 77 77 77 77", "isLowerFrequencyBand 77 77 77 77",
+            "isChannelSpcaingOdd 1000 77 77 77", "validMinFrequencyMargin 1000 2000 77 77",
+            "isHighestFreqInRange 1000 2000 17998500 17998500", "isHighestFreqInRange 1000 2000 17998500 18000500",
+            "isChannelSpcaingOdd 1000 2000 17998500 18000500"));
+}
+
 TEST_F(ChannelScan, asksOncePerSampleWhetherTheNextIsInRange)
 {
     entriesOf(channelScanStd, {});
