@@ -1,21 +1,15 @@
 #include "apps/sdc/Interrupt.h"
 
 #include <csignal>
-#include <unistd.h>
 
 namespace sdc {
 
 namespace {
 
-constexpr int exitInterrupted = 130;
-
 volatile std::sig_atomic_t interrupted = 0;
 
 extern "C" void onInterrupt(int)
 {
-    if (interrupted != 0) {
-        _exit(exitInterrupted);
-    }
     interrupted = 1;
 }
 
@@ -25,6 +19,7 @@ void watchForInterrupt()
 {
     struct sigaction action = {};
     action.sa_handler = onInterrupt;
+    action.sa_flags = static_cast<int>(SA_RESETHAND); // the second one does what it does to every program
     sigaction(SIGINT, &action, nullptr);
 }
 

@@ -2,7 +2,7 @@
 
 namespace sdc {
 
-/// From now on Ctrl-C (SIGINT) asks for a stop; a second one leaves the program at once, with exit status 130.
+/// From now on Ctrl-C (SIGINT) asks for a stop; a second one ends the program at once, which a shell reports as 130.
 void watchForInterrupt();
 
 /// Whether a stop was asked for.

@@ -232,7 +232,7 @@ public:
         int status = 0;
         waitpid(m_pid, &status, 0);
         m_pid = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status); // as a shell reports it
     }
 
 private:

@@ -1,5 +1,6 @@
 // The controller's life on the host's thread: the state's accessors, calls before initialisation, stop phase, destruction.
 
+#include "tests/support/BackgroundCall.h"
 #include "tests/support/ControllerFixture.h"
 
 #include <gmock/gmock.h>
@@ -148,15 +149,13 @@ TEST_F(ControllerLife, stopPhaseAndExitWaitForTheLockBeforeTheyChangeTheState)
     for (const Step& step : {Step([this] { controller->onPhaseStop(); }), Step([is] { is.exitThread(); })}) {
         is.setState(Controller::STATE_SCAN);
         log.clear();
-        std::unique_lock<std::mutex> sweepRuns(is.m_mutex());
-        std::thread host(step);
-        EXPECT_TRUE(support::eventually([this] { return !log.calls().empty(); }));
-        for (int i = 0; i < 1000; ++i) {
-            std::this_thread::yield();
+        {
+            std::unique_lock<std::mutex> sweepRuns(is.m_mutex());
+            const support::BackgroundCall host(step);
+            const support::AtScopeEnd letGo([&sweepRuns] { sweepRuns.unlock(); });
+            EXPECT_TRUE(host.isStuck());
+            EXPECT_EQ(is.getState(), Controller::STATE_SCAN);
         }
-        EXPECT_EQ(is.getState(), Controller::STATE_SCAN);
-        sweepRuns.unlock();
-        host.join();
         EXPECT_NE(is.getState(), Controller::STATE_SCAN);
     }
 }
