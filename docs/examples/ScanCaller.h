@@ -32,14 +32,19 @@ inline bool startScan(ISpectrumDiagnosticsController& controller, ESDCCommand st
     return false;
 }
 
-/// Returns the samples; none when the scan was not started, was stopped, or could not tune the receiver.
-inline std::vector<SDCResult> runScan(ISpectrumDiagnosticsController& controller, ESDCCommand start)
+/// Returns the samples; none when the scan was not started, was stopped, could not tune the receiver, or took too long.
+inline std::vector<SDCResult> runScan(
+    ISpectrumDiagnosticsController& controller, ESDCCommand start, std::chrono::steady_clock::duration limit)
 {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
     if (!startScan(controller, start)) {
         return {};
     }
     while (isOngoing(controller)) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        if (std::chrono::steady_clock::now() > deadline) {
+            return {}; // no worker acts on the start any more
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     if (controller.getStatus() == SDC_STATUS_SCAN_NOT_STARTED) {
         return {};

@@ -15,7 +15,7 @@ TEST(ScanCaller, runsOneScanAfterAnother)
     const simulator::SimulatedTerminal terminal({{channel, simulator::links().front()}}, clock);
     ISpectrumDiagnosticsController& controller = terminal.controller(channel);
     for (int round = 0; round < 3; ++round) {
-        EXPECT_EQ(runScan(controller, SDC_CMD_CHANNEL_SCAN_START).size(), 13U);
+        EXPECT_EQ(runScan(controller, SDC_CMD_CHANNEL_SCAN_START, std::chrono::minutes(1)).size(), 13U);
         EXPECT_EQ(terminal.rxFrequency_kHz(channel), 19177500U);
     }
 }
@@ -26,7 +26,16 @@ TEST(ScanCaller, getsNothingFromAUnitThatIsNotSupported)
     simulator::Link link = simulator::links().front();
     link.unitTypeText = "unheard of";
     const simulator::SimulatedTerminal terminal({{channel, link}}, clock);
-    EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START).empty());
+    EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START, std::chrono::minutes(1)).empty());
+}
+
+TEST(ScanCaller, givesUpOnAScanThatTakesLongerThanItsLimit)
+{
+    simulator::VirtualClock clock;
+    const simulator::SimulatedTerminal terminal({{channel, simulator::links().front()}}, clock);
+    clock.hold(); // as if nobody acted on the start
+    EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START, std::chrono::milliseconds(0)).empty());
+    clock.release();
 }
 
 } // namespace

@@ -8,11 +8,12 @@
 ///
 /// Finding it. The controller is registered with the InterfaceBroker under
 /// IInterface::interfaceName("ISpectrumDiagnosticsController", RadioChannel), for example
-/// "ISpectrumDiagnosticsController_7", from its construction to its destruction; do not use the pointer beyond. Commands may
-/// be given once the host has initialised the module.
+/// "ISpectrumDiagnosticsController_7", from its construction to its destruction; do not use the pointer beyond. Give
+/// commands and ask for the properties only once the host has initialised the module with success.
 ///
 /// Threads. Any number of threads may call the queries at any time, and any thread may stop a scan that runs; none of these
-/// calls ever waits for a sweep. Starts are not serialised: let one thread at a time give them.
+/// calls ever waits for a sweep. Starts are not serialised: let one thread at a time give them. Exceptions that the host's
+/// trace throws pass through every operation.
 ///
 /// Starting and polling, as a correct caller does it:
 ///
@@ -33,14 +34,18 @@
 ///
 /// The loop is needed because a start is refused, harmlessly and with result 0, while the worker is busy, and the status
 /// shows a scan's end a moment before the worker is idle. After a stop the worker may be busy for the rest of a settle
-/// delay, up to a minute on some radios: then try for as long as that, rather than for the second of the example. Then poll
-/// getStatus until it shows SDC_STATUS_CHANNEL_SCAN_FINISHED or SDC_STATUS_SUB_BAND_SCAN_FINISHED (the samples are complete)
-/// or SDC_STATUS_SCAN_NOT_STARTED (the scan was stopped, or the receiver could not be tuned), and fetch the samples. Give
-/// the polling a limit: where a peer throws during a sweep the worker ends, and the status shows an ongoing scan for good.
+/// delay, up to a minute on some radios: then try for as long as that, rather than for the second of the example. A scan
+/// that ends at once, because the very first tuning fails, looks like a refused start and is started again.
+///
+/// Then poll getStatus until it shows SDC_STATUS_CHANNEL_SCAN_FINISHED or SDC_STATUS_SUB_BAND_SCAN_FINISHED (the samples are
+/// complete) or SDC_STATUS_SCAN_NOT_STARTED (the scan was stopped, or the receiver could not be tuned), and fetch the
+/// samples. Give the polling a limit: where a peer threw during a sweep, the worker could not be created, its wake-up was
+/// lost or the host ran its stop phase before the sweep began, the status shows an ongoing scan until a stop.
 ///
 /// Stopping. Stop only a scan that is seen to run: one with a sample taken (getProgress moves, or getResult shows new
-/// samples) and its end not near. A stop that comes before the worker has begun the sweep, or crosses the sweep's very end,
-/// leaves the worker spinning until the process ends; so do not send one merely to clear a finished status.
+/// samples) and its end not near, and never while the controller is being destroyed. A stop that comes before the worker has
+/// begun the sweep, or crosses the sweep's very end, leaves the worker spinning until the process ends; so do not send one
+/// merely to clear a finished status.
 
 #include "Platform/Host/IInterface.h"
 
@@ -153,7 +158,8 @@ public:
     ///                A negative count is left as it is and nothing is copied.
     /// @param samples array of at least @p count elements; elements beyond the number copied are left alone
     /// @return SDC_RC_OK; SDC_RC_FAILED when a pointer is null, with nothing written.
-    /// Thread: any, at any time. Waits for no sweep, only for another copy of the samples or for one to be added.
+    /// Thread: any, at any time. Waits for no sweep, only for another copy of the samples, or for one to be added or all to
+    /// be cleared.
     virtual std::int32_t getResult(std::int32_t* count, SDCResult* samples) = 0;
 
     /// Status of the last scan asked for. The finished values tell that the samples are complete.
@@ -169,6 +175,7 @@ public:
     /// Asks the radio for its properties, keeps them for the next start, and returns them. Before the host has initialised
     /// the module: the record as it stands, all false after construction. The provider's result code is not looked at.
     /// @throws whatever the radio's properties provider throws.
-    /// Thread: any, at any time; not while another thread starts a scan whose delays matter. Waits for no sweep.
+    /// Thread: any, at any time; not while another thread starts a scan whose delays matter. Waits for no sweep; takes as
+    /// long as the provider does.
     virtual SDCProperties getSpectrumDiagnosticsProperties() = 0;
 };

@@ -9,7 +9,8 @@ class SleepApi {
 public:
     virtual ~SleepApi() = default;
 
-    /// Blocks the calling thread for that many milliseconds, any 32-bit count. May be called from any thread.
+    /// Blocks the calling thread for that many milliseconds, any 32-bit count. May be called from any thread. An exception
+    /// ends a scan's worker, with the receiver left where it is; the same holds for get below.
     virtual void sleepMs(std::uint32_t milliseconds) = 0;
 };
 

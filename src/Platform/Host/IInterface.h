@@ -27,5 +27,5 @@ public:
     }
 
 private:
-    std::string m_instanceName; ///< The host's own; stays empty unless the host fills it.
+    std::string m_instanceName; ///< The host's own; modules leave it empty.
 };

@@ -13,8 +13,8 @@ public:
     /// Unsigned form: "IFrequencyController" for channel 0, else "IFrequencyController_" and the channel.
     static std::string interfaceName(unsigned int channel) { return interfaceName("IFrequencyController", channel); }
 
-    /// The configured receive frequency in kHz, to which a scan puts the receiver back. Called once on the thread that
-    /// starts a scan; an exception reaches the caller of the start.
+    /// The configured receive frequency in kHz, to which a scan puts the receiver back. Called once for each start, on
+    /// its thread; an exception reaches the caller of the start.
     virtual std::uint32_t getRxFrequency() = 0;
 
     /// Tunes the receiver. The meaning of @p flag is the publisher's; a spectrum scan always passes true.

@@ -25,7 +25,7 @@ public:
     /// an exception ends the worker, and for each properties query on the thread that asks, which the exception reaches.
     virtual std::int32_t getProperties(SDCProperties& properties) = 0;
 
-    /// Fills the record, which comes empty. Called once on the thread that starts a scan; an exception reaches the caller.
+    /// Fills the record, which comes empty. Called once for each start, on its thread; an exception reaches the caller.
     virtual void getUnitInfo(UnitInfo& unitInfo) = 0;
 };
 

@@ -29,7 +29,7 @@ public:
     /// RadioChannel form: "IRadioCapability_" and the channel, for every channel.
     static std::string interfaceName(RadioChannel channel) { return interfaceName("IRadioCapability", channel); }
 
-    /// Band, receive limits and raster as they are now, taken unchecked: a raster step of 0 divides by zero. Called once on
-    /// the thread that starts a scan; an exception reaches the caller of the start.
+    /// Band, receive limits and raster as they are now, taken unchecked: a raster step of 0 divides by zero. Called once for
+    /// each start, on its thread; an exception reaches the caller of the start.
     virtual RadioFrequencyParameters getFrequencyParameters() = 0;
 };

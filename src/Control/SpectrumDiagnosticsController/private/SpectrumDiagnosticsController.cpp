@@ -134,7 +134,7 @@ unsigned int SpectrumDiagnosticsController::onPhaseStop()
     return SDC_RC_OK;
 }
 
-/// Asks the worker to end. Gets the lock only while the worker waits, has not begun or has ended, so it cannot be missed.
+/// Asks the worker to end. Gets the lock only while the worker waits, has not begun or has ended.
 void SpectrumDiagnosticsController::exitThread()
 {
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER, "m_threadName=" << m_threadName);
