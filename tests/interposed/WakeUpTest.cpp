@@ -96,6 +96,21 @@ TEST_F(WakeUp, sweepThatCannotTuneNotifiesItsStopToo)
             Notification{State::STATE_IDLE, SDC_STATUS_SCAN_NOT_STARTED, true}));
 }
 
+TEST_F(WakeUp, sweepThatCannotTuneEndsEvenWhenItsStopIsOverwritten)
+{
+    peers.frequencyController.onSetRxFrequency = [](std::uint32_t frequency_kHz) {
+        return frequency_kHz == configured_kHz ? 0 : 32768;
+    };
+    onBroadcast = [this](const pthread_cond_t*) {
+        State stop = State::STATE_STOP;
+        inspect().m_state().compare_exchange_strong(stop, State::STATE_SCAN);
+    };
+    inspect().runScan();
+    EXPECT_THAT(log.callsStartingWith("IFrequencyController"), ElementsAre(tune(100000), tune(configured_kHz)));
+    EXPECT_EQ(inspect().m_status(), SDC_STATUS_CHANNEL_SCAN_FINISHED); // by the state as it is then
+    EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
+}
+
 TEST_F(WakeUp, stopCommandNotifiesOnlyWhileScanRuns)
 {
     controller->setCommand(SDC_CMD_SCAN_STOP, 0);

@@ -72,6 +72,15 @@ protected:
 
     void setState(SpectrumDiagnosticsController::State state) const { inspect().setState(state); }
 
+    std::vector<std::uint32_t> sampledFrequencies() const
+    {
+        std::vector<std::uint32_t> frequencies;
+        for (const SDCResult& sample : samples()) {
+            frequencies.push_back(sample.frequency_kHz);
+        }
+        return frequencies;
+    }
+
     /// Tries m_mutex from a thread of its own: the calling one may hold it.
     bool isMutexFree() const
     {

@@ -1,4 +1,4 @@
-// The worker: its loop, what wakes it, and the calls that wait for it.
+// The worker on its own thread: what wakes it, and the calls that wait for it.
 
 #include "tests/support/WorkerFixture.h"
 
@@ -20,127 +20,6 @@ using testing::ElementsAreArray;
 using testing::IsEmpty;
 using State = SpectrumDiagnosticsController::State;
 
-/// The loop, called on the test's own thread.
-class WorkerLoop : public support::WorkerFixture {
-protected:
-    WorkerLoop() { prepare(); }
-};
-
-TEST_F(WorkerLoop, endsAtOnceInStateExit)
-{
-    setState(State::STATE_EXIT);
-    inspect().scanThread();
-    EXPECT_THAT(log.calls(), ElementsAre(entry, exited + "channel-scan-ongoing"));
-    EXPECT_EQ(inspect().getState(), State::STATE_EXIT);
-}
-
-TEST_F(WorkerLoop, leavesItsWaitOnExitWithoutSweep)
-{
-    setState(State::STATE_IDLE);
-    at(waiting, [this] { setState(State::STATE_EXIT); });
-    inspect().scanThread();
-    EXPECT_THAT(log.calls(), ElementsAre(entry, waiting, exited + "channel-scan-ongoing"));
-}
-
-TEST_F(WorkerLoop, runsSweepThatIsRequestedAlreadyWithoutWaitingFirst)
-{
-    at(waiting, [this] { setState(State::STATE_EXIT); });
-    inspect().scanThread();
-    EXPECT_THAT(lifeOfTheWorker(), ElementsAre(entry, sweepEntry, restore, waiting, exited + "channel-scan-finished"));
-    EXPECT_EQ(samples().size(), 3U);
-}
-
-TEST_F(WorkerLoop, runsOneSweepForEachRequestAndWaitsInBetween)
-{
-    setState(State::STATE_IDLE);
-    log.onAdd = [this, waits = 0](const std::string& call) mutable {
-        if (call == waiting && ++waits == 3) {
-            setState(State::STATE_EXIT);
-        } else if (call == waiting) {
-            setPlan({});
-        }
-    };
-    inspect().scanThread();
-    EXPECT_THAT(lifeOfTheWorker(),
-        ElementsAre(
-            entry, waiting, sweepEntry, restore, waiting, sweepEntry, restore, waiting, exited + "channel-scan-finished"));
-}
-
-TEST_F(WorkerLoop, exitDuringSweepIsOverwrittenAndTheWorkerWaitsAgain)
-{
-    log.onAdd = [this](const std::string& call) {
-        if (call == "sleepMs 300" || call == waiting) {
-            setState(State::STATE_EXIT);
-        }
-    };
-    inspect().scanThread();
-    EXPECT_THAT(lifeOfTheWorker(), ElementsAre(entry, sweepEntry, restore, waiting, exited + "channel-scan-finished"));
-    EXPECT_EQ(samples().size(), 2U);
-}
-
-TEST_F(WorkerLoop, holdsTheLockFromAfterItsEntryToBeforeItsLastText)
-{
-    std::vector<std::pair<std::string, bool>> isFree;
-    log.onAdd = [&](const std::string& call) {
-        isFree.emplace_back(call, isMutexFree());
-        if (call == waiting) {
-            setState(State::STATE_EXIT);
-        }
-    };
-    inspect().scanThread();
-    for (const auto& [call, free] : isFree) {
-        EXPECT_EQ(free, call == entry || call == exited + "channel-scan-finished") << call;
-    }
-    EXPECT_TRUE(isMutexFree());
-}
-
-TEST_F(WorkerLoop, lastTextNamesTheStatus)
-{
-    const std::pair<std::uint32_t, const char*> rows[] = {{0, "scan-not-started"}, {1, "sub-band-ongoing"},
-        {2, "channel-scan-ongoing"}, {3, "sub-band-scan-finished"}, {4, "channel-scan-finished"}, {5, "unknown"}};
-    for (const auto& [status, text] : rows) {
-        prepare();
-        inspect().m_status() = static_cast<ESDCStatus>(status);
-        setState(State::STATE_EXIT);
-        inspect().scanThread();
-        EXPECT_THAT(log.calls(), ElementsAre(entry, exited + text));
-    }
-}
-
-TEST_F(WorkerLoop, textsNameTheThreadWhateverItsName)
-{
-    inspect().m_threadName() = "SpectDiagCtrl-2147483648";
-    setState(State::STATE_IDLE);
-    at("trace 5 Thread SpectDiagCtrl-2147483648 waiting for none idle state", [this] { setState(State::STATE_EXIT); });
-    inspect().scanThread();
-    EXPECT_THAT(log.calls(),
-        ElementsAre("enter 6 scanThread: m_threadName=SpectDiagCtrl-2147483648",
-            "trace 5 Thread SpectDiagCtrl-2147483648 waiting for none idle state", exited + "channel-scan-ongoing"));
-}
-
-TEST_F(WorkerLoop, asksForEachLevelAndRunsTheSameWithTraceOff)
-{
-    setTraceLevel(PLX_TRACE_LEVEL_OFF);
-    setState(State::STATE_IDLE);
-    logQuestions();
-    at("trace.isEnabled 5", [this] { setState(State::STATE_EXIT); });
-    inspect().scanThread();
-    EXPECT_THAT(log.calls(), ElementsAre("trace.isEnabled 6", "trace.isEnabled 5", "trace.isEnabled 5"));
-}
-
-TEST_F(WorkerLoop, eachTextHasHeaderOfItsOwn)
-{
-    setState(State::STATE_IDLE);
-    at(waiting, [this] { setState(State::STATE_EXIT); });
-    inspect().scanThread();
-    const std::vector<simulator::TraceRecord> records = trace.records();
-    ASSERT_EQ(records.size(), 3U);
-    EXPECT_LT(records[0].header->line, records[1].header->line);
-    EXPECT_LT(records[1].header->line, records[2].header->line);
-    EXPECT_STREQ(records[2].header->function, "scanThread");
-}
-
-/// The worker on its own thread.
 class Worker : public support::WorkerFixture {};
 
 TEST_F(Worker, freshOneLogsItsEntryAndTheWaitingTextOnce)
@@ -218,12 +97,9 @@ TEST_F(Worker, lostStartIsClearedByOnPhaseStop)
 TEST_F(Worker, stopCommandWhileIdleDoesNotTouchIt)
 {
     startAndWait();
-    const std::uint64_t times = worker.timesBlocked();
     EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK);
     EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
     EXPECT_THAT(log.calls(), ElementsAre(testing::StartsWith("enter 6 setCommand: "), "trace 5 Scan is not running"));
-    EXPECT_TRUE(worker.blocks());
-    EXPECT_EQ(worker.timesBlocked(), times);
 }
 
 TEST_F(Worker, stopCommandReachesRunningSweepAndTheWorkerWaitsAgain)
@@ -394,112 +270,6 @@ TEST_F(LeftOverStop, endsOnExitFromOutside)
     setState(State::STATE_EXIT);
     ASSERT_TRUE(eventually([this] { return log.count(exited + "channel-scan-finished") == 1; }));
     EXPECT_THAT(log.calls(), ElementsAre(exited + "channel-scan-finished"));
-}
-
-/// setState and getState, without a worker.
-class WorkerState : public support::WorkerFixture {
-protected:
-    WorkerState() { construct(); }
-};
-
-TEST_F(WorkerState, hasItsValuesAndIsReadAsItWasSet)
-{
-    EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
-    const State states[] = {State::STATE_EXIT, State::STATE_IDLE, State::STATE_SCAN, State::STATE_STOP};
-    for (std::uint32_t value = 0; value < 4; ++value) {
-        EXPECT_EQ(static_cast<std::uint32_t>(states[value]), value);
-        inspect().setState(states[value]);
-        EXPECT_EQ(inspect().getState(), states[value]);
-        EXPECT_EQ(inspect().m_state(), states[value]);
-    }
-}
-
-TEST_F(WorkerState, isSetAndReadWithoutLock)
-{
-    BackgroundCall call([this] {
-        inspect().setState(State::STATE_STOP);
-        EXPECT_EQ(inspect().getState(), State::STATE_STOP);
-    });
-    const std::lock_guard<std::mutex> held(inspect().m_mutex());
-    inspect().setState(State::STATE_STOP);
-    EXPECT_TRUE(call.returns());
-}
-
-TEST_F(WorkerState, everyStoreWakesAllWaitersWithAndWithoutTheLock)
-{
-    for (const bool isLocked : {false, true}) {
-        SCOPED_TRACE(isLocked);
-        int nrOfWaiters = 0;
-        const auto wait = [&] {
-            std::unique_lock<std::mutex> lock(inspect().m_mutex());
-            ++nrOfWaiters;
-            inspect().m_condition().wait(lock);
-        };
-        BackgroundCall one(wait);
-        BackgroundCall two(wait);
-        const AtScopeEnd release([this] { inspect().m_condition().notify_all(); });
-        ASSERT_TRUE(eventually([&] {
-            const std::lock_guard<std::mutex> guard(inspect().m_mutex());
-            return nrOfWaiters == 2;
-        }));
-        {
-            std::unique_lock<std::mutex> lock(inspect().m_mutex(), std::defer_lock);
-            if (isLocked) {
-                lock.lock();
-            }
-            setState(State::STATE_IDLE); // as it was: the store counts, not the change
-        }
-        EXPECT_TRUE(one.returns());
-        EXPECT_TRUE(two.returns());
-    }
-}
-
-TEST_F(WorkerState, onPhaseStopForcesIdleFromEveryStateAlsoWithoutWorker)
-{
-    for (const State state : {State::STATE_EXIT, State::STATE_IDLE, State::STATE_SCAN, State::STATE_STOP}) {
-        setState(state);
-        log.clear();
-        EXPECT_EQ(controller->onPhaseStop(), 0U);
-        EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
-        EXPECT_THAT(log.calls(), ElementsAre("enter 6 onPhaseStop"));
-        EXPECT_TRUE(isMutexFree());
-    }
-}
-
-TEST_F(WorkerState, exitThreadSetsExitFromEveryStateAndLetsTheLockGo)
-{
-    inspect().m_threadName() = "SpectDiagCtrl7";
-    for (const State state : {State::STATE_EXIT, State::STATE_IDLE, State::STATE_SCAN, State::STATE_STOP}) {
-        setState(state);
-        log.clear();
-        inspect().exitThread();
-        EXPECT_EQ(inspect().getState(), State::STATE_EXIT);
-        EXPECT_THAT(log.calls(), ElementsAre(exitEntry));
-        EXPECT_TRUE(isMutexFree());
-    }
-}
-
-TEST_F(WorkerState, entriesOfStopAndExitAreAskedForAtLevelSix)
-{
-    setTraceLevel(PLX_TRACE_LEVEL_INFO);
-    log.clear();
-    logQuestions();
-    controller->onPhaseStop();
-    inspect().exitThread();
-    controller->initialize();
-    EXPECT_THAT(log.calls(), ElementsAre("trace.isEnabled 6", "trace.isEnabled 6", "trace.isEnabled 6"));
-}
-
-TEST_F(WorkerState, initializeTracesAndStartsNothing)
-{
-    for (const std::uint32_t channel : {0U, 7U, 4294967295U}) {
-        prepare({}, channel);
-        setState(State::STATE_STOP);
-        EXPECT_EQ(controller->initialize(), 0);
-        EXPECT_THAT(log.calls(), ElementsAre("enter 6 initialize: m_radioChannelId=" + std::to_string(channel)));
-        EXPECT_FALSE(inspect().m_thread().joinable());
-        EXPECT_EQ(inspect().getState(), State::STATE_STOP);
-    }
 }
 
 } // namespace
