@@ -1,16 +1,18 @@
 #include "apps/sdc/Interrupt.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace sdc {
 
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+std::atomic<bool> interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler writes it");
 
 extern "C" void onInterrupt(int)
 {
-    interrupted = 1;
+    interrupted = true;
 }
 
 } // namespace
@@ -18,14 +20,19 @@ extern "C" void onInterrupt(int)
 void watchForInterrupt()
 {
     struct sigaction action = {};
+    if (sigaction(SIGINT, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+        return; // started in the background by a shell: not ours to handle
+    }
+    action = {};
     action.sa_handler = onInterrupt;
-    action.sa_flags = static_cast<int>(SA_RESETHAND); // the second one does what it does to every program
+    // Output that is being written goes on; the second interrupt does what it does to every program.
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
 }
 
 bool isInterrupted()
 {
-    return interrupted != 0;
+    return interrupted;
 }
 
 } // namespace sdc

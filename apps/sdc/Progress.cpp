@@ -15,10 +15,10 @@ void Progress::show(std::int32_t percent, const std::vector<SDCResult>& samples,
         return;
     }
     m_shown = moved;
-    m_stream << (m_isTerminal ? "\r\033[K" : "") << "progress   " << right(std::to_string(percent), 3) << " %  "
-             << std::to_string(taken) << "/" << std::to_string(planned) << " samples  "
-             << megahertz(samples.back().frequency_kHz) << " MHz " << right(hundredths(samples.back().rssi), 7) << " dBm"
-             << (m_isTerminal ? "" : "\n") << std::flush;
+    m_stream << (m_isTerminal ? "\r\033[K" : "") + ("progress   " + right(std::to_string(percent), 3)) + " %  "
+            + std::to_string(taken) + "/" + std::to_string(planned) + " samples  " + megahertz(samples.back().frequency_kHz)
+            + " MHz " + right(hundredths(samples.back().rssi), 7) + " dBm" + (m_isTerminal ? "" : "\n")
+             << std::flush;
 }
 
 void Progress::end()

@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -45,12 +46,21 @@ std::string seconds(std::chrono::milliseconds time)
     return std::to_string(time.count() / 1000) + "." + std::to_string(time.count() % 1000 / 100) + " s";
 }
 
+/// Each message is one text, written at once: the workers' trace goes to the same stream.
 void printPlan(const ScanPlan& plan)
 {
-    std::cerr << "plan       " << megahertz(plan.lowest_kHz) << " to " << megahertz(plan.highest_kHz) << " MHz, step "
-              << megahertz(plan.step_kHz) << " MHz, " << std::to_string(plan.samples) << " samples, settling "
-              << std::to_string(plan.firstSetRxWait_ms) << " ms, then " << std::to_string(plan.setRxWait_ms)
-              << " ms: " << seconds(plan.settleTime()) << " of radio time\n";
+    std::cerr << "plan       " + megahertz(plan.lowest_kHz) + " to " + megahertz(plan.highest_kHz) + " MHz, step "
+            + megahertz(plan.step_kHz) + " MHz, " + std::to_string(plan.samples) + " samples, settling "
+            + std::to_string(plan.firstSetRxWait_ms) + " ms, then " + std::to_string(plan.setRxWait_ms)
+            + " ms: " + seconds(plan.settleTime()) + " of radio time\n"
+              << std::flush;
+}
+
+/// A terminal that cannot move its cursor gets plain lines.
+bool isDumb()
+{
+    const char* const terminal = std::getenv("TERM");
+    return terminal != nullptr && std::string(terminal) == "dumb";
 }
 
 /// One scan of one channel, from the start to the report.
@@ -68,11 +78,10 @@ public:
     ExitStatus run()
     {
         const ESDCCommand start = m_options.isSubBand ? SDC_CMD_SUB_BAND_SCAN_START : SDC_CMD_CHANNEL_SCAN_START;
-        std::cerr << "link       " << m_link.name << ": " << m_link.description << '\n'
-                  << "figures    " << m_link.source << '\n'
-                  << "unit       " << m_link.unitTypeText << '\n'
-                  << "command    " << SDCCommand::toString(start) << '\n'
-                  << "receiver   " << megahertz(m_terminal.rxFrequency_kHz(m_channel)) << " MHz before" << std::endl;
+        std::cerr << "link       " + m_link.name + ": " + m_link.description + "\nfigures    " + m_link.source
+                + "\nunit       " + m_link.unitTypeText + "\ncommand    " + SDCCommand::toString(start) + "\nreceiver   "
+                + megahertz(m_terminal.rxFrequency_kHz(m_channel)) + " MHz before\n"
+                  << std::flush;
         if (m_terminal.startScan(m_channel, start) != ScanStart::underWay) {
             std::cerr << "sdc: the controller did not start the scan; its trace tells why\n";
             return EXIT_FAILED;
@@ -87,21 +96,17 @@ private:
     /// Shows the progress until the scan has ended, and passes a stop on.
     ESDCStatus follow()
     {
-        Progress progress(std::cerr, isatty(STDERR_FILENO) != 0);
+        Progress progress(std::cerr, isDumb() ? false : isatty(STDERR_FILENO) != 0);
         const auto show = [&] { progress.show(m_controller.getProgress(), m_terminal.samples(m_channel), m_plan.samples); };
-        ESDCStatus status = m_terminal.waitForEnd(m_channel, [&] {
+        const ESDCStatus status = m_terminal.waitForEnd(m_channel, [&] {
             show();
-            if (isInterrupted() && !m_isStopped) {
-                m_isStopped = true;
-                std::cerr << "\nsdc: stopping after the step in hand; Ctrl-C again leaves at once" << std::endl;
-                m_controller.setCommand(SDC_CMD_SCAN_STOP, 0);
+            if (isInterrupted()) {
+                std::cerr << "\nsdc: stopping after the step in hand; Ctrl-C again leaves at once\n" << std::flush;
+                m_isStopped = m_terminal.stopScan(m_channel);
             }
         });
-        if (m_isStopped) {
-            m_terminal.waitForIdle(m_channel); // the step in hand still finishes
-        } else {
-            show();
-        }
+        m_terminal.waitForIdle(m_channel); // after a stop the step in hand still finishes
+        show();
         progress.end();
         return status;
     }
@@ -109,19 +114,21 @@ private:
     ExitStatus report(ESDCStatus status)
     {
         const std::vector<SDCResult> samples = m_terminal.samples(m_channel);
-        write(samples);
         const std::uint32_t rxFrequency_kHz = m_terminal.rxFrequency_kHz(m_channel);
-        const bool isBack = rxFrequency_kHz == m_plan.rxFrequency_kHz;
-        std::cerr << "status     " << SDCStatus::toString(status) << ", " << std::to_string(samples.size()) << " of "
-                  << std::to_string(m_plan.samples) << " samples" << (m_isStopped ? ", stopped" : "") << '\n'
-                  << "receiver   " << megahertz(rxFrequency_kHz) << " MHz after"
-                  << (isBack ? "" : ", NOT put back to " + megahertz(m_plan.rxFrequency_kHz) + " MHz") << std::endl;
-        if (m_isStopped) {
-            return EXIT_STOPPED;
-        }
-        const bool isFinished = status == SDC_STATUS_CHANNEL_SCAN_FINISHED || status == SDC_STATUS_SUB_BAND_SCAN_FINISHED;
-        const bool isWhole = static_cast<std::int64_t>(samples.size()) == m_plan.samples;
-        return isFinished && isWhole && isBack ? EXIT_COMPLETE : EXIT_FAILED;
+        const ScanOutcome outcome{
+            .isStopped = m_isStopped,
+            .status = status,
+            .taken = static_cast<std::int64_t>(samples.size()),
+            .planned = m_plan.samples,
+            .isReceiverBack = rxFrequency_kHz == m_plan.rxFrequency_kHz,
+        };
+        std::cerr << "status     " + SDCStatus::toString(status) + ", " + std::to_string(outcome.taken) + " of "
+                + std::to_string(outcome.planned) + " samples" + (m_isStopped ? ", stopped" : "") + "\nreceiver   "
+                + megahertz(rxFrequency_kHz) + " MHz after"
+                + (outcome.isReceiverBack ? "" : ", NOT put back to " + megahertz(m_plan.rxFrequency_kHz) + " MHz") + "\n"
+                  << std::flush;
+        write(samples);
+        return exitStatus(outcome);
     }
 
     void write(const std::vector<SDCResult>& samples) const
@@ -132,7 +139,7 @@ private:
             writeTable(std::cout, samples, m_options.rows);
             if (!m_options.csvFile.empty()) {
                 writeCsvFile(m_options.csvFile, samples);
-                std::cerr << "samples    " << m_options.csvFile << '\n';
+                std::cerr << "samples    " + m_options.csvFile + "\n";
             }
         }
         if (!std::cout.flush()) {

@@ -9,6 +9,7 @@
 #include <exception>
 #include <iostream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,20 @@ std::string checkSpeed(const std::string& text)
     return parseSpeed(text) ? "" : "'" + text + "' is no speed: write real, max, or a factor above 0 such as 20";
 }
 
+/// A plain decimal from 0 to what 32 bits hold, so that "010" and "" are not taken for something else.
+std::string checkCount(const std::string& text)
+{
+    std::uint32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool isPlain = error == std::errc{} && end == text.data() + text.size() && (text.size() == 1 || text[0] != '0');
+    return isPlain ? "" : "'" + text + "' is no number: write 0 to 4294967295 in decimal";
+}
+
+std::string checkFile(const std::string& text)
+{
+    return text.empty() ? "the name of the file is empty: write a name, or - for standard output" : "";
+}
+
 CLI::App& addScan(CLI::App& app, sdc::ScanOptions& options, std::string& kind, std::string& speed)
 {
     CLI::App& command = *app.add_subcommand("scan", "Scan the spectrum of a link");
@@ -48,7 +63,9 @@ CLI::App& addScan(CLI::App& app, sdc::ScanOptions& options, std::string& kind, s
         ->required()
         ->check(CLI::IsMember({"channel", "sub-band"}));
     command.add_option("--link", options.link, "link to scan")->check(CLI::IsMember(linkNames()))->capture_default_str();
-    command.add_option("--channel", options.channel, "radio channel number of the terminal")->capture_default_str();
+    command.add_option("--channel", options.channel, "radio channel number of the terminal")
+        ->check(CLI::Validator(checkCount, ""))
+        ->capture_default_str();
     command.add_option("--speed", speed, "how fast time goes: real, max, or a factor")
         ->check(CLI::Validator(checkSpeed, "real|max|FACTOR"))
         ->capture_default_str();
@@ -59,9 +76,10 @@ CLI::App& addScan(CLI::App& app, sdc::ScanOptions& options, std::string& kind, s
         ->capture_default_str();
     command
         .add_option("--csv", options.csvFile, "write the samples as CSV to FILE; - for standard output, without the table")
+        ->check(CLI::Validator(checkFile, ""))
         ->type_name("FILE");
     command.add_option("--rows", options.rows, "most rows of the table, each the strongest of several samples; 0: no limit")
-        ->check(CLI::NonNegativeNumber)
+        ->check(CLI::Validator(checkCount, ""))
         ->capture_default_str();
     command.footer("Examples:\n  sdc scan channel\n  sdc scan sub-band --speed 20 --csv samples.csv\n");
     return command;
@@ -80,7 +98,11 @@ sdc::ExitStatus run(int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? sdc::EXIT_COMPLETE : sdc::EXIT_USAGE;
+        const bool isHelp = app.exit(error) == 0;
+        if (!std::cout.flush()) {
+            throw std::runtime_error("cannot write to standard output");
+        }
+        return isHelp ? sdc::EXIT_COMPLETE : sdc::EXIT_USAGE;
     }
     if (!scan.parsed()) {
         std::cerr << "sdc: a command is needed: scan\nRun with --help for more information.\n";

@@ -18,12 +18,13 @@ std::atomic<Util::SleepApi*> serviceInForce{nullptr};
 void Clock::sleepMs(std::uint32_t milliseconds)
 {
     const Duration duration = std::chrono::milliseconds(milliseconds);
-    {
-        std::unique_lock<std::mutex> lock(m_guard);
-        m_released.wait(lock, [this] { return m_holds == 0; });
+    std::unique_lock<std::mutex> lock(m_guard);
+    ++m_sleepers;
+    if (const Duration wall = wallTime(duration); wall > Duration::zero()) {
+        m_changed.wait_for(lock, wall, [this] { return m_hurries > 0; });
     }
-    pass(duration);
-    const std::lock_guard<std::mutex> lock(m_guard);
+    m_changed.wait(lock, [this] { return m_holds == 0 || m_hurries > 0; });
+    --m_sleepers;
     m_timelines[std::this_thread::get_id()] += duration;
 }
 
@@ -41,11 +42,28 @@ void Clock::hold()
 
 void Clock::release()
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_guard);
-        m_holds = std::max(m_holds - 1, 0);
-    }
-    m_released.notify_all();
+    const std::lock_guard<std::mutex> lock(m_guard);
+    m_holds = std::max(m_holds - 1, 0);
+    m_changed.notify_all();
+}
+
+void Clock::hurry()
+{
+    const std::lock_guard<std::mutex> lock(m_guard);
+    ++m_hurries;
+    m_changed.notify_all();
+}
+
+void Clock::endHurry()
+{
+    const std::lock_guard<std::mutex> lock(m_guard);
+    --m_hurries;
+}
+
+int Clock::sleepers() const
+{
+    const std::lock_guard<std::mutex> lock(m_guard);
+    return m_sleepers;
 }
 
 RealClock::RealClock(double factor)
@@ -62,13 +80,6 @@ Clock::Duration RealClock::wallTime(Duration simulated) const
     const std::chrono::duration<double, std::nano> wallTime = simulated / m_factor;
     return std::chrono::duration_cast<Duration>(std::min(wallTime, hundredYears));
 }
-
-void RealClock::pass(Duration duration)
-{
-    std::this_thread::sleep_for(wallTime(duration));
-}
-
-void VirtualClock::pass(Duration) {}
 
 SleepServiceInForce::SleepServiceInForce(Util::SleepApi& service)
     : m_before(serviceInForce.exchange(&service))

@@ -20,24 +20,32 @@ class Clock : public Util::SleepApi {
 public:
     using Duration = std::chrono::nanoseconds;
 
-    /// Waits while the clock is held, then lets the time pass for the calling thread.
+    /// Lets the time pass for the calling thread. Does not return while the clock is held.
     void sleepMs(std::uint32_t milliseconds) final;
 
     /// Simulated time of the calling thread: the sum of its sleeps.
     Duration now();
 
-    /// Holds the clock: sleeps that begin from now on wait until as many releases. What lies between happens at one moment.
-    /// A release without a hold does nothing.
+    /// Holds the clock: no sleep ends until as many releases. What lies between happens at one moment.
     void hold();
     void release();
 
-private:
-    /// Takes the wall time that the duration takes.
-    virtual void pass(Duration duration) = 0;
+    /// From now on no sleep takes wall time, those in hand included, held or not; until as many calls of endHurry.
+    void hurry();
+    void endHurry();
 
-    std::mutex m_guard;
-    std::condition_variable m_released;
+    /// Number of threads that sleep at the moment.
+    int sleepers() const;
+
+private:
+    /// The wall time that a sleep of this length takes.
+    virtual Duration wallTime(Duration simulated) const = 0;
+
+    mutable std::mutex m_guard;
+    std::condition_variable m_changed;
     int m_holds = 0;
+    int m_hurries = 0;
+    int m_sleepers = 0;
     std::map<std::thread::id, Duration> m_timelines;
 };
 
@@ -48,19 +56,17 @@ public:
     /// @throws std::invalid_argument for any other
     explicit RealClock(double factor = 1.0);
 
-    /// The wall time that a sleep of this length takes; at most a hundred years, more would not fit into a duration.
-    Duration wallTime(Duration simulated) const;
+    /// At most a hundred years: more would not fit into a duration.
+    Duration wallTime(Duration simulated) const override;
 
 private:
-    void pass(Duration duration) override;
-
     double m_factor;
 };
 
 /// No wall time at all: a sleep returns at once.
 class VirtualClock : public Clock {
 private:
-    void pass(Duration duration) override;
+    Duration wallTime(Duration) const override { return {}; }
 };
 
 /// Puts a sleep service in force for as long as it lives; the one before it comes back afterwards. Without any, modules get

@@ -31,9 +31,11 @@ struct Router {
 
     PlxTraceComponent& component(const std::string& name)
     {
-        PlxTraceComponent& component = components[name];
-        component.name = name;
-        return component;
+        const auto [entry, isNew] = components.try_emplace(name);
+        if (isNew) {
+            entry->second.name = name; // once: whoever traces reads it without the guard
+        }
+        return entry->second;
     }
 };
 
@@ -95,13 +97,13 @@ void StreamTraceSink::write(const TraceRecord& record)
     if (record.level > m_highestLevel) {
         return;
     }
-    // The level as text of its own: the stream may group digits or write another base.
-    m_stream << record.component << ' ' << std::to_string(record.level) << (record.isEntry ? " > " : "   ")
-             << record.header->function;
+    // One text, written at once: others may write to the stream, and it may group digits or write another base.
+    std::string line = record.component + " " + std::to_string(record.level) + (record.isEntry ? " > " : "   ");
+    line += record.header->function;
     if (record.hasText) {
-        m_stream << ": " << record.text;
+        line += ": " + record.text;
     }
-    m_stream << std::endl; // a trace must be out before the module goes on
+    m_stream << line + "\n" << std::flush; // out before the module goes on
 }
 
 void RecordingTraceSink::write(const TraceRecord& record)

@@ -8,7 +8,6 @@ namespace simulator {
 namespace {
 
 constexpr double noiseDensity_dBmPerHz = -174.0;
-constexpr double occupiedPartOfChannel = 0.98;
 
 double milliwatts(double level_dBm)
 {
@@ -22,9 +21,9 @@ double decibels(double ratio)
 
 } // namespace
 
-Carrier carrierInChannel(double centre_kHz, double level_dBm, double channelWidth_kHz, double rollOff)
+Carrier carrierInChannel(double centre_kHz, double level_dBm, double channelWidth_kHz, double rollOff, double occupied)
 {
-    return {centre_kHz, level_dBm, occupiedPartOfChannel * channelWidth_kHz / (1.0 + rollOff), rollOff};
+    return {centre_kHz, level_dBm, occupied * channelWidth_kHz / (1.0 + rollOff), rollOff};
 }
 
 double thermalNoise_dBm(double filterWidth_kHz, double noiseFigure_dB)

@@ -14,8 +14,8 @@ struct Carrier {
     double rollOff; ///< 0 to 1; typical radios have 0.2 to 0.35
 };
 
-/// A carrier that occupies a channel as radios usually do: 0.98 of its width (typical).
-Carrier carrierInChannel(double centre_kHz, double level_dBm, double channelWidth_kHz, double rollOff);
+/// A carrier that occupies a part of a channel's width, 0 to 1; 0.98 is typical.
+Carrier carrierInChannel(double centre_kHz, double level_dBm, double channelWidth_kHz, double rollOff, double occupied);
 
 /// An unmodulated line: a spur, a leaking oscillator.
 struct ContinuousWave {

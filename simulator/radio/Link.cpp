@@ -39,13 +39,15 @@ Link f595Link()
 {
     constexpr double spacing_kHz = 27500.0;
     constexpr double rollOff = 0.25;
+    constexpr double occupied = 0.98;
     const auto neighbour = [](std::uint32_t n, double level_dBm) {
-        return carrierInChannel(f595UpperChannel_kHz(n), level_dBm, spacing_kHz, rollOff);
+        return carrierInChannel(f595UpperChannel_kHz(n), level_dBm, spacing_kHz, rollOff, occupied);
     };
     Link link;
     link.name = "18-f595";
     link.description = "18 GHz, 27.5 MHz raster, on channel 17; neighbours on 15 and 20, a weak spur at 19441 MHz";
-    link.source = "channel plan: ITU-R F.595, upper half; levels, filter, settling and jitter: typical";
+    link.source = "channel plan ITU-R F.595, upper half; typical: levels, carriers, raster step, filter, noise figure, "
+                  "settling, jitter";
     link.unitTypeText = "KLM6 18G";
     link.frequencyParameters = f595UpperHalf();
     link.channelSpacing_kHz = 27500;
@@ -55,7 +57,7 @@ Link f595Link()
     link.settlingTime_ms = 30.0;
     link.jitter_dB = 0.5;
     link.seed = 595;
-    link.emitters = {neighbour(17, -35.0), neighbour(15, -52.0), neighbour(20, -61.0), ContinuousWave{19441000.0, -84.0}};
+    link.emitters = {neighbour(17, -35.0), neighbour(15, -41.0), neighbour(20, -45.0), ContinuousWave{19441000.0, -84.0}};
     return link;
 }
 

@@ -31,6 +31,9 @@ std::optional<std::pair<std::string, std::int64_t>> parseAssignment(std::string_
 std::chrono::milliseconds ScanPlan::settleTime() const
 {
     constexpr std::chrono::milliseconds singleMeasurement{5000};
+    if (samples <= 0 || lowest_kHz > highest_kHz) {
+        return {};
+    }
     if (samples == 1) {
         return singleMeasurement;
     }

@@ -24,7 +24,8 @@ struct ScanPlan {
     std::uint32_t setRxWait_ms = 0;      ///< settle delay before each reading but the first
     std::uint32_t firstSetRxWait_ms = 0; ///< settle delay before the first reading
 
-    /// The sum of the settle delays: how long the sweep takes at least. A sweep of one sample waits five seconds.
+    /// The sum of the settle delays: how long the sweep takes at least. A sweep of one sample waits five seconds,
+    /// one that cannot begin none.
     std::chrono::milliseconds settleTime() const;
 };
 

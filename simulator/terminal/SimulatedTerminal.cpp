@@ -82,14 +82,13 @@ SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channel
     trace::addSink(m_plans);
 }
 
+/// No stop is sent: one that crosses the end of a sweep would leave its worker spinning.
 SimulatedTerminal::~SimulatedTerminal()
 {
-    for (const auto& channel : m_channels) {
-        if (isOngoing(controller(channel->number).getStatus())) {
-            controller(channel->number).setCommand(SDC_CMD_SCAN_STOP, 0);
-        }
-    }
+    m_clock.hurry();
     ModuleManager::instance().stop();
+    m_channels.clear();
+    m_clock.endHurry();
     trace::removeSink(m_plans);
 }
 
@@ -120,6 +119,9 @@ SimulatedTerminal::Answer SimulatedTerminal::command(Channel& channel, ESDCComma
 {
     const ClockHold hold(m_clock);
     ISpectrumDiagnosticsController& sdc = controller(channel.number);
+    if (isOngoing(sdc.getStatus())) {
+        return Answer::refused;
+    }
     if (sdc.setCommand(start, 0) >= SDC_RC_FAILED) {
         return Answer::failed;
     }
@@ -150,11 +152,12 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
 /// host can give that one: its stop phase puts the worker back to idle.
 bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefore)
 {
-    constexpr milliseconds patience{1000};
+    constexpr std::chrono::seconds patience{10}; // far more than a worker needs to wake on a busy machine
+    constexpr std::chrono::microseconds pause{50};
     const auto hasBegun = [&] { return channel.peers.receiver().tunings() > tuningsBefore; };
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!hasBegun() && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::yield();
+        std::this_thread::sleep_for(pause);
     }
     if (!hasBegun()) {
         channel.controller->onPhaseStop();
@@ -175,6 +178,28 @@ ESDCStatus SimulatedTerminal::waitForEnd(RadioChannel channel, const std::functi
         pause = std::min(2 * pause, longestPause);
     }
     return sdc.getStatus();
+}
+
+int SimulatedTerminal::ongoingScans() const
+{
+    return static_cast<int>(std::ranges::count_if(
+        m_channels, [this](const auto& channel) { return isOngoing(controller(channel->number).getStatus()); }));
+}
+
+/// Held by the clock, each ongoing scan comes to stand in a settle delay or ends. A stop given then cannot cross its end.
+bool SimulatedTerminal::stopScan(RadioChannel channel) const
+{
+    constexpr milliseconds pause{1};
+    const ClockHold hold(m_clock);
+    ISpectrumDiagnosticsController& sdc = controller(channel);
+    while (isOngoing(sdc.getStatus())) {
+        if (m_clock.sleepers() >= ongoingScans()) {
+            sdc.setCommand(SDC_CMD_SCAN_STOP, 0);
+            return true;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+    return false;
 }
 
 void SimulatedTerminal::waitForIdle(RadioChannel channel) const

@@ -26,7 +26,7 @@ struct TerminalChannel {
 enum class ScanStart {
     underWay, ///< the sweep runs, or has run already
     failed,   ///< the controller could not plan: unsupported unit type
-    busy,     ///< refused for as long as was tried: the worker is still leaving the scan before
+    busy,     ///< refused: a scan runs, or for as long as was tried the worker was still leaving one
 };
 
 /// A whole terminal without a radio: the host, the radio peers of each channel, and one spectrum diagnostics controller per
@@ -40,7 +40,8 @@ public:
     /// @param clock  the terminal's time; must outlive it
     SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock);
 
-    /// Stops running scans, waits for the receivers to be put back and takes the terminal down.
+    /// Lets running scans run to their end, without taking wall time for it even where the clock is held, so that the
+    /// receivers are put back; then takes the terminal down.
     ~SimulatedTerminal();
 
     SimulatedTerminal(const SimulatedTerminal&) = delete;
@@ -52,12 +53,16 @@ public:
     /// Where the receiver is tuned to at the moment, in kHz.
     std::uint32_t rxFrequency_kHz(RadioChannel channel) const;
 
-    /// Starts a scan, and starts it again while the worker is still leaving the one before (for about a second).
+    /// Starts a scan, and starts it again while the worker is still leaving the one before (a hundred times, 10 ms apart).
     /// Returns once the sweep has begun.
     ScanStart startScan(RadioChannel channel, ESDCCommand start);
 
     /// Polls until the channel's scan has ended. Runs @p onPoll between polls. Returns the status at the end.
     ESDCStatus waitForEnd(RadioChannel channel, const std::function<void()>& onPoll = {}) const;
+
+    /// Stops the channel's scan at a moment when that is safe: while its worker is in a settle delay. Returns false, without
+    /// a stop, when the scan has ended by itself.
+    bool stopScan(RadioChannel channel) const;
 
     /// Waits until the channel's worker has left its sweep and put the receiver back, as after a stop. The host's stop phase
     /// does that.
@@ -77,6 +82,7 @@ private:
     Channel& find(RadioChannel channel) const;
     Answer command(Channel& channel, ESDCCommand start) const;
     static bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore);
+    int ongoingScans() const;
 
     Clock& m_clock;
     SleepServiceInForce m_sleepInForce;

@@ -33,9 +33,8 @@ TEST(ScanCaller, givesUpOnAScanThatTakesLongerThanItsLimit)
 {
     simulator::VirtualClock clock;
     const simulator::SimulatedTerminal terminal({{channel, simulator::links().front()}}, clock);
-    clock.hold(); // as if nobody acted on the start
+    clock.hold(); // as if the worker had died in its sweep
     EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START, std::chrono::milliseconds(0)).empty());
-    clock.release();
 }
 
 } // namespace

@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -113,13 +115,25 @@ TEST_F(Terminal, stopEndsTheSweepAfterTheStepInHandAndPutsTheReceiverBack)
     clock.hold();
     ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
     ASSERT_EQ(terminal->rxFrequency_kHz(channel1), 18701000U); // the first step, in its settle delay
-    EXPECT_EQ(terminal->controller(channel1).setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK);
+    EXPECT_TRUE(terminal->stopScan(channel1));
     EXPECT_EQ(terminal->controller(channel1).getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
     clock.release();
     terminal->waitForIdle(channel1);
     EXPECT_EQ(terminal->samples(channel1).size(), 1U);
     EXPECT_EQ(terminal->rxFrequency_kHz(channel1), 19177500U);
+    EXPECT_FALSE(terminal->stopScan(channel1));
     EXPECT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+}
+
+TEST_F(Terminal, startWhileAScanRunsIsToldAsBusyAndLeavesTheScanAlone)
+{
+    bringUp();
+    clock.hold();
+    ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
+    EXPECT_EQ(terminal->startScan(channel1, SDC_CMD_CHANNEL_SCAN_START), ScanStart::busy);
+    clock.release();
+    EXPECT_EQ(terminal->waitForEnd(channel1), SDC_STATUS_SUB_BAND_SCAN_FINISHED);
+    EXPECT_EQ(terminal->samples(channel1).size(), 500U);
 }
 
 TEST_F(Terminal, unsupportedUnitTypeFailsTheStart)
@@ -178,20 +192,73 @@ TEST_F(Terminal, workerThreadsAreNamedWithinWhatLinuxTakes)
     EXPECT_THAT(threadNames(), Contains("SpectDiagCtrl10")); // of SpectDiagCtrl100
 }
 
-TEST_F(Terminal, takingItDownDuringASweepPutsTheReceiverBackAndLeavesNothingBehind)
+/// Keeps the controllers' trace at every level.
+class TraceTexts : public simulator::RecordingTraceSink {
+public:
+    TraceTexts()
+    {
+        simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DETAIL);
+        simulator::trace::addSink(*this);
+    }
+    ~TraceTexts() override { simulator::trace::removeSink(*this); }
+    TraceTexts(const TraceTexts&) = delete;
+    TraceTexts& operator=(const TraceTexts&) = delete;
+
+    std::size_t count(const std::string& begin) const
+    {
+        const std::vector<simulator::TraceRecord> all = records();
+        return static_cast<std::size_t>(
+            std::ranges::count_if(all, [&begin](const auto& record) { return record.text.starts_with(begin); }));
+    }
+};
+
+TEST_F(Terminal, takingItDownDuringASweepLetsTheSweepEndWithoutItsTimeAndLeavesNothingBehind)
 {
-    bringUp();
-    clock.hold();
-    ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
-    ASSERT_EQ(terminal->rxFrequency_kHz(channel1), 18701000U); // the first step, in its settle delay
-    std::thread releaser([&] { clock.release(); });
-    terminal.reset();
-    releaser.join();
+    const TraceTexts texts;
+    simulator::RealClock slow(0.001); // the first settle delay alone takes 50 minutes
+    {
+        SimulatedTerminal slowTerminal({{channel1, firstLink()}}, slow);
+        ASSERT_EQ(slowTerminal.startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
+    }
+    EXPECT_EQ(texts.count("Read RSSI "), 500U);
+    EXPECT_EQ(texts.count("Failed to restore"), 0U);
+    EXPECT_EQ(texts.count("Thread exited with m_status sub-band-scan-finished"), 1U);
     EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
 }
 
-TEST_F(Terminal, aTerminalThatDoesNotComeUpSaysWhichModuleAndLeavesNothingBehind)
+TEST_F(Terminal, takingItDownRightAfterAStartNeverHangs)
+{
+    for (int round = 0; round < 500; ++round) {
+        bringUp();
+        terminal->controller(channel1).setCommand(SDC_CMD_CHANNEL_SCAN_START, 0);
+        terminal.reset();
+    }
+    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+}
+
+/// A module of the host's that does not come up.
+class FailingModule : public ModuleInterface {
+public:
+    FailingModule()
+        : ModuleInterface(1, "Failing", 0, 0, nullptr, 0)
+    {
+    }
+    unsigned int onModuleInit() override { return 32769; }
+};
+
+TEST_F(Terminal, aModuleThatDoesNotComeUpIsNamedAndNothingIsLeftBehind)
+{
+    {
+        const FailingModule failing;
+        EXPECT_THAT([this] { bringUp(); },
+            testing::ThrowsMessage<std::runtime_error>("Failing did not come up: onModuleInit returned 32769"));
+    }
+    EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
+    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+}
+
+TEST_F(Terminal, aLinkThatCannotWorkOrATakenNameLeavesNothingBehind)
 {
     struct Occupant : IInterface {
     } occupant;
@@ -216,6 +283,24 @@ TEST_F(Terminal, unknownChannelIsNamed)
     } catch (const std::out_of_range& exception) {
         EXPECT_STREQ(exception.what(), "the terminal has no radio channel 9");
     }
+}
+
+TEST_F(Terminal, severalThreadsMayStopOneScan)
+{
+    bringUp();
+    clock.hold();
+    ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
+    ISpectrumDiagnosticsController& sdc = terminal->controller(channel1);
+    std::vector<std::thread> stoppers;
+    for (int i = 0; i < 4; ++i) {
+        stoppers.emplace_back([&sdc] { EXPECT_EQ(sdc.setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK); });
+    }
+    for (std::thread& stopper : stoppers) {
+        stopper.join();
+    }
+    clock.release();
+    terminal->waitForIdle(channel1);
+    EXPECT_EQ(terminal->samples(channel1).size(), 1U);
 }
 
 /// Pollers of every query beside one commander: what the interface promises to be safe.

@@ -115,7 +115,7 @@ TEST(CarrierShare, endsWhereFilterAndCarrierNoLongerOverlap)
 
 TEST(CarrierInChannel, occupiesNearlyTheWholeChannel)
 {
-    const Carrier inChannel = carrierInChannel(centre_kHz, -42.0, 28000.0, 0.25);
+    const Carrier inChannel = carrierInChannel(centre_kHz, -42.0, 28000.0, 0.25, 0.98);
     EXPECT_EQ(inChannel.centre_kHz, centre_kHz);
     EXPECT_EQ(inChannel.level_dBm, -42.0);
     EXPECT_EQ(inChannel.rollOff, 0.25);

@@ -1,5 +1,6 @@
 #include "simulator/host/Clock.h"
 
+#include "tests/support/BackgroundCall.h"
 #include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>
@@ -18,15 +19,9 @@ using simulator::RealClock;
 using simulator::SleepServiceInForce;
 using simulator::VirtualClock;
 using std::chrono::milliseconds;
+using support::BackgroundCall;
+using support::eventually;
 using support::hangLimit;
-
-/// Time enough for a sleep that should be held and is not.
-void yieldOften()
-{
-    for (int i = 0; i < 1000; ++i) {
-        std::this_thread::yield();
-    }
-}
 
 TEST(VirtualTime, movesByTheSleepsAndByNothingElse)
 {
@@ -79,7 +74,7 @@ TEST(HeldClock, letsNoSleepBeginUntilItIsReleased)
     std::future<Clock::Duration> one = std::async(std::launch::async, sleep);
     std::future<Clock::Duration> other = std::async(std::launch::async, sleep);
     EXPECT_TRUE(support::eventually([&] { return arrived == 2; }));
-    yieldOften();
+
     EXPECT_EQ(slept, 0);
     clock.release();
     for (std::future<Clock::Duration>* sleeper : {&one, &other}) {
@@ -94,33 +89,51 @@ TEST(HeldClock, isReleasedByAsManyReleasesAsHolds)
     clock.hold();
     clock.hold();
     clock.release();
-    std::atomic<bool> slept = false;
-    std::future<void> sleeper = std::async(std::launch::async, [&] {
-        clock.sleepMs(1);
-        slept = true;
-    });
-    yieldOften();
-    EXPECT_FALSE(slept);
+    const BackgroundCall sleeper([&] { clock.sleepMs(1); });
+    EXPECT_TRUE(sleeper.isStuck());
+    EXPECT_TRUE(eventually([&] { return clock.sleepers() == 1; }));
     clock.release();
-    EXPECT_EQ(sleeper.wait_for(hangLimit), std::future_status::ready);
+    EXPECT_TRUE(sleeper.returns());
+    EXPECT_EQ(clock.sleepers(), 0);
 }
 
 TEST(HeldClock, isNotUpsetByAReleaseWithoutAHold)
 {
     VirtualClock clock;
     clock.release();
-    std::future<void> notHeld = std::async(std::launch::async, [&] { clock.sleepMs(1); });
-    EXPECT_EQ(notHeld.wait_for(hangLimit), std::future_status::ready);
+    clock.sleepMs(1);
     clock.hold();
-    std::atomic<bool> slept = false;
-    std::future<void> held = std::async(std::launch::async, [&] {
-        clock.sleepMs(1);
-        slept = true;
-    });
-    yieldOften();
-    EXPECT_FALSE(slept);
+    const BackgroundCall sleeper([&] { clock.sleepMs(1); });
+    EXPECT_TRUE(sleeper.isStuck());
     clock.release();
-    EXPECT_EQ(held.wait_for(hangLimit), std::future_status::ready);
+    EXPECT_TRUE(sleeper.returns());
+}
+
+TEST(HeldClock, doesNotLetASleepEndThatBeganBefore)
+{
+    RealClock clock(1000.0);
+    const BackgroundCall sleeper([&] { clock.sleepMs(4294967295); }); // 50 days in an hour and a bit
+    EXPECT_TRUE(eventually([&] { return clock.sleepers() == 1; }));
+    clock.hold();
+    EXPECT_TRUE(sleeper.isStuck());
+    clock.hurry();
+    EXPECT_TRUE(sleeper.returns());
+    clock.endHurry();
+    clock.release();
+}
+
+TEST(HurriedClock, takesNoWallTimeAndHeedsNoHoldUntilTheHurryEnds)
+{
+    RealClock clock;
+    clock.hold();
+    clock.hurry();
+    clock.sleepMs(4294967295);
+    EXPECT_EQ(clock.now(), milliseconds(4294967295));
+    clock.endHurry();
+    const BackgroundCall sleeper([&] { clock.sleepMs(0); });
+    EXPECT_TRUE(sleeper.isStuck());
+    clock.release();
+    EXPECT_TRUE(sleeper.returns());
 }
 
 TEST(RealTime, refusesAFactorThatIsNotAboveZeroAndFinite)
