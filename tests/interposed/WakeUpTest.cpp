@@ -96,6 +96,20 @@ TEST_F(WakeUp, sweepThatCannotTuneNotifiesItsStopToo)
             Notification{State::STATE_IDLE, SDC_STATUS_SCAN_NOT_STARTED, true}));
 }
 
+TEST_F(WakeUp, tuningFailureIsTracedBeforeItsStopIsStored)
+{
+    peers.frequencyController.onSetRxFrequency = [](std::uint32_t) { return 32768; };
+    std::vector<State> states;
+    std::size_t notificationsBefore = 0;
+    at("trace 1 Failed to set RX frequency 100000", [&] {
+        states.push_back(inspect().getState());
+        notificationsBefore = notifications.size();
+    });
+    inspect().runScan();
+    EXPECT_THAT(states, ElementsAre(State::STATE_SCAN));
+    EXPECT_EQ(notificationsBefore, 0U);
+}
+
 TEST_F(WakeUp, sweepThatCannotTuneEndsEvenWhenItsStopIsOverwritten)
 {
     peers.frequencyController.onSetRxFrequency = [](std::uint32_t frequency_kHz) {
