@@ -40,6 +40,7 @@ public:
     auto& m_scanLowestRxFrequency_kHz() const { return m_controller.m_scanLowestRxFrequency_kHz; }
     auto& m_scanHighestRxFrequency_kHz() const { return m_controller.m_scanHighestRxFrequency_kHz; }
     auto& m_results() const { return m_controller.m_results; }
+    auto& m_resultsGuard() const { return m_controller.m_resultsGuard; }
     auto& m_setRxWait_ms() const { return m_controller.m_setRxWait_ms; }
     auto& m_firstSetRxWait_ms() const { return m_controller.m_firstSetRxWait_ms; }
     auto& m_progress() const { return m_controller.m_progress; }
