@@ -82,6 +82,18 @@ TEST_F(SweepSamples, samplesTakenSoFarAreVisibleAtEveryStep)
     EXPECT_THAT(visible, ElementsAre(0, 1, 2));
 }
 
+TEST_F(SweepSamples, readingThatWritesNothingIsZeroWhateverWasReadBefore)
+{
+    peers.rssiHandler.onReadRssi = [reading = 0](std::int32_t& rssi) mutable {
+        if (++reading == 2) {
+            rssi = -4500;
+        }
+        return 0;
+    };
+    inspect().runScan();
+    EXPECT_THAT(samples(), ElementsAre(SDCResult{100000, 0}, SDCResult{100050, -4500}, SDCResult{100100, 0}));
+}
+
 TEST_F(SweepSamples, othersReadTheSamplesWhileThePeersAndTheHostAreCalled)
 {
     std::vector<std::future<std::size_t>> reads; // outlives the calls: a read that must wait for one ends after it
