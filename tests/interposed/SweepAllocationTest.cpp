@@ -1,6 +1,7 @@
 // What a sweep allocates: counted in the place of the global operator new, with peers that allocate nothing themselves.
 
 #include "tests/support/ControllerInspector.h"
+#include "tests/support/FakePeers.h"
 
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
@@ -97,6 +98,12 @@ class QuietProvider : public IRadioPropertiesProvider {
 public:
     std::int32_t getProperties(SDCProperties&) override { return 0; }
     void getUnitInfo(UnitInfo&) override {}
+};
+
+/// Lets memory run out when it goes: the next thing that allocates is whatever follows its replacement.
+class FailingWhenGone : public QuietProvider {
+public:
+    ~FailingWhenGone() override { nextOneFails = true; }
 };
 
 class QuietSleep : public Util::SleepApi {
@@ -199,6 +206,28 @@ TEST_F(SweepAllocation, memoryThatRunsOutEndsTheWorkerAndKeepsTheSamplesTakenBef
     std::int32_t count = 2;
     EXPECT_EQ(controller.getResult(&count, samples.data()), SDC_RC_OK); // nobody holds the samples' guard
     EXPECT_EQ(samples[1].frequency_kHz, 100050U);
+}
+
+TEST_F(SweepAllocation, memoryThatRunsOutForTheThreadsNameIsTracedAndInitialisationSucceeds)
+{
+    constexpr std::uint32_t channel = 2147483647; // too long a name for a string without memory of its own
+    support::CallLog log;
+    support::FakePeers peers(log);
+    peers.registerFor(channel);
+    SpectrumDiagnosticsController other{RadioChannel{channel}};
+    const ControllerInspector inspectOther{other};
+    inspectOther.m_propertiesProvider() = std::make_unique<FailingWhenGone>();
+    simulator::RecordingTraceSink trace;
+    simulator::trace::addSink(trace);
+    EXPECT_EQ(other.onModuleInit(), 0U);
+    nextOneFails = false;
+    simulator::trace::removeSink(trace);
+    const std::vector<simulator::TraceRecord> records = trace.records();
+    ASSERT_EQ(records.size(), 1U);
+    EXPECT_EQ(records[0].level, PLX_TRACE_LEVEL_ERROR);
+    EXPECT_EQ(records[0].text, "Thread  caught exception [std::bad_alloc].");
+    EXPECT_EQ(inspectOther.m_threadName(), "");
+    EXPECT_FALSE(inspectOther.m_thread().joinable());
 }
 
 } // namespace
