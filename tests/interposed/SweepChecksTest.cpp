@@ -68,7 +68,7 @@ TEST_F(SweepChecks, stateIsAskedBeforeTheRange)
 
 TEST_F(SweepChecks, stateIsAskedBeforeTheNumberOfSamples)
 {
-    for (std::size_t step = 0; step < std::size(frequencies_kHz); ++step) {
+    for (std::size_t step = 1; step < std::size(frequencies_kHz); ++step) {
         SCOPED_TRACE(step);
         sweepWith(step, [&] { inspect().m_totalNrOfSamples() = static_cast<std::int32_t>(step); });
         expectStepsBefore(step);
