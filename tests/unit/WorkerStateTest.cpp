@@ -31,12 +31,12 @@ TEST_F(WorkerState, hasItsValuesAndIsReadAsItWasSet)
 
 TEST_F(WorkerState, isSetAndReadWithoutLock)
 {
+    std::unique_lock<std::mutex> held(inspect().m_mutex());
     BackgroundCall call([this] {
         inspect().setState(State::STATE_STOP);
         EXPECT_EQ(inspect().getState(), State::STATE_STOP);
     });
-    const std::lock_guard<std::mutex> held(inspect().m_mutex());
-    inspect().setState(State::STATE_STOP);
+    const AtScopeEnd release([&held] { held.unlock(); });
     EXPECT_TRUE(call.returns());
 }
 

@@ -180,9 +180,17 @@ TEST_F(Worker, exitThreadWaitsForRunningSweep)
 /// A stop that is stored just after the end of a sweep.
 class LeftOverStop : public support::WorkerFixture {
 protected:
+    /// A worker that never rests would not let its controller go.
+    ~LeftOverStop() override
+    {
+        if (controller != nullptr) {
+            setState(State::STATE_IDLE);
+        }
+    }
+
     void leaveOver()
     {
-        startAndWait();
+        ASSERT_NO_FATAL_FAILURE(startAndWait());
         launch();
         ASSERT_TRUE(waitForWaits(1));
         ASSERT_TRUE(eventually([this] { return isMutexFree(); }));
@@ -203,8 +211,7 @@ protected:
 
 TEST_F(LeftOverStop, keepsTheWorkerRunningWithTheLockHeldUntilTheStateIsSetFromOutside)
 {
-    leaveOver();
-    const AtScopeEnd release([this] { setState(State::STATE_IDLE); });
+    ASSERT_NO_FATAL_FAILURE(leaveOver());
     const std::int64_t before_ns = processorTime_ns();
     int timesFree = 0;
     EXPECT_TRUE(eventually([&] {
@@ -221,8 +228,7 @@ TEST_F(LeftOverStop, keepsTheWorkerRunningWithTheLockHeldUntilTheStateIsSetFromO
 
 TEST_F(LeftOverStop, refusesStartsAndStaysAfterAnotherStop)
 {
-    leaveOver();
-    const AtScopeEnd release([this] { setState(State::STATE_IDLE); });
+    ASSERT_NO_FATAL_FAILURE(leaveOver());
     EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), SDC_RC_OK);
     EXPECT_EQ(log.count("trace 5 Scan already in progress 4"), 1U);
     EXPECT_EQ(inspect().getState(), State::STATE_STOP);
@@ -236,7 +242,7 @@ TEST_F(LeftOverStop, refusesStartsAndStaysAfterAnotherStop)
 
 TEST_F(LeftOverStop, blocksOnPhaseStopAndExitUntilTheStateIsSetFromOutside)
 {
-    leaveOver();
+    ASSERT_NO_FATAL_FAILURE(leaveOver());
     {
         BackgroundCall stop([this] { controller->onPhaseStop(); });
         const AtScopeEnd release([this] { setState(State::STATE_IDLE); });
@@ -258,7 +264,7 @@ TEST_F(LeftOverStop, blocksOnPhaseStopAndExitUntilTheStateIsSetFromOutside)
 
 TEST_F(LeftOverStop, runsSweepThatIsSetFromOutside)
 {
-    leaveOver();
+    ASSERT_NO_FATAL_FAILURE(leaveOver());
     setPlan({});
     ASSERT_TRUE(waitForWaits(1));
     EXPECT_THAT(lifeOfTheWorker(), ElementsAre(sweepEntry, restore, waiting));
@@ -266,7 +272,7 @@ TEST_F(LeftOverStop, runsSweepThatIsSetFromOutside)
 
 TEST_F(LeftOverStop, endsOnExitFromOutside)
 {
-    leaveOver();
+    ASSERT_NO_FATAL_FAILURE(leaveOver());
     setState(State::STATE_EXIT);
     ASSERT_TRUE(eventually([this] { return log.count(exited + "channel-scan-finished") == 1; }));
     EXPECT_THAT(log.calls(), ElementsAre(exited + "channel-scan-finished"));
