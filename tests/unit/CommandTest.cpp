@@ -1,10 +1,10 @@
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/WorkerlessFixture.h"
 
 #include <gmock/gmock.h>
 
 #include <cerrno>
 #include <limits>
-#include <locale>
 #include <set>
 
 namespace {
@@ -237,16 +237,11 @@ TEST_F(CommandTrace, eachSiteHasItsOwnHeaderAndKeepsIt)
 
 TEST_F(CommandTrace, globalLocaleChangesNoText)
 {
-    struct Grouping : std::numpunct<char> {
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    const support::GroupingLocale grouping;
     controller->setCommand(ESDCCommand{1234567}, -1234567);
     inspect().m_state() = SpectrumDiagnosticsController::STATE_SCAN;
     inspect().m_status() = ESDCStatus{1000000};
     controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 7654321);
-    std::locale::global(before);
     EXPECT_THAT(log.calls(),
         ElementsAre(entry("channel-scan-finished", "unknown", "-1234567"), "trace 1 Unknown command 1234567",
             entry("unknown", "channel-scan-start", "7654321"), "trace 5 Scan already in progress 1000000"));

@@ -3,7 +3,6 @@
 #include "tests/support/ControllerFixture.h"
 
 #include <cstdint>
-#include <locale>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -72,27 +71,6 @@ inline bool isLowerBand(const ControllerInspector& it) { return it.isLowerFreque
 inline bool isValidMin(const ControllerInspector& it) { return it.validMinFrequencyMargin(); }
 inline bool isHighestInRange(const ControllerInspector& it) { return it.isHighestFreqInRange(); }
 // clang-format on
-
-/// Every digit grouped: a text formed with the global locale shows it.
-class GroupedDigits : public std::numpunct<char> {
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\1"; }
-};
-
-/// Puts that locale in force for as long as it lives.
-class GroupedDigitsInForce {
-public:
-    GroupedDigitsInForce()
-        : m_before(std::locale::global(std::locale(std::locale::classic(), new GroupedDigits)))
-    {
-    }
-    ~GroupedDigitsInForce() { std::locale::global(m_before); }
-    GroupedDigitsInForce(const GroupedDigitsInForce&) = delete;
-    GroupedDigitsInForce& operator=(const GroupedDigitsInForce&) = delete;
-
-private:
-    std::locale m_before;
-};
 
 /// A constructed controller with the peers that planning asks but without a worker; its single steps run on the test's
 /// thread.

@@ -1,3 +1,4 @@
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/WorkerlessFixture.h"
 
 #include "Platform/Radio/IRadio.h"
@@ -7,7 +8,6 @@
 #include <cerrno>
 #include <cstring>
 #include <limits>
-#include <locale>
 
 namespace {
 
@@ -230,17 +230,14 @@ TEST_F(Queries, leaveErrnoAloneAtEveryLevel)
 
 TEST_F(Queries, traceNumbersWithoutTheGlobalLocalesGrouping)
 {
-    struct Grouping : std::numpunct<char> {
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
     inspect().m_radioChannelId() = 4294967295U;
     inspect().m_progress() = -1234567;
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
-    controller->getStatus();
-    controller->getProgress();
-    controller->getResult(nullptr, nullptr);
-    std::locale::global(before);
+    {
+        const support::GroupingLocale grouping;
+        controller->getStatus();
+        controller->getProgress();
+        controller->getResult(nullptr, nullptr);
+    }
     inspect().m_radioChannelId() = 7;
     EXPECT_THAT(log.callsStartingWith("enter"),
         ElementsAre("enter 6 getStatus: m_radioChannelId=4294967295, SDCStatus::toString(m_status)=channel-scan-finished",

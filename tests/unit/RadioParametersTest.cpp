@@ -1,5 +1,6 @@
 /// Reading the radio's frequency parameters.
 
+#include "tests/support/GroupingLocale.h"
 #include "tests/unit/PlanningFixture.h"
 
 #include <gmock/gmock.h>
@@ -188,7 +189,7 @@ TEST_F(GeneralParams, areTracedWithoutTheGlobalLocalesGrouping)
 {
     peers.radioCapability.parameters = numbered(17700000);
     {
-        const planning::GroupedDigitsInForce grouped;
+        const support::GroupingLocale grouping;
         inspect().setGeneralParams();
     }
     EXPECT_THAT(traceTexts(5),

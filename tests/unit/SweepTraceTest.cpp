@@ -1,10 +1,10 @@
 // The trace of a sweep: its texts, its levels, its place among the peers' calls.
 
+#include "tests/support/GroupingLocale.h"
 #include "tests/support/SweepFixture.h"
 
 #include <gmock/gmock.h>
 
-#include <locale>
 #include <map>
 #include <set>
 
@@ -215,16 +215,11 @@ TEST_F(SweepTrace, eachSiteHasOneStaticHeaderOfItsOwn)
 
 TEST_F(SweepTrace, numbersAreFormedIndependentlyOfTheGlobalLocale)
 {
-    class Grouping : public std::numpunct<char> {
-        char do_thousands_sep() const override { return '.'; }
-        std::string do_grouping() const override { return "\3"; }
-    };
     inspect().runScan();
     const std::vector<std::string> plain = log.calls();
     prepare();
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    const support::GroupingLocale grouping;
     inspect().runScan();
-    std::locale::global(before);
     EXPECT_THAT(log.calls(), ElementsAreArray(plain));
 }
 
