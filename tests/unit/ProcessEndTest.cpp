@@ -1,0 +1,53 @@
+// What ends the whole process. Each statement runs in a process of its own.
+
+#include "tests/support/WorkerFixture.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class InitialisationDeathTest : public support::WorkerFixture {
+protected:
+    InitialisationDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_F(InitialisationDeathTest, secondOneWhileTheWorkerRunsEndsTheProcess)
+{
+    const auto initialiseTwice = [this] {
+        startAndWait();
+        controller->onModuleInit();
+    };
+    EXPECT_DEATH(initialiseTwice(), "terminate called without an active exception");
+}
+
+// Elsewhere a division by zero has a result.
+#if defined(__x86_64__) || defined(__i386__)
+
+class PlanningDeathTest : public support::SweepFixture {
+protected:
+    PlanningDeathTest()
+    {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+        prepare();
+    }
+};
+
+TEST_F(PlanningDeathTest, subBandOnARasterOfZeroEndsTheProcess)
+{
+    inspect().m_frequencyStepSize_kHz() = 0;
+    inspect().m_stepLimitHigh() = 0;
+    EXPECT_DEATH(inspect().prepSubBandScanStd(), "");
+}
+
+TEST_F(PlanningDeathTest, channelsOfNoWidthOutsideTheSubBandEndTheProcess)
+{
+    inspect().m_channelSpacing_kHz() = 0;
+    inspect().m_minRxFrequency_kHz() = 18000001;
+    inspect().m_currentRxFrequency_kHz() = 18000000;
+    inspect().m_maxRxFrequency_kHz() = 17999999;
+    EXPECT_DEATH(inspect().prepSubBandScan4743(), "");
+}
+
+#endif
+
+} // namespace
