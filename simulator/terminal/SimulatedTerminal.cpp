@@ -119,9 +119,6 @@ SimulatedTerminal::Answer SimulatedTerminal::command(Channel& channel, ESDCComma
 {
     const ClockHold hold(m_clock);
     ISpectrumDiagnosticsController& sdc = controller(channel.number);
-    if (isOngoing(sdc.getStatus())) {
-        return Answer::refused;
-    }
     if (sdc.setCommand(start, 0) >= SDC_RC_FAILED) {
         return Answer::failed;
     }
@@ -135,6 +132,9 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
     constexpr milliseconds pause{10};
     Channel& scanned = find(channel);
     for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (isOngoing(controller(channel).getStatus())) {
+            break;
+        }
         const std::uint64_t tuningsBefore = scanned.peers.receiver().tunings();
         const Answer answer = command(scanned, start);
         if (answer == Answer::failed) {
