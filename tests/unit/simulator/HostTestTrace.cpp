@@ -8,6 +8,7 @@
 #include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -183,6 +184,26 @@ TEST_F(TraceFacility, letsWhatASinkThrowsReachTheTracerAndGoesOnAfterwards)
     const Attached attached(sink);
     trace.logMsg(PLX_TRACE_LEVEL_INFO, header, "text");
     EXPECT_EQ(sink.records().size(), 1U);
+}
+
+/// Of use under a thread sanitizer.
+TEST_F(TraceFacility, letsTheOperatorSetALevelWhileModulesTrace)
+{
+    constexpr std::size_t rounds = 1000;
+    RecordingTraceSink sink;
+    const Attached attached(sink);
+    const PlxTrace component("HOST.BUSY", PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_HDR_STANDARD);
+    std::thread operatorsThread([] {
+        for (std::size_t i = 0; i < rounds; ++i) {
+            simulator::trace::setLevel("HOST.BUSY", i % 2 == 0 ? PLX_TRACE_LEVEL_INFO : PLX_TRACE_LEVEL_ERROR);
+        }
+    });
+    for (std::size_t i = 0; i < rounds; ++i) {
+        component.logMsg(PLX_TRACE_LEVEL_ERROR, header, "text");
+        EXPECT_TRUE(component.isEnabled(PLX_TRACE_LEVEL_ERROR));
+    }
+    operatorsThread.join();
+    EXPECT_EQ(sink.records().size(), rounds);
 }
 
 TEST_F(TraceFacility, writesReadableLinesToAStream)
