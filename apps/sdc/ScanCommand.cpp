@@ -59,7 +59,7 @@ void printPlan(const ScanPlan& plan)
 /// A terminal that cannot move its cursor gets plain lines.
 bool isDumb()
 {
-    const char* const terminal = std::getenv("TERM");
+    const char* const terminal = std::getenv("TERM"); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
     return terminal != nullptr && std::string(terminal) == "dumb";
 }
 
