@@ -131,10 +131,10 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
     constexpr int attempts = 100;
     constexpr milliseconds pause{10};
     Channel& scanned = find(channel);
+    if (isOngoing(controller(channel).getStatus())) { // later it may be what a lost start has left
+        return ScanStart::busy;
+    }
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        if (isOngoing(controller(channel).getStatus())) {
-            break;
-        }
         const std::uint64_t tuningsBefore = scanned.peers.receiver().tunings();
         const Answer answer = command(scanned, start);
         if (answer == Answer::failed) {
