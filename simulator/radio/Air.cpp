@@ -42,9 +42,9 @@ Air::Air(const std::vector<Emitter>& emitters, double filterWidth_kHz, double no
     , m_noise_mW(milliwatts(thermalNoise_dBm(filterWidth_kHz, noiseFigure_dB)))
 {
     for (const Emitter& emitter : emitters) {
-        if (const auto* carrier = std::get_if<Carrier>(&emitter)) {
+        if (const auto* carrier = std::get_if<Carrier>(&emitter.signal)) {
             m_humps.emplace_back(*carrier);
-        } else if (const auto* wave = std::get_if<ContinuousWave>(&emitter)) {
+        } else if (const auto* wave = std::get_if<ContinuousWave>(&emitter.signal)) {
             m_lines.push_back({wave->frequency_kHz, milliwatts(wave->level_dBm)});
         }
     }

@@ -104,10 +104,40 @@ std::string checkEmitter(const ContinuousWave& wave)
     });
 }
 
+std::string checkEmitter(const NoiseBand& band)
+{
+    if (band.lowest_kHz > band.highest_kHz) {
+        return wrongWayRound("noise band's lowest frequency", band.lowest_kHz, "highest", band.highest_kHz, " kHz");
+    }
+    return firstOutOfRange({
+        {"noise band's lowest frequency", band.lowest_kHz, 0, largestWord, " kHz"},
+        {"noise band's highest frequency", band.highest_kHz, 0, largestWord, " kHz"},
+        {"noise band's rise", band.rise_dB, 0, 100, " dB"},
+    });
+}
+
+std::string checkEmitter(const EdgeLeakage& leakage)
+{
+    return firstOutOfRange({
+        {"leakage's edge", leakage.edge_kHz, 0, largestWord, " kHz"},
+        {"leakage's density", leakage.density_dBmPerMHz, -200, 60, " dBm/MHz"},
+        {"leakage's slope", leakage.slope_dBPerMHz, 0.0001, 10000, " dB/MHz"},
+    });
+}
+
+std::string checkEmitter(const Recording& recording)
+{
+    return firstOutOfRange({
+        {"recording's lowest frequency", recording.lowest_kHz, 0, largestWord, " kHz"},
+        {"recording's step", recording.step_kHz, 0.001, 10000000, " kHz"},
+    });
+}
+
 std::string checkEmitters(const Link& link)
 {
     for (std::size_t index = 0; index < link.emitters.size(); ++index) {
-        const std::string why = std::visit([](const auto& emitter) { return checkEmitter(emitter); }, link.emitters[index]);
+        const std::string why =
+            std::visit([](const auto& emitter) { return checkEmitter(emitter); }, link.emitters[index].signal);
         if (!why.empty()) {
             return "emitter " + std::to_string(index + 1) + ": " + why;
         }

@@ -80,12 +80,12 @@ TEST(Link18F595, hasTheWantedCarrierTwoNeighboursOnTheRasterAndAWeakSpur)
     std::map<double, double> levels_dBm;
     int nrOfWaves = 0;
     for (const simulator::Emitter& emitter : links().front().emitters) {
-        if (const auto* carrier = std::get_if<Carrier>(&emitter)) {
+        if (const auto* carrier = std::get_if<Carrier>(&emitter.signal)) {
             levels_dBm[carrier->centre_kHz] = carrier->level_dBm;
             EXPECT_NEAR(carrier->symbolRate_kBd * (1.0 + carrier->rollOff), 0.98 * 27500.0, 0.001);
         } else {
             ++nrOfWaves;
-            EXPECT_LT(std::get<ContinuousWave>(emitter).level_dBm, -75.0);
+            EXPECT_LT(std::get<ContinuousWave>(emitter.signal).level_dBm, -75.0);
         }
     }
     EXPECT_THAT(levels_dBm,
@@ -114,7 +114,7 @@ TEST(Link18F595, showsItsEmittersAboveTheNoise)
     EXPECT_NEAR(air.rssi_dBm(link.rxFrequency_kHz), -35.0, 0.1);
     EXPECT_GT(noise_dBm, -99.7); // the floor of a scan: what lies above it can be seen
     EXPECT_NEAR(air.rssi_dBm(f595_kHz(30)), noise_dBm, 0.01);
-    EXPECT_GT(air.rssi_dBm(std::get<ContinuousWave>(link.emitters.back()).frequency_kHz), noise_dBm + 5.0);
+    EXPECT_GT(air.rssi_dBm(std::get<ContinuousWave>(link.emitters.back().signal).frequency_kHz), noise_dBm + 5.0);
     EXPECT_GE(300.0, 10.0 * link.settlingTime_ms); // the shortest settle delay of a scan leaves nothing to be seen
 }
 
@@ -155,13 +155,13 @@ TEST(ImpossibleLinks, areToldApartWithWhatWouldBeRight)
         {[](Link& link) { link.settlingTime_ms = 60001.0; }, "the settling time is 60001 ms; it must be 0.01 to 60000 ms"},
         {[](Link& link) { link.jitter_dB = -0.1; }, "the jitter is -0.1 dB; it must be 0 to 20 dB"},
         {[](Link& link) { link.jitter_dB = infinite; }, "the jitter is inf dB; it must be 0 to 20 dB"},
-        {[](Link& link) { std::get<Carrier>(link.emitters[0]).centre_kHz = -1.0; },
+        {[](Link& link) { std::get<Carrier>(link.emitters[0].signal).centre_kHz = -1.0; },
             "emitter 1: the carrier's centre is -1 kHz; it must be 0 to 4294967295 kHz"},
-        {[](Link& link) { std::get<Carrier>(link.emitters[0]).level_dBm = 61.0; },
+        {[](Link& link) { std::get<Carrier>(link.emitters[0].signal).level_dBm = 61.0; },
             "emitter 1: the carrier's level is 61 dBm; it must be -200 to 60 dBm"},
-        {[](Link& link) { std::get<Carrier>(link.emitters[0]).symbolRate_kBd = 0.0; },
+        {[](Link& link) { std::get<Carrier>(link.emitters[0].signal).symbolRate_kBd = 0.0; },
             "emitter 1: the carrier's symbol rate is 0 kBd; it must be 1 to 10000000 kBd"},
-        {[](Link& link) { std::get<Carrier>(link.emitters[0]).rollOff = 1.25; },
+        {[](Link& link) { std::get<Carrier>(link.emitters[0].signal).rollOff = 1.25; },
             "emitter 1: the carrier's roll-off is 1.25; it must be 0 to 1"},
         {[](Link& link) {
              link.emitters.emplace_back(ContinuousWave{notANumber, -60.0});

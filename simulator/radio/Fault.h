@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace simulator {
+
+/// The operations of the radio peers that can be made to fail.
+enum class Operation : std::uint8_t {
+    setRxFrequency,
+    readRssi,
+    getRxFrequency,
+    getChannelSpacing,
+    getFrequencyParameters,
+    createPropertiesProvider,
+    getProperties,
+    getUnitInfo,
+};
+
+/// What a faulty call does.
+enum class FaultAction : std::uint8_t {
+    refuse, ///< returns 32768 and does nothing: setRxFrequency, readRssi, getProperties
+    fail,   ///< throws std::runtime_error: every operation
+    answer, ///< answers something odd: setRxFrequency (its result code; the receiver is tuned all the same), readRssi (the
+            ///< reading), getRxFrequency, getChannelSpacing (the value), getUnitInfo (the text)
+    stick,  ///< setRxFrequency: returns 0, the receiver does not move. readRssi: the reading before once more
+};
+
+/// Calls of one operation that go wrong.
+struct Fault {
+    static constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
+
+    Operation operation{};
+    FaultAction action{};
+    std::uint64_t firstCall = 1; ///< the first call that goes wrong; the first call of all is 1
+    std::uint64_t calls = 1;     ///< number of calls in a row that go wrong; `all`: every one from the first on
+    std::int64_t value = 0;      ///< what a number is answered with
+    std::string text;            ///< what the exception says, or the unit type text that is answered
+};
+
+/// The names in scenario files and messages: those of the enumerators, but "throw" for FaultAction::fail.
+std::string_view toString(Operation operation);
+std::string_view toString(FaultAction action);
+
+} // namespace simulator
