@@ -1,23 +1,27 @@
 #include "simulator/radio/Air.h"
 
+#include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace simulator {
 
 namespace {
 
 constexpr double noiseDensity_dBmPerHz = -174.0;
+constexpr Band everywhere{};
 
-double milliwatts(double level_dBm)
-{
-    return std::pow(10.0, level_dBm / 10.0);
-}
+struct SpectrumOf {
+    double noiseDensity_mWPerkHz;
 
-double decibels(double ratio)
-{
-    return 10.0 * std::log10(ratio);
-}
+    CarrierSpectrum operator()(const Carrier& carrier) const { return CarrierSpectrum(carrier); }
+    Line operator()(const ContinuousWave& wave) const { return Line(wave); }
+    EdgeSpectrum operator()(const EdgeLeakage& leakage) const { return EdgeSpectrum(leakage); }
+    BinnedSpectrum operator()(const Recording& recording) const { return BinnedSpectrum(recording); }
+    FlatSpectrum operator()(const NoiseBand& band) const
+    {
+        return {{band.lowest_kHz, band.highest_kHz}, noiseDensity_mWPerkHz * (milliwatts(band.rise_dB) - 1.0)};
+    }
+};
 
 } // namespace
 
@@ -34,67 +38,77 @@ double thermalNoise_dBm(double filterWidth_kHz, double noiseFigure_dB)
 
 double shareInFilter(const Carrier& carrier, double tuning_kHz, double filterWidth_kHz)
 {
-    return Air::Hump(carrier).shareBetween(tuning_kHz - filterWidth_kHz / 2.0, tuning_kHz + filterWidth_kHz / 2.0);
+    return CarrierSpectrum(carrier).share({tuning_kHz - filterWidth_kHz / 2.0, tuning_kHz + filterWidth_kHz / 2.0});
 }
 
-Air::Air(const std::vector<Emitter>& emitters, double filterWidth_kHz, double noiseFigure_dB)
-    : m_halfWidth_kHz(filterWidth_kHz / 2.0)
-    , m_noise_mW(milliwatts(thermalNoise_dBm(filterWidth_kHz, noiseFigure_dB)))
+bool isOn(const Schedule& schedule, double time_ms) noexcept
 {
+    const double sinceFirst_ms = time_ms - schedule.from_ms;
+    if (sinceFirst_ms < 0.0) {
+        return false;
+    }
+    const double sinceBegin_ms = schedule.every_ms > 0.0 ? std::fmod(sinceFirst_ms, schedule.every_ms) : sinceFirst_ms;
+    return sinceBegin_ms < schedule.duration_ms;
+}
+
+class Air::Listening {
+public:
+    Listening(const Band& filter, double leak, double time_ms, const PathAtOneMoment& path) noexcept
+        : m_filter(filter)
+        , m_leak(leak)
+        , m_time_ms(time_ms)
+        , m_path(path)
+    {
+    }
+
+    template <typename Spread>
+    double operator()(const Spread& spectrum) const noexcept
+    {
+        const double inside_mW = m_path.arriving_mW(spectrum, m_filter);
+        const double outside_mW = m_path.arriving_mW(spectrum, everywhere) - inside_mW;
+        return inside_mW + m_leak * std::max(outside_mW, 0.0);
+    }
+
+    double operator()(const Line& line) const noexcept
+    {
+        const double frequency_kHz = line.frequency_kHz(m_time_ms);
+        const double arriving_mW = m_path.gainAt(frequency_kHz) * line.power_mW();
+        return m_filter.contains(frequency_kHz) ? arriving_mW : m_leak * arriving_mW;
+    }
+
+private:
+    const Band m_filter;
+    const double m_leak;
+    const double m_time_ms;
+    const PathAtOneMoment& m_path;
+};
+
+Air::Air(const std::vector<Emitter>& emitters, const Reception& reception, const Fading& fading)
+    : m_fading(fading)
+    , m_halfWidth_kHz(reception.filterWidth_kHz / 2.0)
+    , m_noise_mW(milliwatts(thermalNoise_dBm(reception.filterWidth_kHz, reception.noiseFigure_dB)))
+    , m_leak(milliwatts(-reception.ultimateRejection_dB))
+    , m_saturation_mW(milliwatts(reception.saturation_dBm))
+{
+    const double noiseDensity_mWPerkHz = m_noise_mW / reception.filterWidth_kHz;
     for (const Emitter& emitter : emitters) {
-        if (const auto* carrier = std::get_if<Carrier>(&emitter.signal)) {
-            m_humps.emplace_back(*carrier);
-        } else if (const auto* wave = std::get_if<ContinuousWave>(&emitter.signal)) {
-            m_lines.push_back({wave->frequency_kHz, milliwatts(wave->level_dBm)});
+        const auto toSpectrum = [&](const auto& signal) -> Spectrum { return SpectrumOf{noiseDensity_mWPerkHz}(signal); };
+        m_sources.push_back({std::visit(toSpectrum, emitter.signal), emitter.schedule, emitter.fades});
+    }
+}
+
+double Air::rssi_dBm(double tuning_kHz, double time_ms) const noexcept
+{
+    static constexpr PathAtOneMoment clear{};
+    const Band filter{tuning_kHz - m_halfWidth_kHz, tuning_kHz + m_halfWidth_kHz};
+    const PathAtOneMoment path = m_fading.at(time_ms);
+    double power_mW = m_noise_mW;
+    for (const Source& source : m_sources) {
+        if (isOn(source.schedule, time_ms)) {
+            power_mW += std::visit(Listening(filter, m_leak, time_ms, source.fades ? path : clear), source.spectrum);
         }
     }
-}
-
-double Air::rssi_dBm(double tuning_kHz) const noexcept
-{
-    const double low_kHz = tuning_kHz - m_halfWidth_kHz;
-    const double high_kHz = tuning_kHz + m_halfWidth_kHz;
-    double power_mW = m_noise_mW;
-    for (const Hump& hump : m_humps) {
-        power_mW += hump.power_mW * hump.shareBetween(low_kHz, high_kHz);
-    }
-    for (const Line& line : m_lines) {
-        power_mW += low_kHz <= line.frequency_kHz && line.frequency_kHz <= high_kHz ? line.power_mW : 0.0;
-    }
-    return decibels(power_mW);
-}
-
-Air::Hump::Hump(const Carrier& carrier)
-    : centre_kHz(carrier.centre_kHz)
-    , power_mW(milliwatts(carrier.level_dBm))
-    , symbolRate_kBd(carrier.symbolRate_kBd)
-    , flatHalf_kHz((1.0 - carrier.rollOff) * carrier.symbolRate_kBd / 2.0)
-    , flank_kHz(carrier.rollOff * carrier.symbolRate_kBd)
-{
-}
-
-/// Share of the power between the centre and an offset above it: the density is 1 / Rs in the flat part and
-/// (1 + cos(pi u / flank)) / (2 Rs) at u into the flank.
-double Air::Hump::shareFromCentreTo(double offset_kHz) const noexcept
-{
-    if (offset_kHz <= flatHalf_kHz) {
-        return offset_kHz / symbolRate_kBd;
-    }
-    const double intoFlank_kHz = offset_kHz - flatHalf_kHz;
-    if (intoFlank_kHz >= flank_kHz) {
-        return 0.5;
-    }
-    constexpr double pi = std::numbers::pi;
-    const double wave_kHz = flank_kHz / pi * std::sin(pi * intoFlank_kHz / flank_kHz);
-    return (flatHalf_kHz + (intoFlank_kHz + wave_kHz) / 2.0) / symbolRate_kBd;
-}
-
-double Air::Hump::shareBetween(double low_kHz, double high_kHz) const noexcept
-{
-    const auto signedShareTo = [this](double frequency_kHz) {
-        return std::copysign(shareFromCentreTo(std::abs(frequency_kHz - centre_kHz)), frequency_kHz - centre_kHz);
-    };
-    return signedShareTo(high_kHz) - signedShareTo(low_kHz);
+    return decibels(power_mW * m_saturation_mW / (power_mW + m_saturation_mW));
 }
 
 } // namespace simulator

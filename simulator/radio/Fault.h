@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -19,13 +21,16 @@ enum class Operation : std::uint8_t {
     getUnitInfo,
 };
 
+constexpr std::size_t numberOfOperations = 8;
+
 /// What a faulty call does.
 enum class FaultAction : std::uint8_t {
     refuse, ///< returns 32768 and does nothing: setRxFrequency, readRssi, getProperties
     fail,   ///< throws std::runtime_error: every operation
     answer, ///< answers something odd: setRxFrequency (its result code; the receiver is tuned all the same), readRssi (the
             ///< reading), getRxFrequency, getChannelSpacing (the value), getUnitInfo (the text)
-    stick,  ///< setRxFrequency: returns 0, the receiver does not move. readRssi: the reading before once more
+    stick,  ///< setRxFrequency: returns 0, the receiver does not move. readRssi: the reading before once more; the first
+            ///< reading of all has none before it and is taken
 };
 
 /// Calls of one operation that go wrong.
@@ -36,12 +41,21 @@ struct Fault {
     FaultAction action{};
     std::uint64_t firstCall = 1; ///< the first call that goes wrong; the first call of all is 1
     std::uint64_t calls = 1;     ///< number of calls in a row that go wrong; `all`: every one from the first on
-    std::int64_t value = 0;      ///< what a number is answered with
-    std::string text;            ///< what the exception says, or the unit type text that is answered
+    std::int64_t value = 0;      ///< what a number is answered with: signed 32-bit for a result code or a reading, unsigned
+                                 ///< 32-bit for a frequency or the spacing
+    std::string text; ///< what the exception says, or the unit type text that is answered. For an exception without
+                      ///< a text: the operation and the call, as in "simulated fault in setRxFrequency, call 3"
 };
 
 /// The names in scenario files and messages: those of the enumerators, but "throw" for FaultAction::fail.
 std::string_view toString(Operation operation);
 std::string_view toString(FaultAction action);
+
+/// What has the name; nothing for any other text.
+std::optional<Operation> operationFromString(std::string_view name);
+std::optional<FaultAction> faultActionFromString(std::string_view name);
+
+/// Whether an operation can do that.
+bool knows(Operation operation, FaultAction action);
 
 } // namespace simulator

@@ -2,10 +2,11 @@
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Radio/IRadioCapability.h"
-#include "simulator/radio/Air.h"
+#include "simulator/radio/Emitters.h"
 #include "simulator/radio/Fault.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,9 +34,9 @@ struct Link {
     std::uint64_t seed = 0;       ///< of the jitter
 
     std::vector<Emitter> emitters;
-    std::vector<Rain> rain;
-    std::vector<Notch> notches;
-    std::vector<Fault> faults;
+    std::vector<Rain> rain;     ///< on the path, for the emitters that come over it
+    std::vector<Notch> notches; ///< on the path too; at most mostNotches
+    std::vector<Fault> faults;  ///< the first that matches a call decides it
 };
 
 /// The built-in links. The first is what a terminal gets that is told nothing else.
@@ -44,7 +45,17 @@ const std::vector<Link>& links();
 /// A built-in link, or null when none has the name.
 const Link* findLink(std::string_view name);
 
-/// Why a terminal cannot work with a link: what is wrong and what would be right. Empty when nothing is.
-std::string whyImpossible(const Link& link);
+/// Why a terminal cannot work with a link.
+struct Complaint {
+    std::string path; ///< the place, named as in a channel of a scenario file: "receive_kHz.configured", "emitters[0]"
+    std::string text; ///< what is wrong and what would be right
+};
+
+/// What is wrong first; nothing for a link that a terminal can work with.
+///
+/// A controller takes the figures of its radio unchecked. With those of a link that passes, whatever its unit type, each
+/// plan ends, takes at most a million samples, divides by nothing that is 0, and lies within the receive range; the answers
+/// of the link's faults included.
+std::optional<Complaint> whyImpossible(const Link& link);
 
 } // namespace simulator

@@ -1,38 +1,33 @@
-#include "simulator/radio/Link.h"
+#include "simulator/radio/LinkChecks.h"
 
 #include <charconv>
-#include <limits>
+#include <stdexcept>
 
 namespace simulator {
 
-namespace {
-
-constexpr double largestWord = std::numeric_limits<std::uint32_t>::max();
-
-/// A figure of a link and the range in which a terminal can work with it.
-struct Quantity {
-    const char* what;
-    double value;
-    double lowest;
-    double highest;
-    const char* unit;
-};
-
-/// Numbers in messages look alike whatever the global locale says.
-std::string number(double value, const char* unit = "")
+std::string number(double value, const char* unit)
 {
     char text[32];
     const auto result = std::to_chars(std::begin(text), std::end(text), value, std::chars_format::general, 12);
     return std::string(std::begin(text), result.ptr) + unit;
 }
 
-/// Empty when every figure is in its range. Not a number is in none.
+std::string outOfRange(const Quantity& quantity)
+{
+    const auto& [what, value, lowest, highest, unit] = quantity;
+    if (lowest <= value && value <= highest) {
+        return {};
+    }
+    return std::string("the ") + what + " is " + number(value, unit) + "; it must be " + number(lowest) + " to "
+        + number(highest, unit);
+}
+
 std::string firstOutOfRange(std::initializer_list<Quantity> quantities)
 {
-    for (const auto& [what, value, lowest, highest, unit] : quantities) {
-        if (!(lowest <= value && value <= highest)) {
-            return std::string("the ") + what + " is " + number(value, unit) + "; it must be " + number(lowest) + " to "
-                + number(highest, unit);
+    for (const Quantity& quantity : quantities) {
+        std::string why = outOfRange(quantity);
+        if (!why.empty()) {
+            return why;
         }
     }
     return {};
@@ -44,118 +39,62 @@ std::string wrongWayRound(const char* lowest, double low, const char* highest, d
         + number(high, unit) + "; it must not";
 }
 
-std::string checkChannel(const Link& link)
+std::optional<Complaint> complaint(std::string path, std::string text)
 {
-    const RadioFrequencyParameters& parameters = link.frequencyParameters;
-    const double lowest_kHz = parameters.minRxFrequency_kHz;
-    const double highest_kHz = parameters.maxRxFrequency_kHz;
-    if (lowest_kHz > highest_kHz) {
-        return wrongWayRound("lowest receive frequency", lowest_kHz, "highest", highest_kHz, " kHz");
-    }
-    return firstOutOfRange({
-        {"channel spacing", static_cast<double>(link.channelSpacing_kHz), 1, largestWord, " kHz"},
-        {"configured receive frequency", static_cast<double>(link.rxFrequency_kHz), lowest_kHz, highest_kHz, " kHz"},
-    });
+    return text.empty() ? std::nullopt : std::optional(Complaint{std::move(path), std::move(text)});
 }
 
-/// A sweep of the whole raster must find every step tunable.
-std::string checkRaster(const Link& link)
+std::string element(const char* list, std::size_t index)
 {
-    const RadioFrequencyParameters& parameters = link.frequencyParameters;
-    const double step_kHz = parameters.frequencyStepSize_kHz;
-    const double lowest_kHz = parameters.minRxFrequency_kHz;
-    const double highest_kHz = parameters.maxRxFrequency_kHz;
-    const auto frequencyOf = [&](double index) { return parameters.rxBaseFrequency_kHz + step_kHz * index; };
-    if (parameters.stepLimitLow > parameters.stepLimitHigh) {
-        return wrongWayRound("lowest raster step", parameters.stepLimitLow, "highest", parameters.stepLimitHigh, "");
-    }
-    return firstOutOfRange({
-        {"raster step", step_kHz, 1, largestWord, " kHz"},
-        {"frequency of the lowest raster step", frequencyOf(parameters.stepLimitLow), lowest_kHz, highest_kHz, " kHz"},
-        {"frequency of the highest raster step", frequencyOf(parameters.stepLimitHigh), lowest_kHz, highest_kHz, " kHz"},
-    });
+    return std::string(list) + '[' + std::to_string(index) + ']';
 }
 
-std::string checkReceiver(const Link& link)
-{
-    return firstOutOfRange({
-        {"receive filter's width", link.filterWidth_kHz, 1, 10000000, " kHz"},
-        {"noise figure", link.noiseFigure_dB, 0, 50, " dB"},
-        {"settling time", link.settlingTime_ms, 0.01, 60000, " ms"},
-        {"jitter", link.jitter_dB, 0, 20, " dB"},
-    });
-}
+namespace {
 
-std::string checkEmitter(const Carrier& carrier)
+std::optional<Complaint> checkReceiver(const Link& link)
 {
-    return firstOutOfRange({
-        {"carrier's centre", carrier.centre_kHz, 0, largestWord, " kHz"},
-        {"carrier's level", carrier.level_dBm, -200, 60, " dBm"},
-        {"carrier's symbol rate", carrier.symbolRate_kBd, 1, 10000000, " kBd"},
-        {"carrier's roll-off", carrier.rollOff, 0, 1, ""},
-    });
-}
-
-std::string checkEmitter(const ContinuousWave& wave)
-{
-    return firstOutOfRange({
-        {"continuous wave's frequency", wave.frequency_kHz, 0, largestWord, " kHz"},
-        {"continuous wave's level", wave.level_dBm, -200, 60, " dBm"},
-    });
-}
-
-std::string checkEmitter(const NoiseBand& band)
-{
-    if (band.lowest_kHz > band.highest_kHz) {
-        return wrongWayRound("noise band's lowest frequency", band.lowest_kHz, "highest", band.highest_kHz, " kHz");
-    }
-    return firstOutOfRange({
-        {"noise band's lowest frequency", band.lowest_kHz, 0, largestWord, " kHz"},
-        {"noise band's highest frequency", band.highest_kHz, 0, largestWord, " kHz"},
-        {"noise band's rise", band.rise_dB, 0, 100, " dB"},
-    });
-}
-
-std::string checkEmitter(const EdgeLeakage& leakage)
-{
-    return firstOutOfRange({
-        {"leakage's edge", leakage.edge_kHz, 0, largestWord, " kHz"},
-        {"leakage's density", leakage.density_dBmPerMHz, -200, 60, " dBm/MHz"},
-        {"leakage's slope", leakage.slope_dBPerMHz, 0.0001, 10000, " dB/MHz"},
-    });
-}
-
-std::string checkEmitter(const Recording& recording)
-{
-    return firstOutOfRange({
-        {"recording's lowest frequency", recording.lowest_kHz, 0, largestWord, " kHz"},
-        {"recording's step", recording.step_kHz, 0.001, 10000000, " kHz"},
-    });
-}
-
-std::string checkEmitters(const Link& link)
-{
-    for (std::size_t index = 0; index < link.emitters.size(); ++index) {
-        const std::string why =
-            std::visit([](const auto& emitter) { return checkEmitter(emitter); }, link.emitters[index].signal);
-        if (!why.empty()) {
-            return "emitter " + std::to_string(index + 1) + ": " + why;
+    const struct {
+        const char* path;
+        Quantity quantity;
+    } rows[] = {
+        {"receiver.filter_kHz", {"receive filter's width", link.filterWidth_kHz, 1, 10000000, " kHz"}},
+        {"receiver.noise_figure_dB", {"noise figure", link.noiseFigure_dB, 0, 50, " dB"}},
+        {"receiver.settling_ms", {"settling time", link.settlingTime_ms, 0.01, 60000, " ms"}},
+        {"receiver.jitter_dB", {"jitter", link.jitter_dB, 0, 20, " dB"}},
+        {"receiver.ultimate_rejection_dB", {"ultimate rejection", link.ultimateRejection_dB, 0, 300, " dB"}},
+        {"receiver.saturation_dBm", {"saturation", link.saturation_dBm, -200, 200, " dBm"}},
+    };
+    for (const auto& [path, quantity] : rows) {
+        if (auto why = complaint(path, outOfRange(quantity))) {
+            return why;
         }
     }
-    return {};
+    return std::nullopt;
+}
+
+std::optional<Complaint> checkPlansOfLink(const Link& link)
+{
+    return checkPlans(PlanInputs(link));
 }
 
 } // namespace
 
-std::string whyImpossible(const Link& link)
+std::optional<Complaint> whyImpossible(const Link& link)
 {
-    for (const auto check : {checkChannel, checkRaster, checkReceiver, checkEmitters}) {
-        const std::string why = check(link);
-        if (!why.empty()) {
-            return "link \"" + link.name + "\": " + why;
+    for (const auto check : {checkPlansOfLink, checkReceiver, checkEmitters, checkFading, checkFaults}) {
+        if (auto why = check(link)) {
+            return why;
         }
     }
-    return {};
+    return std::nullopt;
+}
+
+const Link& requirePossible(const Link& link)
+{
+    if (const auto why = whyImpossible(link)) {
+        throw std::invalid_argument(why->path + ": " + why->text);
+    }
+    return link;
 }
 
 } // namespace simulator

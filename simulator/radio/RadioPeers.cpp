@@ -1,5 +1,8 @@
 #include "simulator/radio/RadioPeers.h"
 
+#include "simulator/radio/FaultPlan.h"
+#include "simulator/radio/LinkChecks.h"
+
 #include "Platform/Host/InterfaceBroker.h"
 #include "Platform/Radio/IFrameFormat.h"
 #include "Platform/Radio/IFrequencyController.h"
@@ -8,109 +11,171 @@
 #include "Platform/Radio/IRssiHandler.h"
 #include "Platform/Radio/ISystemPowerController.h"
 
+#include <mutex>
+#include <optional>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace simulator {
 
 namespace {
 
-/// Holds copies: its owner, a module, may end at any time.
+constexpr std::int32_t refused = 32768;
+
+/// Holds copies and shares the faults: its owner, a module, may end at any time.
 class PropertiesProvider : public IRadioPropertiesProvider {
 public:
-    explicit PropertiesProvider(const Link& link)
+    PropertiesProvider(const Link& link, std::shared_ptr<FaultPlan> faults)
         : m_properties(link.properties)
         , m_unitTypeText(link.unitTypeText)
+        , m_faults(std::move(faults))
     {
     }
 
     std::int32_t getProperties(SDCProperties& properties) override
     {
+        const FaultPlan::Call call(*m_faults, Operation::getProperties);
+        if (call.does(FaultAction::refuse)) {
+            return refused;
+        }
         properties = m_properties;
         return 0;
     }
 
-    void getUnitInfo(UnitInfo& unitInfo) override { unitInfo.typeText = m_unitTypeText; }
+    void getUnitInfo(UnitInfo& unitInfo) override
+    {
+        const FaultPlan::Call call(*m_faults, Operation::getUnitInfo);
+        unitInfo.typeText = call.textOr(m_unitTypeText);
+    }
 
 private:
     const SDCProperties m_properties;
     const std::string m_unitTypeText;
+    const std::shared_ptr<FaultPlan> m_faults;
 };
 
 class PowerController : public ISystemPowerController {};
 
 class FrameFormat : public IFrameFormat {
 public:
-    explicit FrameFormat(const Link& link)
-        : m_link(link)
+    FrameFormat(const Link& link, FaultPlan& faults)
+        : m_channelSpacing_kHz(link.channelSpacing_kHz)
+        , m_faults(faults)
     {
     }
 
-    std::uint32_t getChannelSpacing() override { return m_link.channelSpacing_kHz; }
+    std::uint32_t getChannelSpacing() override
+    {
+        const FaultPlan::Call call(m_faults, Operation::getChannelSpacing);
+        return static_cast<std::uint32_t>(call.valueOr(m_channelSpacing_kHz));
+    }
 
 private:
-    const Link& m_link;
+    const std::uint32_t m_channelSpacing_kHz;
+    FaultPlan& m_faults;
 };
 
 class FrequencyController : public IFrequencyController {
 public:
-    FrequencyController(const Link& link, Receiver& receiver)
-        : m_link(link)
+    FrequencyController(const Link& link, Receiver& receiver, FaultPlan& faults)
+        : m_rxFrequency_kHz(link.rxFrequency_kHz)
         , m_receiver(receiver)
+        , m_faults(faults)
     {
     }
 
-    std::uint32_t getRxFrequency() override { return m_link.rxFrequency_kHz; }
-    std::int32_t setRxFrequency(std::uint32_t frequency_kHz, bool) override { return m_receiver.tune(frequency_kHz); }
+    std::uint32_t getRxFrequency() override
+    {
+        const FaultPlan::Call call(m_faults, Operation::getRxFrequency);
+        return static_cast<std::uint32_t>(call.valueOr(m_rxFrequency_kHz));
+    }
+
+    std::int32_t setRxFrequency(std::uint32_t frequency_kHz, bool) override
+    {
+        const FaultPlan::Call call(m_faults, Operation::setRxFrequency);
+        if (call.does(FaultAction::refuse)) {
+            return refused;
+        }
+        if (call.does(FaultAction::stick)) {
+            return 0;
+        }
+        return static_cast<std::int32_t>(call.valueOr(m_receiver.tune(frequency_kHz)));
+    }
 
 private:
-    const Link& m_link;
+    const std::uint32_t m_rxFrequency_kHz;
     Receiver& m_receiver;
+    FaultPlan& m_faults;
 };
 
 class RssiHandler : public IRssiHandler {
 public:
-    explicit RssiHandler(Receiver& receiver)
+    RssiHandler(Receiver& receiver, FaultPlan& faults)
         : m_receiver(receiver)
+        , m_faults(faults)
     {
     }
 
     std::int32_t readRssi(std::int32_t& rssi) override
     {
-        rssi = m_receiver.reading();
+        const FaultPlan::Call call(m_faults, Operation::readRssi);
+        if (call.does(FaultAction::refuse)) {
+            return refused;
+        }
+        const std::lock_guard<std::mutex> guard(m_guard);
+        if (call.does(FaultAction::answer)) {
+            m_last = static_cast<std::int32_t>(call.valueOr(0));
+        } else if (!call.does(FaultAction::stick) || !m_last) {
+            m_last = m_receiver.reading();
+        }
+        rssi = *m_last;
         return 0;
     }
 
 private:
     Receiver& m_receiver;
+    FaultPlan& m_faults;
+    std::mutex m_guard;
+    std::optional<std::int32_t> m_last; ///< what was read before
 };
 
 class RadioCapability : public IRadioCapability {
 public:
-    explicit RadioCapability(const Link& link)
-        : m_link(link)
+    RadioCapability(const Link& link, FaultPlan& faults)
+        : m_parameters(link.frequencyParameters)
+        , m_faults(faults)
     {
     }
 
-    RadioFrequencyParameters getFrequencyParameters() override { return m_link.frequencyParameters; }
+    RadioFrequencyParameters getFrequencyParameters() override
+    {
+        const FaultPlan::Call call(m_faults, Operation::getFrequencyParameters);
+        return m_parameters;
+    }
 
 private:
-    const Link& m_link;
+    const RadioFrequencyParameters m_parameters;
+    FaultPlan& m_faults;
 };
 
 class Radio : public IRadio {
 public:
-    explicit Radio(const Link& link)
+    Radio(const Link& link, std::shared_ptr<FaultPlan> faults)
         : m_link(link)
+        , m_faults(std::move(faults))
     {
     }
 
     std::unique_ptr<IRadioPropertiesProvider> createPropertiesProvider() override
     {
-        return std::make_unique<PropertiesProvider>(m_link);
+        const FaultPlan::Call call(*m_faults, Operation::createPropertiesProvider);
+        return std::make_unique<PropertiesProvider>(m_link, m_faults);
     }
 
 private:
     const Link& m_link;
+    const std::shared_ptr<FaultPlan> m_faults;
 };
 
 /// One entry in the broker, for as long as it lives.
@@ -132,6 +197,14 @@ private:
     const std::string m_name;
 };
 
+Link withoutEmitters(const Link& link)
+{
+    Link rest = link;
+    rest.emitters.clear();
+    rest.emitters.shrink_to_fit();
+    return rest;
+}
+
 } // namespace
 
 /// Declared in the order of dependence: what ends first stands last. Registrations made before one that fails end with the
@@ -139,8 +212,12 @@ private:
 struct RadioPeers::Published {
     Published(const Link& theLink, RadioChannel channel, Clock& clock);
 
-    const Link link;
+    const Link link; ///< without its emitters, which may be large and are the receiver's
     Receiver receiver;
+
+    std::mutex injecting;
+    std::vector<Fault> knownFaults; ///< those of the link and those injected
+    std::shared_ptr<FaultPlan> faults;
 
     PowerController powerController;
     FrameFormat frameFormat;
@@ -158,13 +235,15 @@ struct RadioPeers::Published {
 };
 
 RadioPeers::Published::Published(const Link& theLink, RadioChannel channel, Clock& clock)
-    : link(theLink)
-    , receiver(link, clock)
-    , frameFormat(link)
-    , frequencyController(link, receiver)
-    , rssiHandler(receiver)
-    , radioCapability(link)
-    , radio(link)
+    : link(withoutEmitters(theLink))
+    , receiver(theLink, clock)
+    , knownFaults(theLink.faults)
+    , faults(std::make_shared<FaultPlan>(theLink.faults))
+    , frameFormat(link, *faults)
+    , frequencyController(link, receiver, *faults)
+    , rssiHandler(receiver, *faults)
+    , radioCapability(link, *faults)
+    , radio(link, faults)
     , powerControllerEntry(IInterface::interfaceName("ISystemPowerController", channel), powerController)
     , frameFormatEntry(IInterface::interfaceName("IFrameFormat", channel), frameFormat)
     , frequencyControllerEntry(IFrequencyController::interfaceName(static_cast<std::uint32_t>(channel)), frequencyController)
@@ -184,6 +263,22 @@ RadioPeers::~RadioPeers() = default;
 const Receiver& RadioPeers::receiver() const
 {
     return m_published->receiver;
+}
+
+void RadioPeers::inject(const Fault& fault)
+{
+    const std::lock_guard<std::mutex> guard(m_published->injecting);
+    Link link = m_published->link;
+    link.faults = m_published->knownFaults;
+    link.faults.push_back(fault);
+    requirePossible(link);
+    m_published->knownFaults = std::move(link.faults);
+    m_published->faults->inject(fault);
+}
+
+std::uint64_t RadioPeers::calls(Operation operation) const
+{
+    return m_published->faults->calls(operation);
 }
 
 } // namespace simulator

@@ -13,8 +13,10 @@ namespace simulator {
 /// this object lives.
 ///
 /// Make and end it on the host's thread. Modules keep pointers to the interfaces, so end it after the modules of its
-/// channel. A properties provider that a module has taken over stands alone: it may end before or after. The interfaces may
-/// be used from any thread.
+/// channel. A properties provider that a module has taken over stands alone: it may end before or after. The interfaces, and
+/// all operations here, may be used from any thread.
+///
+/// Calls go wrong as the link's faults say. An exception of theirs is a std::runtime_error with the fault's text.
 class RadioPeers {
 public:
     /// The link is copied; the clock must outlive the peers.
@@ -28,6 +30,14 @@ public:
 
     /// The receiver itself: where it is tuned to now. IFrequencyController::getRxFrequency tells the configured frequency.
     const Receiver& receiver() const;
+
+    /// Makes calls of an operation go wrong; for the fault the next call of it is the first. Faults that are there already
+    /// come first where both match a call.
+    /// @throws std::invalid_argument for a fault with which a terminal cannot work, alone or together with those there are
+    void inject(const Fault& fault);
+
+    /// Number of calls of an operation that have ended, those that went wrong included.
+    std::uint64_t calls(Operation operation) const;
 
 private:
     struct Published;

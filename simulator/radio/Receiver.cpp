@@ -1,9 +1,10 @@
 #include "simulator/radio/Receiver.h"
 
+#include "simulator/radio/LinkChecks.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <stdexcept>
 
 namespace simulator {
 
@@ -11,13 +12,9 @@ namespace {
 
 constexpr std::int32_t failed = 32768;
 
-const Link& possible(const Link& link)
+double inMs(Clock::Duration duration)
 {
-    const std::string why = whyImpossible(link);
-    if (!why.empty()) {
-        throw std::invalid_argument(why);
-    }
-    return link;
+    return std::chrono::duration<double, std::milli>(duration).count();
 }
 
 /// Uniform in (0, 1], 53 bits of it.
@@ -29,7 +26,9 @@ double uniform(std::mt19937_64& random)
 } // namespace
 
 Receiver::Receiver(const Link& link, Clock& clock)
-    : m_air(possible(link).emitters, link.filterWidth_kHz, link.noiseFigure_dB)
+    : m_air(requirePossible(link).emitters,
+        {link.filterWidth_kHz, link.noiseFigure_dB, link.ultimateRejection_dB, link.saturation_dBm},
+        Fading(link.rain, link.notches))
     , m_clock(clock)
     , m_lowest_kHz(link.frequencyParameters.minRxFrequency_kHz)
     , m_highest_kHz(link.frequencyParameters.maxRxFrequency_kHz)
@@ -37,8 +36,6 @@ Receiver::Receiver(const Link& link, Clock& clock)
     , m_jitter_dB(link.jitter_dB)
     , m_frequency_kHz(link.rxFrequency_kHz)
     , m_tunedAt(clock.now())
-    , m_from_dBm(m_air.rssi_dBm(link.rxFrequency_kHz))
-    , m_to_dBm(m_from_dBm)
     , m_random(link.seed)
 {
 }
@@ -50,11 +47,10 @@ std::int32_t Receiver::tune(std::uint32_t frequency_kHz)
     }
     const Clock::Duration now = m_clock.now();
     const std::lock_guard<std::mutex> guard(m_guard);
-    m_from_dBm = levelAt(now);
-    m_to_dBm = m_air.rssi_dBm(frequency_kHz);
+    const double shown_dBm = levelAt(now);
+    m_ahead_dB = shown_dBm - m_air.rssi_dBm(frequency_kHz, inMs(now));
     m_tunedAt = now;
     m_frequency_kHz = frequency_kHz;
-    ++m_tunings;
     return 0;
 }
 
@@ -73,16 +69,11 @@ std::uint32_t Receiver::frequency_kHz() const
     return m_frequency_kHz;
 }
 
-std::uint64_t Receiver::tunings() const
-{
-    const std::lock_guard<std::mutex> guard(m_guard);
-    return m_tunings;
-}
-
 double Receiver::levelAt(Clock::Duration time) const
 {
-    const std::chrono::duration<double, std::milli> sinceTuning = std::max(time - m_tunedAt, Clock::Duration::zero());
-    return m_to_dBm + (m_from_dBm - m_to_dBm) * std::exp(-sinceTuning.count() / m_settlingTime_ms);
+    const Clock::Duration seen = std::max(time, m_tunedAt);
+    const double remaining = std::exp(-inMs(seen - m_tunedAt) / m_settlingTime_ms);
+    return m_air.rssi_dBm(m_frequency_kHz, inMs(seen)) + m_ahead_dB * remaining;
 }
 
 /// Box and Muller's method, because the standard library's normal distribution differs from one library to the next.

@@ -12,9 +12,10 @@ namespace simulator {
 
 /// The tunable receiver of one radio channel.
 ///
-/// After a tuning the level runs from where it stood towards its new value, in dB and exponentially with the link's settling
-/// time. Each reading has a jitter of its own, from a generator that begins with the link's seed: the same calls at the same
-/// times give the same readings, whatever the compiler or the library.
+/// After a tuning the reading runs from where it stood to the level at the new frequency, in dB and exponentially with the
+/// link's settling time, also where that level itself changes with the time. Each reading has a jitter of its own, from a
+/// generator that begins with the link's seed: the same calls at the same times give the same readings, whatever the
+/// compiler or the library.
 ///
 /// All operations may be called from any thread. Times are those of the calling thread; one whose clock is behind the last
 /// tuning sees the moment of the tuning.
@@ -32,9 +33,6 @@ public:
 
     std::uint32_t frequency_kHz() const;
 
-    /// Number of tunings so far, without those refused.
-    std::uint64_t tunings() const;
-
 private:
     double levelAt(Clock::Duration time) const;
     double normalDeviate();
@@ -51,9 +49,7 @@ private:
     mutable std::mutex m_guard;
     std::uint32_t m_frequency_kHz;
     Clock::Duration m_tunedAt;
-    double m_from_dBm; ///< where the level stood when the receiver was tuned
-    double m_to_dBm;   ///< where it goes
-    std::uint64_t m_tunings = 0;
+    double m_ahead_dB = 0.0; ///< by how much the reading was above the new level when the receiver was tuned
     std::mt19937_64 m_random;
 };
 

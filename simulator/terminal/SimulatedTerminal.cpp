@@ -135,7 +135,7 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
         return ScanStart::busy;
     }
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        const std::uint64_t tuningsBefore = scanned.peers.receiver().tunings();
+        const std::uint64_t tuningsBefore = scanned.peers.calls(Operation::setRxFrequency);
         const Answer answer = command(scanned, start);
         if (answer == Answer::failed) {
             return ScanStart::failed;
@@ -154,7 +154,7 @@ bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefo
 {
     constexpr std::chrono::seconds patience{10}; // far more than a worker needs to wake on a busy machine
     constexpr std::chrono::microseconds pause{50};
-    const auto hasBegun = [&] { return channel.peers.receiver().tunings() > tuningsBefore; };
+    const auto hasBegun = [&] { return channel.peers.calls(Operation::setRxFrequency) > tuningsBefore; };
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!hasBegun() && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(pause);

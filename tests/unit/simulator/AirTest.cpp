@@ -63,9 +63,9 @@ TEST(ThermalNoise, isMinus174dBmPerHertzRaisedByTheNoiseFigure)
 
 TEST(ThermalNoise, isAllThereIsWithoutEmitters)
 {
-    const Air air({}, 27500.0, 5.0);
-    EXPECT_NEAR(air.rssi_dBm(centre_kHz), thermalNoise_dBm(27500.0, 5.0), 1e-9);
-    EXPECT_NEAR(air.rssi_dBm(0.0), thermalNoise_dBm(27500.0, 5.0), 1e-9);
+    const Air air({}, {27500.0, 5.0});
+    EXPECT_NEAR(air.rssi_dBm(centre_kHz, 0.0), thermalNoise_dBm(27500.0, 5.0), 1e-9);
+    EXPECT_NEAR(air.rssi_dBm(0.0, 0.0), thermalNoise_dBm(27500.0, 5.0), 1e-9);
 }
 
 TEST(CarrierShare, isTheIntegralOfTheRaisedCosine)
@@ -124,43 +124,44 @@ TEST(CarrierInChannel, occupiesNearlyTheWholeChannel)
 
 TEST(Rssi, ofACarrierInsideAWideFilterIsItsLevel)
 {
-    const Air air({carrier(0.25, -20.0)}, 40000.0, 0.0);
-    EXPECT_NEAR(air.rssi_dBm(centre_kHz), -20.0, 1e-6);
-    EXPECT_NEAR(air.rssi_dBm(centre_kHz + 7500.0), -20.0, 1e-6);
-    EXPECT_NEAR(air.rssi_dBm(centre_kHz + 20000.0), -23.0103, 1e-4);
+    const Air air({carrier(0.25, -20.0)}, {40000.0, 0.0});
+    EXPECT_NEAR(air.rssi_dBm(centre_kHz, 0.0), -20.0, 1e-6);
+    EXPECT_NEAR(air.rssi_dBm(centre_kHz + 7500.0, 0.0), -20.0, 1e-6);
+    EXPECT_NEAR(air.rssi_dBm(centre_kHz + 20000.0, 0.0), -23.0103, 1e-4);
 }
 
 TEST(Rssi, ofTwoEqualEmittersIsThreeDecibelsHigher)
 {
-    const Air carriers({carrier(0.25), carrier(0.35)}, 40000.0, 0.0);
-    EXPECT_NEAR(carriers.rssi_dBm(centre_kHz), -30.0 + 3.0103, 1e-4);
-    const Air waves({ContinuousWave{centre_kHz - 100.0, -50.0}, ContinuousWave{centre_kHz + 100.0, -50.0}}, 1000.0, 0.0);
-    EXPECT_NEAR(waves.rssi_dBm(centre_kHz), -50.0 + 3.0103, 1e-4);
+    const Air carriers({carrier(0.25), carrier(0.35)}, {40000.0, 0.0});
+    EXPECT_NEAR(carriers.rssi_dBm(centre_kHz, 0.0), -30.0 + 3.0103, 1e-4);
+    const Air waves({ContinuousWave{centre_kHz - 100.0, -50.0}, ContinuousWave{centre_kHz + 100.0, -50.0}}, {1000.0, 0.0});
+    EXPECT_NEAR(waves.rssi_dBm(centre_kHz, 0.0), -50.0 + 3.0103, 1e-4);
 }
 
 TEST(Rssi, addsTheNoiseToTheEmitters)
 {
     const double noise_dBm = thermalNoise_dBm(14000.0, 6.0);
-    const Air air({ContinuousWave{centre_kHz, noise_dBm}}, 14000.0, 6.0);
-    EXPECT_NEAR(air.rssi_dBm(centre_kHz), noise_dBm + 3.0103, 1e-4);
+    const Air air({ContinuousWave{centre_kHz, noise_dBm}}, {14000.0, 6.0});
+    EXPECT_NEAR(air.rssi_dBm(centre_kHz, 0.0), noise_dBm + 3.0103, 1e-4);
 }
 
 TEST(Rssi, ofAContinuousWaveIsThereOnlyInsideTheFilterItsEdgesIncluded)
 {
-    const Air air({ContinuousWave{centre_kHz, -60.0}}, 7000.0, 5.0);
+    const Air air({ContinuousWave{centre_kHz, -60.0}}, {7000.0, 5.0});
     for (const double offset_kHz : {-3500.0, -3499.0, 0.0, 3500.0}) {
-        EXPECT_NEAR(air.rssi_dBm(centre_kHz + offset_kHz), -60.0, 0.001) << offset_kHz;
+        EXPECT_NEAR(air.rssi_dBm(centre_kHz + offset_kHz, 0.0), -60.0, 0.001) << offset_kHz;
     }
     for (const double offset_kHz : {-3501.0, 3501.0}) {
-        EXPECT_NEAR(air.rssi_dBm(centre_kHz + offset_kHz), thermalNoise_dBm(7000.0, 5.0), 1e-9) << offset_kHz;
+        EXPECT_NEAR(air.rssi_dBm(centre_kHz + offset_kHz, 0.0), thermalNoise_dBm(7000.0, 5.0), 1e-9) << offset_kHz;
     }
 }
 
 TEST(Rssi, isTheSameOnBothSidesOfACarrier)
 {
-    const Air air({carrier(0.3)}, 14000.0, 5.0);
+    const Air air({carrier(0.3)}, {14000.0, 5.0});
     for (double offset_kHz = 0.0; offset_kHz < 40000.0; offset_kHz += 1700.0) {
-        EXPECT_NEAR(air.rssi_dBm(centre_kHz + offset_kHz), air.rssi_dBm(centre_kHz - offset_kHz), 1e-9) << offset_kHz;
+        EXPECT_NEAR(air.rssi_dBm(centre_kHz + offset_kHz, 0.0), air.rssi_dBm(centre_kHz - offset_kHz, 0.0), 1e-9)
+            << offset_kHz;
     }
 }
 

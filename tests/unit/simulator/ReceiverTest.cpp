@@ -40,7 +40,6 @@ protected:
 TEST_F(ReceiverOnPlainLink, startsTunedAndSettledAtTheConfiguredFrequency)
 {
     EXPECT_EQ(receiver.frequency_kHz(), 19177500U);
-    EXPECT_EQ(receiver.tunings(), 0U);
     EXPECT_EQ(receiver.reading(), carrierLevel);
     clock.sleepMs(1000);
     EXPECT_EQ(receiver.reading(), carrierLevel);
@@ -89,17 +88,15 @@ TEST_F(ReceiverOnPlainLink, refusesFrequenciesOutsideItsRangeAndStaysWhereItIs)
         EXPECT_EQ(receiver.frequency_kHz(), quiet_kHz);
         EXPECT_EQ(receiver.reading(), hundredths(noise_dBm));
     }
-    EXPECT_EQ(receiver.tunings(), 1U);
 }
 
-TEST_F(ReceiverOnPlainLink, tunesToTheVeryEdgesOfItsRangeAndCountsTunings)
+TEST_F(ReceiverOnPlainLink, tunesToTheVeryEdgesOfItsRange)
 {
     EXPECT_EQ(receiver.tune(18700000), 0);
     EXPECT_EQ(receiver.frequency_kHz(), 18700000U);
     EXPECT_EQ(receiver.tune(19700000), 0);
     EXPECT_EQ(receiver.frequency_kHz(), 19700000U);
-    EXPECT_EQ(receiver.tune(19700000), 0);
-    EXPECT_EQ(receiver.tunings(), 3U);
+    EXPECT_EQ(receiver.frequency_kHz(), 19700000U);
 }
 
 TEST_F(ReceiverOnPlainLink, showsAThreadWhoseClockIsBehindTheMomentOfTheTuning)
@@ -125,11 +122,9 @@ TEST_F(ReceiverOnPlainLink, isUsableFromSeveralThreads)
     for (int i = 0; i < tuningsPerThread; ++i) {
         const std::uint32_t frequency_kHz = receiver.frequency_kHz();
         EXPECT_TRUE(frequency_kHz == quiet_kHz || frequency_kHz == 19177500U) << frequency_kHz;
-        EXPECT_LE(receiver.tunings(), 2U * tuningsPerThread);
     }
     one.join();
     other.join();
-    EXPECT_EQ(receiver.tunings(), 2U * tuningsPerThread);
 }
 
 /// Readings of a receiver that goes round three frequencies with a settle delay each.
@@ -202,7 +197,7 @@ TEST(ReceiverOfAnImpossibleLink, isNotMade)
         const Receiver receiver(link, clock);
         FAIL() << "made";
     } catch (const std::invalid_argument& error) {
-        EXPECT_EQ(error.what(), whyImpossible(link));
+        EXPECT_STREQ(error.what(), "receiver.filter_kHz: the receive filter's width is 0 kHz; it must be 1 to 10000000 kHz");
     }
 }
 

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "simulator/radio/Emitters.h"
+#include "simulator/radio/Spectra.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace simulator {
+
+/// What a path does to whatever comes over it, at one moment: the rain takes a part everywhere, the notches within their
+/// widths.
+class PathAtOneMoment {
+public:
+    /// The power of a spectrum within a band that arrives.
+    template <typename Spectrum>
+    double arriving_mW(const Spectrum& spectrum, const Band& band) const noexcept
+    {
+        double power_mW = spectrum.power_mW(band);
+        for (std::size_t index = 0; index < m_stretchCount; ++index) {
+            const Band attenuated = m_stretches[index].band.common(band);
+            if (!attenuated.isEmpty()) {
+                power_mW -= m_stretches[index].lost * spectrum.power_mW(attenuated);
+            }
+        }
+        return m_rainGain * std::max(power_mW, 0.0);
+    }
+
+    /// The part that arrives of what is sent at one frequency.
+    double gainAt(double frequency_kHz) const noexcept;
+
+private:
+    friend class Fading;
+
+    /// A stretch of the axis on which the same notches lie.
+    struct Stretch {
+        Band band;
+        double lost; ///< part of the power that does not arrive, 0 to 1
+    };
+    struct Attenuation {
+        Band band;
+        double gain;
+    };
+    double notchGain(double frequency_kHz) const noexcept;
+    void cutIntoStretches() noexcept;
+
+    double m_rainGain = 1.0;
+    std::size_t m_notchCount = 0;
+    std::size_t m_stretchCount = 0;
+    std::array<Attenuation, mostNotches> m_notches{};
+    std::array<Stretch, 2 * mostNotches> m_stretches{};
+};
+
+/// The fading on the path to a terminal. Immutable, so readable from any thread.
+class Fading {
+public:
+    Fading() = default;
+
+    /// @throws std::length_error for more notches than there may be
+    Fading(const std::vector<Rain>& rain, const std::vector<Notch>& notches);
+
+    PathAtOneMoment at(double time_ms) const noexcept;
+
+private:
+    struct MovingNotch {
+        double centre_kHz(double time_ms) const noexcept;
+
+        Notch notch;
+        double gain;
+    };
+
+    std::vector<Rain> m_rain;
+    std::vector<MovingNotch> m_notches;
+};
+
+} // namespace simulator
