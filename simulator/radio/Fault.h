@@ -43,8 +43,8 @@ struct Fault {
     std::uint64_t calls = 1;     ///< number of calls in a row that go wrong; `all`: every one from the first on
     std::int64_t value = 0;      ///< what a number is answered with: signed 32-bit for a result code or a reading, unsigned
                                  ///< 32-bit for a frequency or the spacing
-    std::string text; ///< what the exception says, or the unit type text that is answered. For an exception without
-                      ///< a text: the operation and the call, as in "simulated fault in setRxFrequency, call 3"
+    std::string text{}; ///< what the exception says, or the unit type text that is answered. For an exception without
+                        ///< a text: the operation and the call, as in "simulated fault in setRxFrequency, call 3"
 };
 
 /// The names in scenario files and messages: those of the enumerators, but "throw" for FaultAction::fail.

@@ -127,6 +127,60 @@ TEST_F(ReceiverOnPlainLink, isUsableFromSeveralThreads)
     other.join();
 }
 
+TEST(ReceiverUnderAChangingSky, settlesTowardsTheLevelAsItIsNow)
+{
+    Link link = plainLink();
+    link.settlingTime_ms = 1000.0;
+    link.emitters.emplace_back(simulator::Carrier{quiet_kHz, -40.0, 22000.0, 0.25}, simulator::Schedule{}, true);
+    link.rain = {{0.0, 1.0, 20.0, 1e9}}; // 1 dB less with each second
+    VirtualClock clock;
+    Receiver receiver(link, clock);
+    clock.sleepMs(3000);
+    ASSERT_EQ(receiver.tune(quiet_kHz), 0);
+    EXPECT_EQ(receiver.reading(), carrierLevel);
+    for (const double timeConstants : {1.0, 2.0, 5.0}) {
+        clock.sleepMs(timeConstants == 5.0 ? 3000 : 1000);
+        const double level_dBm = -43.0 - timeConstants;
+        EXPECT_NEAR(receiver.reading(), 100.0 * (level_dBm + 8.0 * std::exp(-timeConstants)), 1.0) << timeConstants;
+    }
+    clock.sleepMs(1000000);
+    EXPECT_EQ(receiver.reading(), -6000);
+    ASSERT_EQ(receiver.tune(19177500), 0);
+    clock.sleepMs(1000);
+    EXPECT_NEAR(receiver.reading(), 100.0 * between(-60.0, -35.0, 1.0), 1.0);
+}
+
+TEST(ReceiverUnderAChangingSky, showsAnEmitterAtOnceThatComesOnWhereItIsTuned)
+{
+    Link link = plainLink();
+    link.emitters.emplace_back(simulator::ContinuousWave{19177500.0, -10.0}, simulator::Schedule{500.0, 1000.0});
+    VirtualClock clock;
+    Receiver receiver(link, clock);
+    EXPECT_EQ(receiver.reading(), -3500);
+    clock.sleepMs(500);
+    EXPECT_EQ(receiver.reading(), -999);
+    clock.sleepMs(1000);
+    EXPECT_EQ(receiver.reading(), -3500);
+}
+
+TEST(ReceiverOfALink, hasItsRejectionItsSaturationAndItsNotches)
+{
+    Link link = plainLink();
+    VirtualClock clock;
+    link.saturation_dBm = -35.0;
+    EXPECT_EQ(Receiver(link, clock).reading(), -3801);
+
+    link.saturation_dBm = 60.0;
+    link.ultimateRejection_dB = 40.0;
+    link.rxFrequency_kHz = quiet_kHz;
+    EXPECT_EQ(Receiver(link, clock).reading(), -7500 + 5); // and the noise
+
+    link.rxFrequency_kHz = 19177500;
+    link.emitters = {simulator::Emitter(simulator::Carrier{19177500.0, -35.0, 22000.0, 0.25}, {}, true)};
+    link.notches = {{19177500.0, 19177500.0, 0.0, 40000.0, 20.0}};
+    EXPECT_EQ(Receiver(link, clock).reading(), -5500);
+}
+
 /// Readings of a receiver that goes round three frequencies with a settle delay each.
 std::vector<std::int32_t> tour(std::uint64_t seed, std::uint32_t settleDelay_ms)
 {
