@@ -8,7 +8,6 @@ namespace simulator {
 namespace {
 
 constexpr double noiseDensity_dBmPerHz = -174.0;
-constexpr Band everywhere{};
 
 struct SpectrumOf {
     double noiseDensity_mWPerkHz;
@@ -61,11 +60,11 @@ public:
     {
     }
 
-    template <typename Spread>
-    double operator()(const Spread& spectrum) const noexcept
+    template <typename SpreadSpectrum>
+    double operator()(const SpreadSpectrum& spectrum) const noexcept
     {
         const double inside_mW = m_path.arriving_mW(spectrum, m_filter);
-        const double outside_mW = m_path.arriving_mW(spectrum, everywhere) - inside_mW;
+        const double outside_mW = m_path.arriving_mW(spectrum) - inside_mW;
         return inside_mW + m_leak * std::max(outside_mW, 0.0);
     }
 

@@ -17,14 +17,14 @@ public:
     template <typename Spectrum>
     double arriving_mW(const Spectrum& spectrum, const Band& band) const noexcept
     {
-        double power_mW = spectrum.power_mW(band);
-        for (std::size_t index = 0; index < m_stretchCount; ++index) {
-            const Band attenuated = m_stretches[index].band.common(band);
-            if (!attenuated.isEmpty()) {
-                power_mW -= m_stretches[index].lost * spectrum.power_mW(attenuated);
-            }
-        }
-        return m_rainGain * std::max(power_mW, 0.0);
+        return m_rainGain * std::max(sent_mW(spectrum, band) - lostInNotches_mW(spectrum, band), 0.0);
+    }
+
+    /// All of its power that arrives.
+    template <typename Spectrum>
+    double arriving_mW(const Spectrum& spectrum) const noexcept
+    {
+        return m_rainGain * std::max(spectrum.total_mW() - lostInNotches_mW(spectrum, spectrum.extent()), 0.0);
     }
 
     /// The part that arrives of what is sent at one frequency.
@@ -42,6 +42,24 @@ private:
         Band band;
         double gain;
     };
+
+    template <typename Spectrum>
+    static double sent_mW(const Spectrum& spectrum, const Band& band) noexcept
+    {
+        return band.common(spectrum.extent()).isEmpty() ? 0.0 : spectrum.power_mW(band);
+    }
+
+    template <typename Spectrum>
+    double lostInNotches_mW(const Spectrum& spectrum, const Band& band) const noexcept
+    {
+        double lost_mW = 0.0;
+        for (std::size_t index = 0; index < m_stretchCount; ++index) {
+            const Band attenuated = m_stretches[index].band.common(band);
+            lost_mW += attenuated.isEmpty() ? 0.0 : m_stretches[index].lost * sent_mW(spectrum, attenuated);
+        }
+        return lost_mW;
+    }
+
     double notchGain(double frequency_kHz) const noexcept;
     void cutIntoStretches() noexcept;
 

@@ -40,11 +40,14 @@ CarrierSpectrum::CarrierSpectrum(const Carrier& carrier) noexcept
     , m_flatHalf_kHz((1.0 - carrier.rollOff) * carrier.symbolRate_kBd / 2.0)
     , m_flank_kHz(carrier.rollOff * carrier.symbolRate_kBd)
 {
+    double reach_kHz = m_flatHalf_kHz + m_flank_kHz;
     if (carrier.shoulders) {
         m_channelWidth_kHz = carrier.shoulders->channelWidth_kHz;
         m_adjacent_mWPerkHz = milliwatts(carrier.level_dBm - carrier.shoulders->adjacent_dB) / m_channelWidth_kHz;
         m_further_mWPerkHz = milliwatts(carrier.level_dBm - carrier.shoulders->further_dB) / m_channelWidth_kHz;
+        reach_kHz = std::max(reach_kHz, 2.5 * m_channelWidth_kHz);
     }
+    setWhole({m_centre_kHz - reach_kHz, m_centre_kHz + reach_kHz}, power_mW({}));
 }
 
 double CarrierSpectrum::power_mW(const Band& band) const noexcept
@@ -104,9 +107,9 @@ double Line::frequency_kHz(double time_ms) const noexcept
 }
 
 FlatSpectrum::FlatSpectrum(const Band& band, double density_mWPerkHz) noexcept
-    : m_band(band)
-    , m_density_mWPerkHz(density_mWPerkHz)
+    : m_density_mWPerkHz(density_mWPerkHz)
 {
+    setWhole(band, density_mWPerkHz * band.overlap_kHz({}));
 }
 
 EdgeSpectrum::EdgeSpectrum(const EdgeLeakage& leakage) noexcept
@@ -115,6 +118,7 @@ EdgeSpectrum::EdgeSpectrum(const EdgeLeakage& leakage) noexcept
     , m_decayPerkHz(leakage.slope_dBPerMHz / 10.0 * std::numbers::ln10 / kHz_per_MHz)
 {
     m_oneSide_mW = milliwatts(leakage.density_dBmPerMHz) / kHz_per_MHz / m_decayPerkHz;
+    setWhole({}, 2.0 * m_oneSide_mW);
 }
 
 double EdgeSpectrum::power_mW(const Band& band) const noexcept
@@ -148,6 +152,8 @@ BinnedSpectrum::BinnedSpectrum(const Recording& recording)
         sum_mW += std::isnan(level_dBm) ? 0.0 : milliwatts(level_dBm);
         m_sums_mW.push_back(static_cast<double>(sum_mW));
     }
+    const double width_kHz = m_step_kHz * static_cast<double>(recording.levels_dBm.size());
+    setWhole({m_lowest_kHz, m_lowest_kHz + width_kHz}, m_sums_mW.back());
 }
 
 double BinnedSpectrum::power_mW(const Band& band) const noexcept

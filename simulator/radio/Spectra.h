@@ -24,7 +24,25 @@ struct Band {
 double milliwatts(double level_dBm) noexcept;
 double decibels(double ratio) noexcept;
 
-class CarrierSpectrum {
+/// What all spectra have that are spread over frequencies. Most of them have nothing in common with most filters.
+class Spread {
+public:
+    const Band& extent() const noexcept { return m_extent; } ///< there is no power outside
+    double total_mW() const noexcept { return m_total_mW; }
+
+protected:
+    void setWhole(const Band& extent, double total_mW) noexcept
+    {
+        m_extent = extent;
+        m_total_mW = total_mW;
+    }
+
+private:
+    Band m_extent;
+    double m_total_mW = 0.0;
+};
+
+class CarrierSpectrum : public Spread {
 public:
     explicit CarrierSpectrum(const Carrier& carrier) noexcept;
 
@@ -62,17 +80,16 @@ private:
     double m_radiansPerMs;
 };
 
-class FlatSpectrum {
+class FlatSpectrum : public Spread {
 public:
     FlatSpectrum(const Band& band, double density_mWPerkHz) noexcept;
-    double power_mW(const Band& band) const noexcept { return m_density_mWPerkHz * m_band.overlap_kHz(band); }
+    double power_mW(const Band& band) const noexcept { return m_density_mWPerkHz * extent().overlap_kHz(band); }
 
 private:
-    Band m_band;
     double m_density_mWPerkHz;
 };
 
-class EdgeSpectrum {
+class EdgeSpectrum : public Spread {
 public:
     explicit EdgeSpectrum(const EdgeLeakage& leakage) noexcept;
     double power_mW(const Band& band) const noexcept;
@@ -85,7 +102,7 @@ private:
     double m_decayPerkHz;
 };
 
-class BinnedSpectrum {
+class BinnedSpectrum : public Spread {
 public:
     explicit BinnedSpectrum(const Recording& recording);
     double power_mW(const Band& band) const noexcept;
