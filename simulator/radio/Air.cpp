@@ -1,6 +1,5 @@
 #include "simulator/radio/Air.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace simulator {
@@ -65,7 +64,7 @@ public:
     {
         const double inside_mW = m_path.arriving_mW(spectrum, m_filter);
         const double outside_mW = m_path.arriving_mW(spectrum) - inside_mW;
-        return inside_mW + m_leak * std::max(outside_mW, 0.0);
+        return inside_mW + m_leak * outside_mW;
     }
 
     double operator()(const Line& line) const noexcept

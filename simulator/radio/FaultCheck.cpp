@@ -55,7 +55,8 @@ PlanInputs withAnswerOf(PlanInputs inputs, const Fault& fault)
     return inputs;
 }
 
-/// A controller may meet a fault alone, or together with one of the other operation.
+/// A controller may meet an answer alone, or together with one of another operation. An earlier answer of the same operation
+/// takes its place, which does no harm: it has passed on its own.
 std::optional<Complaint> checkAnswer(const Link& link, std::size_t index)
 {
     const Fault& fault = link.faults[index];
@@ -64,9 +65,6 @@ std::optional<Complaint> checkAnswer(const Link& link, std::size_t index)
         return Complaint{element("faults", index), "with its answer " + why->text};
     }
     for (std::size_t other = 0; other < index; ++other) {
-        if (!answersWithWord(link.faults[other]) || link.faults[other].operation == fault.operation) {
-            continue;
-        }
         if (const auto why = checkPlans(withAnswerOf(inputs, link.faults[other]))) {
             return Complaint{
                 element("faults", index), "with its answer and that of " + element("faults", other) + " " + why->text};

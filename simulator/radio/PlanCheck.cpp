@@ -125,7 +125,8 @@ std::optional<Complaint> checkSweepOfChannels(const PlanInputs& inputs)
     return complaint("channel_spacing_kHz", tooManySamples("from channel to channel", channels));
 }
 
-/// Where a fine sweep across the configured channel ends. A spacing of 7000 kHz has half the step and a step more.
+/// Where a sweep across the configured channel ends, if above that channel's centre. A spacing of 7000 kHz has half the fine
+/// step, and a step more.
 Wide endOfChannelSweep(const PlanInputs& inputs, const Grain& grain)
 {
     const bool isOdd = inputs.spacing_kHz == 7000;
@@ -140,8 +141,7 @@ Wide endOfChannelSweep(const PlanInputs& inputs, const Grain& grain)
     const Wide limit_kHz =
         std::min(inputs.parameters.maxRxFrequency_kHz - margin_kHz, configured_kHz + half_kHz - margin_kHz);
     const Wide end_kHz = begin_kHz + std::max<Wide>(limit_kHz - begin_kHz, 0) / step_kHz * step_kHz;
-    const bool hasOneMore = isOdd && (end_kHz > configured_kHz || configured_kHz - end_kHz > step_kHz);
-    return hasOneMore ? end_kHz + step_kHz : end_kHz;
+    return isOdd && end_kHz > configured_kHz ? end_kHz + step_kHz : end_kHz;
 }
 
 /// A channel narrower than the margins is swept beside itself. How many samples there are need not be tested: as much room

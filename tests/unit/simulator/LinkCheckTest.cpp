@@ -397,6 +397,44 @@ TEST(SweepAcrossAChannel, mustNotEndAboveTheRange)
     }
 }
 
+/// Coarsely it has no room below and begins 5 MHz above the bottom; finely it begins 1 MHz above the channel.
+TEST(SweepAcrossAChannel, ofALongHaulRadioMustEndInTheRangeFinelyToo)
+{
+    Link link = linkOf(80, 18000000, 18005998, 5998);
+    link.rxFrequency_kHz = 18004999;
+    link.channelSpacing_kHz = 1;
+    EXPECT_EQ(complaintOf(link), "");
+    link.properties.longHaul = 1;
+    EXPECT_EQ(complaintOf(link),
+        "channel_spacing_kHz: a sweep across the configured channel would end at 18005999 kHz; it must not end above "
+        "18005998 "
+        "kHz, the highest receive frequency");
+    link.rxFrequency_kHz -= 1;
+    EXPECT_EQ(complaintOf(link), "");
+}
+
+/// In the upper bands a channel of 7 MHz at the bottom of the range begins half a margin, 2.5 MHz, above it; what comes
+/// after is a step of 10 MHz, unless the channel lies less than that above the beginning.
+TEST(SweepAcrossAChannel, atTheBottomOfANarrowRangeMustNotEndAboveItEither)
+{
+    const auto complaintWith = [](std::uint32_t span_kHz, std::uint32_t aboveBottom_kHz) {
+        Link link = linkOf(80, 18000000, 18000000 + span_kHz);
+        link.rxFrequency_kHz = 18000000 + aboveBottom_kHz;
+        link.channelSpacing_kHz = 7000;
+        return complaintOf(link);
+    };
+    EXPECT_EQ(complaintWith(12500, 0), "");
+    EXPECT_EQ(complaintWith(12500, 2499), "");
+    EXPECT_EQ(complaintWith(12499, 2499),
+        "channel_spacing_kHz: a sweep across the configured channel would end at 18012500 kHz; it must not end above "
+        "18012499 "
+        "kHz, the highest receive frequency");
+    EXPECT_EQ(complaintWith(12499, 2500), "");
+    EXPECT_EQ(complaintWith(12499, 8499), "");
+    EXPECT_NE(complaintWith(19999, 8500), "") << "room below: from 10 MHz above the bottom on, and a step more";
+    EXPECT_EQ(complaintWith(20000, 8500), "");
+}
+
 TEST(PossibleLinks, mayStandAtTheVeryEdges)
 {
     const Change rows[] = {
