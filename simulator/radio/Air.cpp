@@ -1,6 +1,7 @@
 #include "simulator/radio/Air.h"
 
 #include <cmath>
+#include <variant>
 
 namespace simulator {
 
@@ -49,6 +50,7 @@ bool isOn(const Schedule& schedule, double time_ms) noexcept
     return sinceBegin_ms < schedule.duration_ms;
 }
 
+/// The receiver at one moment, tuned to one frequency.
 class Air::Listening {
 public:
     Listening(const Band& filter, double leak, double time_ms, const PathAtOneMoment& path) noexcept
@@ -59,22 +61,36 @@ public:
     {
     }
 
-    template <typename SpreadSpectrum>
-    double operator()(const SpreadSpectrum& spectrum) const noexcept
+    template <typename Spectrum>
+    double heard_mW(const std::vector<Source<Spectrum>>& sources) const noexcept
     {
-        const double inside_mW = m_path.arriving_mW(spectrum, m_filter);
-        const double outside_mW = m_path.arriving_mW(spectrum) - inside_mW;
-        return inside_mW + m_leak * outside_mW;
-    }
-
-    double operator()(const Line& line) const noexcept
-    {
-        const double frequency_kHz = line.frequency_kHz(m_time_ms);
-        const double arriving_mW = m_path.gainAt(frequency_kHz) * line.power_mW();
-        return m_filter.contains(frequency_kHz) ? arriving_mW : m_leak * arriving_mW;
+        static constexpr PathAtOneMoment clear{};
+        double power_mW = 0.0;
+        for (const Source<Spectrum>& source : sources) {
+            if (isOn(source.schedule, m_time_ms)) {
+                power_mW += heardOver_mW(source.fades ? m_path : clear, source.spectrum);
+            }
+        }
+        return power_mW;
     }
 
 private:
+    /// All that is behind the filter, and a little of the rest.
+    template <typename Spectrum>
+    double heardOver_mW(const PathAtOneMoment& path, const Spectrum& spectrum) const noexcept
+    {
+        const double inside_mW = path.arriving_mW(spectrum, m_filter);
+        const double outside_mW = path.arriving_mW(spectrum) - inside_mW;
+        return inside_mW + m_leak * outside_mW;
+    }
+
+    double heardOver_mW(const PathAtOneMoment& path, const Line& line) const noexcept
+    {
+        const double frequency_kHz = line.frequency_kHz(m_time_ms);
+        const double arriving_mW = path.gainAt(frequency_kHz) * line.power_mW();
+        return m_filter.contains(frequency_kHz) ? arriving_mW : m_leak * arriving_mW;
+    }
+
     const Band m_filter;
     const double m_leak;
     const double m_time_ms;
@@ -88,24 +104,24 @@ Air::Air(const std::vector<Emitter>& emitters, const Reception& reception, const
     , m_leak(milliwatts(-reception.ultimateRejection_dB))
     , m_saturation_mW(milliwatts(reception.saturation_dBm))
 {
-    const double noiseDensity_mWPerkHz = m_noise_mW / reception.filterWidth_kHz;
+    const SpectrumOf spectrumOf{m_noise_mW / reception.filterWidth_kHz};
     for (const Emitter& emitter : emitters) {
-        const auto toSpectrum = [&](const auto& signal) -> Spectrum { return SpectrumOf{noiseDensity_mWPerkHz}(signal); };
-        m_sources.push_back({std::visit(toSpectrum, emitter.signal), emitter.schedule, emitter.fades});
+        const auto addToItsList = [&](const auto& signal) {
+            using Spectrum = decltype(spectrumOf(signal));
+            std::get<std::vector<Source<Spectrum>>>(m_sources).push_back(
+                {spectrumOf(signal), emitter.schedule, emitter.fades});
+        };
+        std::visit(addToItsList, emitter.signal);
     }
 }
 
 double Air::rssi_dBm(double tuning_kHz, double time_ms) const noexcept
 {
-    static constexpr PathAtOneMoment clear{};
     const Band filter{tuning_kHz - m_halfWidth_kHz, tuning_kHz + m_halfWidth_kHz};
     const PathAtOneMoment path = m_fading.at(time_ms);
-    double power_mW = m_noise_mW;
-    for (const Source& source : m_sources) {
-        if (isOn(source.schedule, time_ms)) {
-            power_mW += std::visit(Listening(filter, m_leak, time_ms, source.fades ? path : clear), source.spectrum);
-        }
-    }
+    const Listening listening(filter, m_leak, time_ms, path);
+    const auto heard_mW = [&](const auto&... lists) { return (listening.heard_mW(lists) + ...); };
+    const double power_mW = m_noise_mW + std::apply(heard_mW, m_sources);
     return decibels(power_mW * m_saturation_mW / (power_mW + m_saturation_mW));
 }
 

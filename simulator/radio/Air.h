@@ -4,7 +4,7 @@
 #include "simulator/radio/Fading.h"
 #include "simulator/radio/Spectra.h"
 
-#include <variant>
+#include <tuple>
 #include <vector>
 
 namespace simulator {
@@ -42,16 +42,17 @@ public:
     double rssi_dBm(double tuning_kHz, double time_ms) const noexcept;
 
 private:
-    using Spectrum = std::variant<CarrierSpectrum, Line, FlatSpectrum, EdgeSpectrum, BinnedSpectrum>;
+    template <typename Spectrum>
     struct Source {
         Spectrum spectrum;
         Schedule schedule;
         bool fades;
     };
-    /// What is heard of one emitter: all behind the filter and a little of the rest.
+    template <typename... Spectra>
+    using ListsOf = std::tuple<std::vector<Source<Spectra>>...>;
     class Listening;
 
-    std::vector<Source> m_sources;
+    ListsOf<CarrierSpectrum, Line, FlatSpectrum, EdgeSpectrum, BinnedSpectrum> m_sources;
     Fading m_fading;
     double m_halfWidth_kHz;
     double m_noise_mW;
