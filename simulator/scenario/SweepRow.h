@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulator {
+
+/// One row of a recorded sweep, checked for itself.
+struct SweepRow {
+    double lowest_Hz;
+    double highest_Hz; ///< lowest_Hz + the number of levels * step_Hz, but for rounding
+    double step_Hz;
+    std::vector<double> levels_dBm; ///< without the one that stands twice; not a number where nothing is known
+};
+
+/// @return nothing for a line that is empty
+/// @throws std::runtime_error that says what is wrong and what would be right
+std::optional<SweepRow> readSweepRow(std::string_view line);
+
+} // namespace simulator
