@@ -81,6 +81,14 @@ Clock::Duration RealClock::wallTime(Duration simulated) const
     return std::chrono::duration_cast<Duration>(std::min(wallTime, hundredYears));
 }
 
+std::unique_ptr<Clock> makeClock(double factor)
+{
+    if (factor == 0.0) {
+        return std::make_unique<VirtualClock>();
+    }
+    return std::make_unique<RealClock>(factor);
+}
+
 SleepServiceInForce::SleepServiceInForce(Util::SleepApi& service)
     : m_before(serviceInForce.exchange(&service))
 {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -68,6 +69,11 @@ class VirtualClock : public Clock {
 private:
     Duration wallTime(Duration) const override { return {}; }
 };
+
+/// A clock by its speed.
+/// @param factor  1 is real time, more is faster; 0: virtual time
+/// @throws std::invalid_argument for a factor below 0 or not finite
+std::unique_ptr<Clock> makeClock(double factor);
 
 /// Puts a sleep service in force for as long as it lives; the one before it comes back afterwards. Without any, modules get
 /// real time. Make and end it while no module sleeps.

@@ -8,17 +8,12 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace simulator {
 
 /// All that describes one radio channel of a simulated terminal: the unit, its receiver, and what is on the air.
 struct Link {
-    std::string name;
-    std::string description; ///< for people
-    std::string source;      ///< where the figures come from
-
     std::string unitTypeText;
     SDCProperties properties{};
     RadioFrequencyParameters frequencyParameters{};
@@ -38,12 +33,6 @@ struct Link {
     std::vector<Notch> notches; ///< on the path too; at most mostNotches
     std::vector<Fault> faults;  ///< the first that matches a call decides it
 };
-
-/// The built-in links. The first is what a terminal gets that is told nothing else.
-const std::vector<Link>& links();
-
-/// A built-in link, or null when none has the name.
-const Link* findLink(std::string_view name);
 
 /// Why a terminal cannot work with a link.
 struct Complaint {

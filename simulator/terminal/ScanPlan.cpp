@@ -26,52 +26,93 @@ std::optional<std::pair<std::string, std::int64_t>> parseAssignment(std::string_
     return std::pair{std::string(text.substr(name, equals - name)), value};
 }
 
+/// The name of the worker's thread, in which the channel is a signed number.
+std::string workerName(RadioChannel channel)
+{
+    return "SpectDiagCtrl" + std::to_string(static_cast<std::int32_t>(channel));
+}
+
+/// The thread's name in "Exception timerThread SpectDiagCtrl1: what happened" and "Unknown exception in timerThread
+/// SpectDiagCtrl1"; nothing for any other text.
+std::optional<std::string> parseWorkerFailure(std::string_view text)
+{
+    for (const std::string_view beginning : {"Exception timerThread ", "Unknown exception in timerThread "}) {
+        if (text.starts_with(beginning)) {
+            return std::string(text.substr(beginning.size(), text.find(':') - beginning.size()));
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::chrono::milliseconds ScanPlan::settleTime() const
 {
+    return lowest_kHz > highest_kHz ? std::chrono::milliseconds{} : settleTime(samples);
+}
+
+std::chrono::milliseconds ScanPlan::settleTime(std::int64_t samplesTaken) const
+{
     constexpr std::chrono::milliseconds singleMeasurement{5000};
-    if (samples <= 0 || lowest_kHz > highest_kHz) {
+    if (samplesTaken <= 0) {
         return {};
     }
     if (samples == 1) {
         return singleMeasurement;
     }
-    return std::chrono::milliseconds(firstSetRxWait_ms) + (samples - 1) * std::chrono::milliseconds(setRxWait_ms);
+    return std::chrono::milliseconds(firstSetRxWait_ms) + (samplesTaken - 1) * std::chrono::milliseconds(setRxWait_ms);
 }
 
-void PlanRecorder::write(const TraceRecord& record)
+void WorkerRecorder::write(const TraceRecord& record)
 {
+    const std::lock_guard<std::mutex> guard(m_guard);
+    if (const auto name = parseWorkerFailure(record.text)) {
+        m_failures.insert_or_assign(*name, record.text);
+    }
     const auto assignment = parseAssignment(record.text);
     if (!assignment) {
         return;
     }
-    const std::lock_guard<std::mutex> guard(m_guard);
     Values& values = m_dumps[std::this_thread::get_id()];
     values.insert_or_assign(assignment->first, assignment->second);
-    if (assignment->first != "m_firstSetRxWait_ms") { // the last line of a dump
-        return;
+    if (assignment->first == "m_firstSetRxWait_ms") { // the last line of a dump
+        keepPlan(values);
+        m_dumps.erase(std::this_thread::get_id());
     }
-    const auto word = [&values](const char* name) { return static_cast<std::uint32_t>(values[name]); };
+}
+
+void WorkerRecorder::keepPlan(const Values& values)
+{
+    const auto number = [&values](const char* name) {
+        const auto value = values.find(name);
+        return value == values.end() ? 0 : value->second;
+    };
+    const auto word = [&number](const char* name) { return static_cast<std::uint32_t>(number(name)); };
     m_plans.insert_or_assign(word("m_radioChannelId"),
         ScanPlan{
             .rxFrequency_kHz = word("m_currentRxFrequency_kHz"),
             .channelSpacing_kHz = word("m_channelSpacing_kHz"),
             .lowest_kHz = word("m_scanLowestRxFrequency_kHz"),
             .highest_kHz = word("m_scanHighestRxFrequency_kHz"),
-            .samples = static_cast<std::int32_t>(values["m_totalNrOfSamples"]),
+            .samples = static_cast<std::int32_t>(number("m_totalNrOfSamples")),
             .step_kHz = word("m_scanStep_kHz"),
             .setRxWait_ms = word("m_setRxWait_ms"),
             .firstSetRxWait_ms = word("m_firstSetRxWait_ms"),
         });
-    m_dumps.erase(std::this_thread::get_id());
 }
 
-std::optional<ScanPlan> PlanRecorder::planOf(RadioChannel channel) const
+std::optional<ScanPlan> WorkerRecorder::planOf(RadioChannel channel) const
 {
     const std::lock_guard<std::mutex> guard(m_guard);
     const auto plan = m_plans.find(static_cast<std::uint32_t>(channel));
     return plan == m_plans.end() ? std::nullopt : std::optional(plan->second);
+}
+
+std::optional<std::string> WorkerRecorder::failureOf(RadioChannel channel) const
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    const auto failure = m_failures.find(workerName(channel));
+    return failure == m_failures.end() ? std::nullopt : std::optional(failure->second);
 }
 
 } // namespace simulator

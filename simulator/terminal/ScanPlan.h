@@ -27,22 +27,32 @@ struct ScanPlan {
     /// The sum of the settle delays: how long the sweep takes at least. A sweep of one sample waits five seconds,
     /// one that cannot begin none.
     std::chrono::milliseconds settleTime() const;
+
+    /// The same of its first samples alone.
+    std::chrono::milliseconds settleTime(std::int64_t samplesTaken) const;
 };
 
-/// Reads plans out of the controllers' parameter dumps (trace level 5).
-class PlanRecorder : public TraceSink {
+/// Reads out of the controllers' trace what their interface does not tell: the plans, from the parameter dumps (trace level
+/// 5), and the exceptions that ended a worker (trace level 1).
+class WorkerRecorder : public TraceSink {
 public:
     void write(const TraceRecord& record) override;
 
     /// The plan of the channel's last sweep, if one has begun.
     std::optional<ScanPlan> planOf(RadioChannel channel) const;
 
+    /// What ended the channel's worker, in the controller's words; nothing while the worker lives.
+    std::optional<std::string> failureOf(RadioChannel channel) const;
+
 private:
     using Values = std::map<std::string, std::int64_t>;
+
+    void keepPlan(const Values& values);
 
     mutable std::mutex m_guard;
     std::map<std::thread::id, Values> m_dumps; // each worker writes its dump on its own thread
     std::map<std::uint32_t, ScanPlan> m_plans;
+    std::map<std::string, std::string> m_failures; // by the thread's name
 };
 
 } // namespace simulator

@@ -10,18 +10,12 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
-#include <utility>
 
 namespace simulator {
 
 namespace {
 
 using std::chrono::milliseconds;
-
-bool isOngoing(ESDCStatus status)
-{
-    return status == SDC_STATUS_CHANNEL_SCAN_ONGOING || status == SDC_STATUS_SUB_BAND_ONGOING;
-}
 
 void traceAtLeast(const std::string& component, PlxTraceLevel level)
 {
@@ -62,7 +56,6 @@ struct SimulatedTerminal::Channel {
     RadioChannel number;
     RadioPeers peers;
     std::unique_ptr<ModuleInterface> controller;
-    bool hasScanned = false;
 };
 
 SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock)
@@ -79,7 +72,7 @@ SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channel
             failure.module + " did not come up: " + failure.phase + " returned " + std::to_string(failure.result));
     }
     traceAtLeast("ZRP.SDC", PLX_TRACE_LEVEL_INFO);
-    trace::addSink(m_plans);
+    trace::addSink(m_workers);
 }
 
 /// No stop is sent: one that crosses the end of a sweep would leave its worker spinning.
@@ -89,7 +82,7 @@ SimulatedTerminal::~SimulatedTerminal()
     ModuleManager::instance().stop();
     m_channels.clear();
     m_clock.endHurry();
-    trace::removeSink(m_plans);
+    trace::removeSink(m_workers);
 }
 
 SimulatedTerminal::Channel& SimulatedTerminal::find(RadioChannel channel) const
@@ -113,17 +106,14 @@ std::uint32_t SimulatedTerminal::rxFrequency_kHz(RadioChannel channel) const
     return find(channel).peers.receiver().frequency_kHz();
 }
 
-/// Gives the command. While the clock is held no sweep can pass its first settle delay, so a scan that was accepted shows as
-/// ongoing, as it does in real time.
+/// A start that is accepted reads the configured frequency; one that is refused reads nothing.
 SimulatedTerminal::Answer SimulatedTerminal::command(Channel& channel, ESDCCommand start) const
 {
-    const ClockHold hold(m_clock);
-    ISpectrumDiagnosticsController& sdc = controller(channel.number);
-    if (sdc.setCommand(start, 0) >= SDC_RC_FAILED) {
+    const std::uint64_t readBefore = channel.peers.calls(Operation::getRxFrequency);
+    if (controller(channel.number).setCommand(start, 0) >= SDC_RC_FAILED) {
         return Answer::failed;
     }
-    const bool isFirst = !std::exchange(channel.hasScanned, true); // nothing runs that could refuse it
-    return isFirst || isOngoing(sdc.getStatus()) ? Answer::accepted : Answer::refused;
+    return channel.peers.calls(Operation::getRxFrequency) > readBefore ? Answer::accepted : Answer::refused;
 }
 
 ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
@@ -131,7 +121,10 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
     constexpr int attempts = 100;
     constexpr milliseconds pause{10};
     Channel& scanned = find(channel);
-    if (isOngoing(controller(channel).getStatus())) { // later it may be what a lost start has left
+    if (workerFailure(channel)) {
+        return ScanStart::noWorker;
+    }
+    if (isOngoing(channel)) { // later it may be what a lost start has left
         return ScanStart::busy;
     }
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -150,11 +143,13 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
 
 /// A start that falls between the worker's test of its state and its wait is lost until the next notification, and only the
 /// host can give that one: its stop phase puts the worker back to idle.
-bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefore)
+bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const
 {
     constexpr std::chrono::seconds patience{10}; // far more than a worker needs to wake on a busy machine
     constexpr std::chrono::microseconds pause{50};
-    const auto hasBegun = [&] { return channel.peers.calls(Operation::setRxFrequency) > tuningsBefore; };
+    const auto hasBegun = [&] {
+        return channel.peers.calls(Operation::setRxFrequency) > tuningsBefore || workerFailure(channel.number).has_value();
+    };
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!hasBegun() && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(pause);
@@ -167,23 +162,29 @@ bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefo
 
 ESDCStatus SimulatedTerminal::waitForEnd(RadioChannel channel, const std::function<void()>& onPoll) const
 {
-    constexpr milliseconds longestPause{50};
-    ISpectrumDiagnosticsController& sdc = controller(channel);
-    milliseconds pause{1};
-    while (isOngoing(sdc.getStatus())) {
+    constexpr std::chrono::microseconds longestPause{10000}; // small against a scan, whose end is seen that much later
+    std::chrono::microseconds pause{100};
+    while (isOngoing(channel)) {
         if (onPoll) {
             onPoll();
         }
         std::this_thread::sleep_for(pause);
         pause = std::min(2 * pause, longestPause);
     }
-    return sdc.getStatus();
+    return controller(channel).getStatus();
+}
+
+bool SimulatedTerminal::isOngoing(RadioChannel channel) const
+{
+    const ESDCStatus status = controller(channel).getStatus();
+    const bool isScan = status == SDC_STATUS_CHANNEL_SCAN_ONGOING || status == SDC_STATUS_SUB_BAND_ONGOING;
+    return isScan && !workerFailure(channel);
 }
 
 int SimulatedTerminal::ongoingScans() const
 {
-    return static_cast<int>(std::ranges::count_if(
-        m_channels, [this](const auto& channel) { return isOngoing(controller(channel->number).getStatus()); }));
+    return static_cast<int>(
+        std::ranges::count_if(m_channels, [this](const auto& channel) { return isOngoing(channel->number); }));
 }
 
 /// Held by the clock, each ongoing scan comes to stand in a settle delay or ends. A stop given then cannot cross its end.
@@ -191,10 +192,9 @@ bool SimulatedTerminal::stopScan(RadioChannel channel) const
 {
     constexpr milliseconds pause{1};
     const ClockHold hold(m_clock);
-    ISpectrumDiagnosticsController& sdc = controller(channel);
-    while (isOngoing(sdc.getStatus())) {
+    while (isOngoing(channel)) {
         if (m_clock.sleepers() >= ongoingScans()) {
-            sdc.setCommand(SDC_CMD_SCAN_STOP, 0);
+            controller(channel).setCommand(SDC_CMD_SCAN_STOP, 0);
             return true;
         }
         std::this_thread::sleep_for(pause);
@@ -223,7 +223,17 @@ std::vector<SDCResult> SimulatedTerminal::samples(RadioChannel channel) const
 
 std::optional<ScanPlan> SimulatedTerminal::plan(RadioChannel channel) const
 {
-    return m_plans.planOf(channel);
+    return m_workers.planOf(channel);
+}
+
+std::optional<std::string> SimulatedTerminal::workerFailure(RadioChannel channel) const
+{
+    return m_workers.failureOf(channel);
+}
+
+void SimulatedTerminal::inject(RadioChannel channel, const Fault& fault)
+{
+    find(channel).peers.inject(fault);
 }
 
 } // namespace simulator

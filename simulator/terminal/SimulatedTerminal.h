@@ -2,7 +2,7 @@
 
 #include "simulator/host/Clock.h"
 #include "simulator/host/Trace.h"
-#include "simulator/radio/Link.h"
+#include "simulator/scenario/Scenario.h"
 #include "simulator/terminal/ScanPlan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
@@ -16,17 +16,12 @@
 
 namespace simulator {
 
-/// One radio channel of a terminal and the link that it serves.
-struct TerminalChannel {
-    RadioChannel number{};
-    Link link;
-};
-
 /// How a start ended.
 enum class ScanStart {
     underWay, ///< the sweep runs, or has run already
     failed,   ///< the controller could not plan: unsupported unit type
     busy,     ///< refused: a scan runs, or for as long as was tried the worker was still leaving one
+    noWorker, ///< an exception has ended the worker; workerFailure tells which
 };
 
 /// A whole terminal without a radio: the host, the radio peers of each channel, and one spectrum diagnostics controller per
@@ -39,6 +34,10 @@ public:
     /// module does not come up.
     /// @param clock  the terminal's time; must outlive it
     SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock);
+    SimulatedTerminal(const Scenario& scenario, Clock& clock)
+        : SimulatedTerminal(scenario.channels, clock)
+    {
+    }
 
     /// Lets running scans run to their end, without taking wall time for it even where the clock is held, so that the
     /// receivers are put back; then takes the terminal down.
@@ -54,10 +53,11 @@ public:
     std::uint32_t rxFrequency_kHz(RadioChannel channel) const;
 
     /// Starts a scan, and starts it again while the worker is still leaving the one before (a hundred times, 10 ms apart).
-    /// Returns once the sweep has begun.
+    /// Returns once the sweep has begun. What a peer throws while the start reads it comes out of here.
     ScanStart startScan(RadioChannel channel, ESDCCommand start);
 
-    /// Polls until the channel's scan has ended. Runs @p onPoll between polls. Returns the status at the end.
+    /// Polls until the channel's scan has ended, or an exception has ended its worker: then the status stays ongoing. Runs
+    /// @p onPoll between polls. Returns the status at the end.
     ESDCStatus waitForEnd(RadioChannel channel, const std::function<void()>& onPoll = {}) const;
 
     /// Stops the channel's scan at a moment when that is safe: while its worker is in a settle delay. Returns false, without
@@ -75,18 +75,27 @@ public:
     /// the constructor raises the level of the component to 5 (information) where it is lower.
     std::optional<ScanPlan> plan(RadioChannel channel) const;
 
+    /// What ended the channel's worker, in the controller's own words, such as "Exception timerThread SpectDiagCtrl1: ...";
+    /// nothing while the worker lives. There is no scan any more on that channel.
+    std::optional<std::string> workerFailure(RadioChannel channel) const;
+
+    /// Makes calls of the channel's radio go wrong, counted from now.
+    /// @throws std::invalid_argument for a fault that cannot be
+    void inject(RadioChannel channel, const Fault& fault);
+
 private:
     struct Channel;
     enum class Answer { accepted, refused, failed };
 
     Channel& find(RadioChannel channel) const;
     Answer command(Channel& channel, ESDCCommand start) const;
-    static bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore);
+    bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const;
+    bool isOngoing(RadioChannel channel) const;
     int ongoingScans() const;
 
     Clock& m_clock;
     SleepServiceInForce m_sleepInForce;
-    PlanRecorder m_plans;
+    WorkerRecorder m_workers;
     std::vector<std::unique_ptr<Channel>> m_channels;
 };
 

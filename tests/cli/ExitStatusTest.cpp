@@ -1,4 +1,4 @@
-// What decides the program's exit status once a scan has ended.
+// What the endings of the sweeps come to as the program's exit status.
 
 #include "apps/sdc/ExitStatus.h"
 
@@ -6,51 +6,28 @@
 
 namespace {
 
-using sdc::ScanOutcome;
+using sdc::Ending;
 
-constexpr ScanOutcome complete{
-    .isStopped = false, .status = SDC_STATUS_CHANNEL_SCAN_FINISHED, .taken = 13, .planned = 13, .isReceiverBack = true};
-
-TEST(ExitStatus, isCompleteOnlyForAWholeScanWithTheReceiverBack)
+TEST(ExitStatus, followsFromTheEndingOfASweep)
 {
-    EXPECT_EQ(exitStatus(complete), sdc::EXIT_COMPLETE);
-    ScanOutcome subBand = complete;
-    subBand.status = SDC_STATUS_SUB_BAND_SCAN_FINISHED;
-    EXPECT_EQ(exitStatus(subBand), sdc::EXIT_COMPLETE);
+    EXPECT_EQ(exitStatus(Ending::complete), 0);
+    EXPECT_EQ(exitStatus(Ending::failed), 3);
+    EXPECT_EQ(exitStatus(Ending::stopped), 4);
 }
 
-TEST(ExitStatus, isFailedForAReceiverThatIsNotBackWhateverElse)
+TEST(ExitStatus, ofSeveralSweepsIsFailedBeforeStoppedBeforeComplete)
 {
-    for (const bool isStopped : {false, true}) {
-        ScanOutcome outcome = complete;
-        outcome.isReceiverBack = false;
-        outcome.isStopped = isStopped;
-        EXPECT_EQ(exitStatus(outcome), sdc::EXIT_FAILED);
+    using enum sdc::ExitStatus;
+    struct Row {
+        sdc::ExitStatus left;
+        sdc::ExitStatus right;
+        sdc::ExitStatus worse;
+    };
+    for (const Row& row : {Row{EXIT_COMPLETE, EXIT_COMPLETE, EXIT_COMPLETE}, {EXIT_COMPLETE, EXIT_STOPPED, EXIT_STOPPED},
+             {EXIT_COMPLETE, EXIT_FAILED, EXIT_FAILED}, {EXIT_STOPPED, EXIT_FAILED, EXIT_FAILED}}) {
+        EXPECT_EQ(sdc::worse(row.left, row.right), row.worse) << row.left << ", " << row.right;
+        EXPECT_EQ(sdc::worse(row.right, row.left), row.worse) << row.right << ", " << row.left;
     }
-}
-
-TEST(ExitStatus, isFailedForAScanThatIsNotFinishedOrNotWhole)
-{
-    for (const ESDCStatus status :
-        {SDC_STATUS_SCAN_NOT_STARTED, SDC_STATUS_SUB_BAND_ONGOING, SDC_STATUS_CHANNEL_SCAN_ONGOING}) {
-        ScanOutcome outcome = complete;
-        outcome.status = status;
-        EXPECT_EQ(exitStatus(outcome), sdc::EXIT_FAILED);
-    }
-    for (const std::int64_t taken : {0, 12, 14}) {
-        ScanOutcome outcome = complete;
-        outcome.taken = taken;
-        EXPECT_EQ(exitStatus(outcome), sdc::EXIT_FAILED);
-    }
-}
-
-TEST(ExitStatus, isStoppedForAScanThatWasStoppedAndPutTheReceiverBack)
-{
-    ScanOutcome outcome = complete;
-    outcome.isStopped = true;
-    outcome.status = SDC_STATUS_SCAN_NOT_STARTED;
-    outcome.taken = 3;
-    EXPECT_EQ(exitStatus(outcome), sdc::EXIT_STOPPED);
 }
 
 } // namespace

@@ -7,12 +7,12 @@
 
 namespace {
 
-constexpr RadioChannel channel{5};
+constexpr RadioChannel channel{1};
 
 TEST(ScanCaller, runsOneScanAfterAnother)
 {
     simulator::RealClock clock(200); // fast, but with a time in which the scan shows as ongoing
-    const simulator::SimulatedTerminal terminal({{channel, simulator::links().front()}}, clock);
+    const simulator::SimulatedTerminal terminal(simulator::loadScenario("18-f595"), clock);
     ISpectrumDiagnosticsController& controller = terminal.controller(channel);
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(runScan(controller, SDC_CMD_CHANNEL_SCAN_START, std::chrono::minutes(1)).size(), 13U);
@@ -23,7 +23,7 @@ TEST(ScanCaller, runsOneScanAfterAnother)
 TEST(ScanCaller, getsNothingFromAUnitThatIsNotSupported)
 {
     simulator::VirtualClock clock;
-    simulator::Link link = simulator::links().front();
+    simulator::Link link = simulator::loadScenario("18-f595").channels.front().link;
     link.unitTypeText = "unheard of";
     const simulator::SimulatedTerminal terminal({{channel, link}}, clock);
     EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START, std::chrono::minutes(1)).empty());
@@ -32,7 +32,7 @@ TEST(ScanCaller, getsNothingFromAUnitThatIsNotSupported)
 TEST(ScanCaller, givesUpOnAScanThatTakesLongerThanItsLimit)
 {
     simulator::VirtualClock clock;
-    const simulator::SimulatedTerminal terminal({{channel, simulator::links().front()}}, clock);
+    const simulator::SimulatedTerminal terminal(simulator::loadScenario("18-f595"), clock);
     clock.hold(); // as if the worker had died in its sweep
     EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START, std::chrono::milliseconds(0)).empty());
 }

@@ -31,7 +31,8 @@ constexpr RadioChannel channel1{1};
 
 const Link& firstLink()
 {
-    return simulator::links().front();
+    static const Link link = simulator::loadScenario("18-f595").channels.front().link;
+    return link;
 }
 
 /// All but the time of a sweep is real: the clock is virtual.

@@ -171,6 +171,15 @@ TEST(RealTime, ofAnExtremeFactorDoesNotOverflow)
     EXPECT_EQ(clock.now(), milliseconds(4294967295));
 }
 
+TEST(Clocks, areMadeByTheirSpeed)
+{
+    EXPECT_NE(dynamic_cast<VirtualClock*>(simulator::makeClock(0.0).get()), nullptr);
+    const std::unique_ptr<Clock> clock = simulator::makeClock(20.0);
+    EXPECT_EQ(dynamic_cast<RealClock&>(*clock).wallTime(milliseconds(300)), milliseconds(15));
+    EXPECT_THROW(simulator::makeClock(-1.0), std::invalid_argument);
+    EXPECT_THROW(simulator::makeClock(std::nan("")), std::invalid_argument);
+}
+
 TEST(SleepService, isRealTimeUntilAnotherIsPutInForce)
 {
     EXPECT_NE(dynamic_cast<RealClock*>(&Util::DefaultSleepApi::get()), nullptr);

@@ -163,12 +163,4 @@ TEST(PossibleLinks, neverLeadAControllersPlansAstray)
     EXPECT_GT(rightlyRefused, 300) << "the calculation here must find what is wrong, or it proves nothing";
 }
 
-TEST(PossibleLinks, areAllThatAreBuiltIn)
-{
-    for (const Link& link : simulator::links()) {
-        EXPECT_EQ(troubleOf(link), "") << link.name;
-    }
-    EXPECT_EQ(troubleOf(tests::plainLink()), "");
-}
-
 } // namespace

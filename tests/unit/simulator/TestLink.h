@@ -8,7 +8,6 @@ namespace tests {
 inline simulator::Link plainLink()
 {
     simulator::Link link;
-    link.name = "plain";
     link.unitTypeText = "KLM6 18G";
     link.frequencyParameters = {
         18, {17700000, 18700000, 1010000}, 18700000, 19700000, 250, 17000000, 18000000, {2801, 6801}, 2800, 6800};

@@ -1,0 +1,279 @@
+#include "apps/sdc/Console.h"
+
+#include "apps/sdc/results/Format.h"
+#include "simulator/scenario/Suggestion.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iostream>
+#include <iterator>
+
+namespace sdc {
+
+namespace {
+
+using simulator::ScanStart;
+
+template <typename Number>
+Number parse(const std::string& word, const char* what)
+{
+    Number number{};
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (error != std::errc{} || end != word.data() + word.size()) {
+        throw BadLine("'" + word + "' is no " + what);
+    }
+    return number;
+}
+
+template <typename Value>
+Value named(const std::string& word, const char* what, std::initializer_list<Value> all)
+{
+    std::string names;
+    for (const Value value : all) {
+        if (word == simulator::toString(value)) {
+            return value;
+        }
+        names += (names.empty() ? "" : ", ") + std::string(simulator::toString(value));
+    }
+    throw BadLine("there is no " + std::string(what) + " '" + word + "'; there are " + names);
+}
+
+simulator::Operation operationNamed(const std::string& word)
+{
+    using enum simulator::Operation;
+    return named(word, "operation",
+        {setRxFrequency, readRssi, getRxFrequency, getChannelSpacing, getFrequencyParameters, createPropertiesProvider,
+            getProperties, getUnitInfo});
+}
+
+simulator::FaultAction actionNamed(const std::string& word)
+{
+    using enum simulator::FaultAction;
+    return named(word, "action", {refuse, fail, answer, stick});
+}
+
+std::string resultText(std::int32_t code)
+{
+    switch (code) {
+    case SDC_RC_OK: return "0 SDC_RC_OK";
+    case SDC_RC_FAILED: return "32768 SDC_RC_FAILED";
+    case SDC_RC_UNKNOWN_COMMAND: return "32770 SDC_RC_UNKNOWN_COMMAND";
+    default: return std::to_string(code);
+    }
+}
+
+} // namespace
+
+Console::Console(const simulator::Scenario& scenario, RadioChannel channel, std::uint32_t traceLevel,
+    simulator::Clock& clock, std::ostream& output)
+    : m_clock(clock)
+    , m_terminal(scenario, clock)
+    , m_channel(channel)
+    , m_output(output)
+{
+    m_terminal.controller(m_channel); // throws for a channel that there is not
+    showTrace(traceLevel);
+}
+
+const std::vector<Console::Verb>& Console::verbs()
+{
+    static const std::vector<Verb> all{
+        {"channel-scan-start", "", 0, "start a channel scan", &Console::start},
+        {"sub-band-scan-start", "", 0, "start a sub-band scan", &Console::start},
+        {"scan-stop", "", 0, "stop the scan", &Console::stop},
+        {"get-status", "", 0, "status and progress", &Console::status},
+        {"get-result", "[COUNT]", 1, "the samples, or the first COUNT of them", &Console::result},
+        {"get-scan-properties", "", 0, "ask the radio for its properties; the next start uses them", &Console::properties},
+        {"wait", "", 0, "wait until the scan has ended and the receiver is back", &Console::wait},
+        {"hold", "", 0, "stop the clock: a scan stays in its settle delay", &Console::hold},
+        {"release", "", 0, "let the clock go on", &Console::release},
+        {"channel", "[NUMBER]", 1, "the radio channel that commands go to", &Console::channel},
+        {"fault", "OPERATION ACTION [CALLS [VALUE]]", 4, "make the next calls of a radio operation go wrong",
+            &Console::fault},
+        {"trace", "LEVEL", 1, "show the controllers' trace up to a level, 0 to 7, on standard error", &Console::trace},
+        {"help", "", 0, "this list", &Console::help},
+        {"quit", "", 0, "end; so does the end of the input", &Console::quit},
+    };
+    return all;
+}
+
+bool Console::act(const Words& words)
+{
+    const auto verb = std::ranges::find(verbs(), words.front(), &Verb::name);
+    if (verb == verbs().end()) {
+        std::vector<std::string_view> names;
+        std::ranges::transform(verbs(), std::back_inserter(names), &Verb::name);
+        const auto nearest = simulator::nearest(words.front(), names);
+        throw BadLine("unknown command '" + words.front() + "'; "
+            + (nearest ? "did you mean '" + std::string(*nearest) + "'?" : std::string("'help' lists the commands")));
+    }
+    if (words.size() - 1 > verb->mostArguments) {
+        throw BadLine("too many words; it is: " + std::string(verb->name) + " " + verb->arguments);
+    }
+    (this->*verb->action)(words);
+    return !m_isOver;
+}
+
+bool Console::isOngoing() const
+{
+    const ESDCStatus now = controller().getStatus();
+    const bool isScan = now == SDC_STATUS_CHANNEL_SCAN_ONGOING || now == SDC_STATUS_SUB_BAND_ONGOING;
+    return isScan && !m_terminal.workerFailure(m_channel);
+}
+
+/// A start beside a scan is given as it is: the controller refuses it without harm. Any other goes through the terminal,
+/// which gives it anew while the worker is still leaving the scan before.
+void Console::start(const Words& words)
+{
+    const bool isChannelScan = words[0] == SDCCommand::toString(SDC_CMD_CHANNEL_SCAN_START);
+    const ESDCCommand command = isChannelScan ? SDC_CMD_CHANNEL_SCAN_START : SDC_CMD_SUB_BAND_SCAN_START;
+    if (isOngoing() || isHeldAfterStop()) {
+        m_output << resultText(controller().setCommand(command, 0)) << '\n';
+        return;
+    }
+    switch (m_terminal.startScan(m_channel, command)) {
+    case ScanStart::failed: m_output << resultText(SDC_RC_FAILED) << '\n'; break;
+    case ScanStart::noWorker: m_output << m_terminal.workerFailure(m_channel).value() << '\n'; break;
+    default: m_output << resultText(SDC_RC_OK) << '\n'; break;
+    }
+}
+
+/// A stop that crosses the end of a sweep would leave the worker spinning. The terminal gives it to a sweep that stands in a
+/// settle delay; where none runs, it is given once the worker is idle.
+void Console::stop(const Words&)
+{
+    if (isOngoing() && m_terminal.stopScan(m_channel)) {
+        m_isStopping = true;
+        m_output << resultText(SDC_RC_OK) << '\n';
+        return;
+    }
+    if (!isHeldAfterStop()) {
+        m_terminal.waitForIdle(m_channel);
+    }
+    m_output << resultText(controller().setCommand(SDC_CMD_SCAN_STOP, 0)) << '\n';
+}
+
+void Console::status(const Words&)
+{
+    m_output << SDCStatus::toString(controller().getStatus()) << ", progress " << controller().getProgress() << " %\n";
+    if (const auto failure = m_terminal.workerFailure(m_channel)) {
+        m_output << *failure << '\n';
+    }
+}
+
+void Console::result(const Words& words)
+{
+    std::vector<SDCResult> samples = m_terminal.samples(m_channel);
+    if (words.size() > 1) {
+        samples.resize(
+            std::min(samples.size(), parse<std::size_t>(words[1], "count of samples: write a number such as 10")));
+    }
+    m_output << resultText(SDC_RC_OK) << ", " << samples.size() << (samples.size() == 1 ? " sample\n" : " samples\n");
+    for (const SDCResult& sample : samples) {
+        m_output << right(megahertz(sample.frequency_kHz), 12) << " MHz " << right(hundredths(sample.rssi), 7) << " dBm\n";
+    }
+}
+
+void Console::properties(const Words&)
+{
+    const SDCProperties properties = controller().getSpectrumDiagnosticsProperties();
+    const auto yesNo = [](std::uint8_t flag) { return flag != 0 ? "yes" : "no"; };
+    m_output << "long haul " << yesNo(properties.longHaul) << ", extended rx wait " << yesNo(properties.extendedRxWait)
+             << ", slow rx wait " << yesNo(properties.slowRxWait) << ", spare flag " << yesNo(properties.spareFlag) << '\n';
+}
+
+void Console::wait(const Words& words)
+{
+    if (m_isHeld && (isOngoing() || m_isStopping)) {
+        throw BadLine("the clock is held, so the scan cannot end: 'release' first");
+    }
+    m_terminal.waitForEnd(m_channel);
+    m_terminal.waitForIdle(m_channel);
+    m_isStopping = false;
+    status(words);
+    m_output << "receiver at " << megahertz(m_terminal.rxFrequency_kHz(m_channel)) << " MHz\n";
+}
+
+void Console::hold(const Words&)
+{
+    if (m_isHeld) {
+        throw BadLine("the clock is held already; 'release' lets it go on");
+    }
+    m_clock.hold();
+    m_isHeld = true;
+}
+
+void Console::release(const Words&)
+{
+    if (!m_isHeld) {
+        throw BadLine("the clock is not held; 'hold' stops it");
+    }
+    m_clock.release();
+    m_isHeld = false;
+}
+
+void Console::channel(const Words& words)
+{
+    if (words.size() > 1) {
+        const RadioChannel wanted{parse<std::uint32_t>(words[1], "channel number: write one such as 1")};
+        m_terminal.controller(wanted); // throws for a channel that there is not
+        m_channel = wanted;
+    }
+    m_output << "channel " << static_cast<std::uint32_t>(m_channel) << '\n';
+}
+
+void Console::trace(const Words& words)
+{
+    const std::string level = words.size() > 1 ? words[1] : "";
+    if (level.size() != 1 || level[0] < '0' || level[0] > '7') {
+        throw BadLine(
+            "'" + level + "' is no trace level: write 0 (nothing), 1 (errors), 5 (information), 6 (calls) or 7 (steps)");
+    }
+    showTrace(static_cast<std::uint32_t>(level[0] - '0'));
+}
+
+/// The controllers write level 5 all the time, which tells the terminal the plans.
+void Console::showTrace(std::uint32_t level)
+{
+    simulator::trace::setLevel("ZRP.SDC", static_cast<PlxTraceLevel>(std::max<std::uint32_t>(level, PLX_TRACE_LEVEL_INFO)));
+    m_trace.emplace(std::cerr, static_cast<PlxTraceLevel>(level));
+}
+
+void Console::fault(const Words& words)
+{
+    if (words.size() < 3) {
+        throw BadLine("a fault needs an operation and an action, such as: fault setRxFrequency refuse");
+    }
+    simulator::Fault fault;
+    fault.operation = operationNamed(words[1]);
+    fault.action = actionNamed(words[2]);
+    if (words.size() > 3) {
+        fault.calls =
+            words[3] == "all" ? simulator::Fault::all : parse<std::uint64_t>(words[3], "number of calls, or 'all'");
+    }
+    if (words.size() > 4 && fault.operation == simulator::Operation::getUnitInfo) {
+        fault.text = words[4];
+    } else if (words.size() > 4) {
+        fault.value = parse<std::int64_t>(words[4], "number to answer with");
+    }
+    try {
+        m_terminal.inject(m_channel, fault);
+    } catch (const std::invalid_argument& impossible) {
+        throw BadLine(impossible.what());
+    }
+}
+
+void Console::help(const Words&)
+{
+    for (const Verb& verb : verbs()) {
+        const std::string usage = std::string(verb.name) + (*verb.arguments != '\0' ? " " : "") + verb.arguments;
+        m_output << usage << std::string(usage.size() < 40 ? 40 - usage.size() : 1, ' ') << verb.help << '\n';
+    }
+}
+
+void Console::quit(const Words&)
+{
+    m_isOver = true;
+}
+
+} // namespace sdc

@@ -1,0 +1,38 @@
+#include "apps/sdc/ResultFile.h"
+
+#include "apps/sdc/results/ResultJson.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <system_error>
+
+namespace sdc {
+
+namespace {
+
+std::string readAll(std::istream& stream)
+{
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+} // namespace
+
+ScanResult readResult(const std::string& file)
+{
+    if (file == "-") {
+        return parseResult(readAll(std::cin), "standard input");
+    }
+    if (std::filesystem::is_directory(file)) {
+        throw ResultError(file + ": is a folder; a file that 'sdc scan --json' wrote is needed");
+    }
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw ResultError(file + ": cannot be read: " + std::generic_category().message(errno));
+    }
+    return parseResult(readAll(stream), file);
+}
+
+} // namespace sdc

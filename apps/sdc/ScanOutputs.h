@@ -1,0 +1,42 @@
+#pragma once
+
+#include "apps/sdc/TerminalDevice.h"
+#include "apps/sdc/results/ScanResult.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sdc {
+
+enum class OutputFormat : std::uint8_t { table, csv, json, sweep, plot };
+
+/// One way in which the samples are written.
+struct Output {
+    OutputFormat format{};
+    std::string file; ///< "-": standard output
+};
+
+struct OutputOptions {
+    std::vector<Output> outputs; ///< at most one to standard output; where none goes there, the table does
+    std::size_t rows = 0;        ///< most rows of the table, 0: one for each sample
+    ColorMode color{};
+};
+
+std::string_view toString(OutputFormat format);
+
+/// Whether one of the outputs goes to standard output.
+bool usesStandardOutput(const std::vector<Output>& outputs);
+
+/// Finds out before a scan, which may take hours, what can be known of outputs that cannot be written after it.
+/// @throws std::runtime_error that names the file and the reason
+void checkOutputs(const std::vector<Output>& outputs);
+
+/// Writes all outputs, those to files first; what cannot be written does not keep the others from it.
+/// @return what could not be written, one line each. A reader that has had enough of standard output is no news, and adds an
+/// empty line.
+std::vector<std::string> writeOutputs(const ScanResult& result, const OutputOptions& options);
+
+} // namespace sdc

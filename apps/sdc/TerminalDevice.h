@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+namespace sdc {
+
+/// When to print in colour.
+enum class ColorMode : std::uint8_t { automatic, always, never };
+
+/// Whether a person looks at a file descriptor.
+bool isTerminal(int file);
+
+/// Whether a terminal stands behind a file descriptor that can write over a line: TERM is not "dumb".
+bool isCapableTerminal(int file);
+
+/// Columns of the terminal: as the terminal says, or else the environment variable COLUMNS, or else 80.
+int terminalWidth(int file);
+
+/// Whether to print in colour to a file descriptor. Automatic: on a capable terminal, unless NO_COLOR is set to some text.
+bool usesColor(ColorMode mode, int file);
+
+/// Makes sure that the three standard descriptors are open, so that no file that is opened later takes the number of one of
+/// them: what a closed one is used for fails as before.
+void holdStandardDescriptors();
+
+/// Whether the reader of a pipe has gone.
+bool isReaderGone(int file);
+
+} // namespace sdc

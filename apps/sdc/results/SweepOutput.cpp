@@ -1,0 +1,98 @@
+#include "apps/sdc/results/Format.h"
+#include "apps/sdc/results/Outputs.h"
+#include "apps/sdc/results/Power.h"
+#include "apps/sdc/results/TimeText.h"
+
+#include <algorithm>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace sdc {
+
+namespace {
+
+using simulator::ScanPlan;
+
+constexpr std::int64_t hertzPerKilohertz = 1000;
+
+struct Row {
+    TimePoint start;
+    std::uint32_t lowest_kHz;
+    std::string text;
+};
+
+/// From one sample to the next; 0 when the sweep has no two places.
+std::uint32_t stepOf(const Sweep& sweep, const ScanPlan& plan)
+{
+    const std::vector<SDCResult>& samples = sweep.samples;
+    if (samples.size() > 1) {
+        return samples[1].frequency_kHz - samples[0].frequency_kHz;
+    }
+    return plan.samples > 1 ? plan.step_kHz : 0;
+}
+
+/// How many levels a row has: those taken, and those that the plan has room for after them.
+std::size_t levelCount(const Sweep& sweep, const ScanPlan& plan, std::uint32_t step_kHz)
+{
+    const std::int64_t range_kHz = std::int64_t{plan.highest_kHz} - sweep.samples.front().frequency_kHz;
+    const std::int64_t room = range_kHz < 0 ? 0 : range_kHz / step_kHz + 1;
+    const std::int64_t planned = std::min<std::int64_t>(room, plan.samples);
+    return static_cast<std::size_t>(std::max<std::int64_t>(planned, std::ssize(sweep.samples)));
+}
+
+/// The levels of a row, each with what separates it from the one before.
+std::string levels(const Sweep& sweep, std::size_t count)
+{
+    std::string text;
+    for (std::size_t index = 0; index < count; ++index) {
+        text += ", " + (index < sweep.samples.size() ? hundredths(sweep.samples[index].rssi) : std::string("nan"));
+    }
+    return text;
+}
+
+/// A receiver that stayed in one place has one level there.
+std::string levelOfOnePlace(const Sweep& sweep)
+{
+    PowerMean mean;
+    for (const SDCResult& sample : sweep.samples) {
+        mean.add(sample.rssi);
+    }
+    return ", " + hundredths(mean.mean());
+}
+
+Row rowOf(const Sweep& sweep, const ScanPlan& plan)
+{
+    const std::uint32_t step_kHz = stepOf(sweep, plan);
+    const std::size_t count = step_kHz == 0 ? 1 : levelCount(sweep, plan, step_kHz);
+    // What stays in one place has no step; the channel's width says best what the level is about.
+    const std::uint32_t bin_kHz = step_kHz == 0 ? std::max(plan.channelSpacing_kHz, 1U) : step_kHz;
+    const std::uint32_t lowest_kHz = sweep.samples.front().frequency_kHz;
+    const std::int64_t low_Hz = hertzPerKilohertz * lowest_kHz;
+    const std::int64_t step_Hz = hertzPerKilohertz * bin_kHz;
+    const std::int64_t high_Hz = low_Hz + static_cast<std::int64_t>(count) * step_Hz;
+    const std::string head = dateText(sweep.start) + ", " + clockText(sweep.start) + ", " + std::to_string(low_Hz) + ", "
+        + std::to_string(high_Hz) + ", " + std::to_string(step_Hz) + ", " + std::to_string(sweep.samples.size());
+    return {sweep.start, lowest_kHz, head + (step_kHz == 0 ? levelOfOnePlace(sweep) : levels(sweep, count)) + "\n"};
+}
+
+} // namespace
+
+void writeSweep(std::ostream& stream, const ScanResult& result)
+{
+    std::vector<Row> rows;
+    for (const ChannelResult& channel : result.channels) {
+        for (const Sweep& sweep : channel.sweeps) {
+            if (!sweep.samples.empty()) {
+                rows.push_back(rowOf(sweep, channel.plan));
+            }
+        }
+    }
+    std::ranges::stable_sort(rows, {},
+        [](const Row& row) { return std::tuple(std::chrono::floor<std::chrono::seconds>(row.start), row.lowest_kHz); });
+    for (const Row& row : rows) {
+        stream << row.text;
+    }
+}
+
+} // namespace sdc

@@ -1,0 +1,41 @@
+#pragma once
+
+// What the author of a module that scans does without a radio. The tests compile and run it.
+
+#include "simulator/terminal/SimulatedTerminal.h"
+
+#include <ostream>
+
+// begin
+inline void tryScans(std::ostream& out)
+{
+    using namespace simulator;
+    const Scenario scenario = loadScenario("18-f595"); // or a file of your own
+    const RadioChannel channel = scenario.channels.front().number;
+    VirtualClock clock; // a sweep of hours takes milliseconds; RealClock takes hours
+    SimulatedTerminal terminal(scenario, clock);
+
+    // Your module finds the controller in the broker, or is given terminal.controller(channel).
+    terminal.startScan(channel, SDC_CMD_CHANNEL_SCAN_START);
+    terminal.waitForEnd(channel);
+    for (const SDCResult& sample : terminal.samples(channel)) {
+        out << sample.frequency_kHz << " kHz: " << sample.rssi << " hundredths of a dBm\n";
+    }
+    terminal.waitForIdle(channel);
+
+    RecordingTraceSink trace;
+    trace::addSink(trace);
+    terminal.inject(channel, {Operation::setRxFrequency, FaultAction::refuse, 3}); // the third tuning from now
+    terminal.startScan(channel, SDC_CMD_SUB_BAND_SCAN_START);
+    const ESDCStatus status = terminal.waitForEnd(channel);
+    terminal.waitForIdle(channel);
+    trace::removeSink(trace);
+
+    out << SDCStatus::toString(status) << " after " << terminal.samples(channel).size() << " samples\n";
+    for (const TraceRecord& record : trace.records()) {
+        if (record.level == PLX_TRACE_LEVEL_ERROR) {
+            out << record.text << '\n';
+        }
+    }
+}
+// end

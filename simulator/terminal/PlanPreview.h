@@ -1,0 +1,19 @@
+#pragma once
+
+#include "simulator/scenario/Scenario.h"
+#include "simulator/terminal/ScanPlan.h"
+
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+
+#include <optional>
+
+namespace simulator {
+
+/// What a scan of a channel would do: the controller's own plan, out of a scan on a terminal of its own in virtual time,
+/// with the radio's properties known to the controller and without the link's faults. Call while there is no terminal.
+/// @param start  SDC_CMD_CHANNEL_SCAN_START or SDC_CMD_SUB_BAND_SCAN_START
+/// @return nothing when the controller cannot plan: its unit type is not supported
+/// @throws what the terminal's constructor throws
+std::optional<ScanPlan> previewPlan(const TerminalChannel& channel, ESDCCommand start);
+
+} // namespace simulator

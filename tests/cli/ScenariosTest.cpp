@@ -1,0 +1,105 @@
+// sdc scenarios.
+
+#include "tests/cli/SdcFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+using Scenarios = Sdc;
+
+TEST_F(Scenarios, areListedInColumns)
+{
+    const Outcome outcome = run("scenarios list");
+    EXPECT_EQ(outcome.status, 0);
+    const std::vector<std::string> rows = lines(outcome.out);
+    ASSERT_GE(rows.size(), 18U);
+    EXPECT_THAT(rows[0], testing::MatchesRegex("name +GHz  unit +channels +description"));
+    const std::size_t description = rows[0].find("description");
+    for (const std::string& row : rows) {
+        EXPECT_NE(row.at(description), ' ') << row;
+        EXPECT_EQ(row.substr(description - 2, 2), "  ") << row;
+    }
+    EXPECT_THAT(rows, Contains(testing::MatchesRegex("18-f595 +18 +KLM6 18G +1 +18 GHz, 27.5 MHz raster, .*")));
+    EXPECT_THAT(rows, Contains(testing::MatchesRegex("8-quad +8 +4741 8G +1, 2, 3, 4 +8 GHz, .*")));
+}
+
+TEST_F(Scenarios, areListedByNameAlone)
+{
+    const std::vector<std::string> names = lines(run("scenarios list --names").out);
+    EXPECT_EQ(names.size() + 1, lines(run("scenarios list").out).size());
+    EXPECT_THAT(names, Contains("18-f595"));
+}
+
+TEST_F(Scenarios, thatAreBuiltInAllPassTheirCheckAndHaveAPlan)
+{
+    std::string all;
+    for (const std::string& name : lines(run("scenarios list --names").out)) {
+        all += " " + name;
+        EXPECT_EQ(run("plan --scenario " + name).status, 0) << name;
+    }
+    const Outcome outcome = run("scenarios check" + all);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(lines(outcome.out), testing::Each(testing::EndsWith(": ok")));
+}
+
+TEST_F(Scenarios, areShownAsTheirFileStands)
+{
+    std::ifstream file(SDC_SCENARIOS "/18-f595.json", std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    ASSERT_FALSE(text.empty());
+    EXPECT_EQ(run("scenarios show 18-f595").out, text);
+    write("mine.json", "not even JSON");
+    const Outcome mine = run("scenarios show mine.json");
+    EXPECT_EQ(mine.status, 0);
+    EXPECT_EQ(mine.out, "not even JSON");
+}
+
+TEST_F(Scenarios, thatThereAreNotCannotBeShown)
+{
+    const Outcome near = run("scenarios show strom");
+    EXPECT_EQ(near.status, 2);
+    EXPECT_THAT(near.err, testing::AllOf(StartsWith("sdc: strom: "), HasSubstr("did you mean 'storm'?")));
+    EXPECT_THAT(near.out, IsEmpty());
+    std::filesystem::create_directory(folder / "some");
+    write("empty.json", "");
+    for (const char* const bad : {"some", "empty.json"}) {
+        const Outcome outcome = run(std::string("scenarios show ") + bad);
+        EXPECT_EQ(outcome.status, 2) << bad;
+        EXPECT_THAT(outcome.err, StartsWith(std::string("sdc: ") + bad + ": "));
+    }
+}
+
+TEST_F(Scenarios, areCheckedEachWithAllFindings)
+{
+    ASSERT_NO_FATAL_FAILURE(writeScenario("good.json", "storm", {}));
+    ASSERT_NO_FATAL_FAILURE(writeScenario("bad.json", "18-f595",
+        {{"\"jitter_dB\": 0.5", "\"jitter_dB\": \"much\""}, {"\"noise_figure_dB\"", "\"noise_figur_dB\""}}));
+    const Outcome outcome = run("scenarios check good.json bad.json missing.json 18-f595");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, IsEmpty());
+    const std::vector<std::string> said = lines(outcome.out);
+    EXPECT_EQ(said.front(), "good.json: ok");
+    EXPECT_EQ(said.back(), "18-f595: ok");
+    EXPECT_THAT(said, Contains(StartsWith("bad.json: $.channels[0].receiver.jitter_dB: ")));
+    EXPECT_THAT(said, Contains(testing::AllOf(StartsWith("bad.json: $.channels[0].receiver"), HasSubstr("noise_figur_dB"))));
+    EXPECT_THAT(said, Contains(StartsWith("missing.json: ")));
+}
+
+TEST_F(Scenarios, thatAreBadEndAScanWithStatus2AndTheirFindings)
+{
+    ASSERT_NO_FATAL_FAILURE(writeScenario("bad.json", "18-f595", {{"\"jitter_dB\": 0.5", "\"jitter_dB\": \"much\""}}));
+    for (const char* const command : {"scan channel", "plan"}) {
+        const Outcome outcome = run(std::string(command) + " --scenario bad.json");
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_THAT(outcome.err, StartsWith("sdc: bad.json: $.channels[0].receiver.jitter_dB: "));
+        EXPECT_THAT(outcome.out, IsEmpty());
+    }
+}
+
+} // namespace

@@ -1,0 +1,62 @@
+#include "apps/sdc/results/Gnuplot.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using sdc::runGnuplot;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+std::string failureOf(const std::string& program)
+{
+    try {
+        static_cast<void>(runGnuplot(program));
+        return "";
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+}
+
+} // namespace
+
+TEST(Gnuplots, whatItWritesIsReturned)
+{
+    EXPECT_EQ(runGnuplot("set print '-'\nprint 'text'\n"), "text\n");
+    EXPECT_EQ(runGnuplot(""), "");
+}
+
+TEST(Gnuplots, failureIsToldInItsOwnWordsOnOneLine)
+{
+    const std::string failure = failureOf("nonsense here\n");
+    EXPECT_THAT(failure, StartsWith("gnuplot failed: "));
+    EXPECT_THAT(failure, HasSubstr("invalid command"));
+    EXPECT_EQ(failure.find('\n'), std::string::npos);
+}
+
+// Neither side may wait for the other: more than fits into a pipe goes in while as much comes out.
+TEST(Gnuplots, longProgramsAndLongOutputsPass)
+{
+    std::string program = "set print '-'\n";
+    const std::string line(500, 'x');
+    for (int count = 0; count < 2000; ++count) {
+        program += "print '" + line + "'\n";
+    }
+    EXPECT_EQ(runGnuplot(program).size(), 2000U * 501U);
+}
+
+TEST(Gnuplots, programsThatNobodyReadsToTheEndDoNoHarm)
+{
+    struct sigaction before {};
+    ASSERT_EQ(sigaction(SIGPIPE, nullptr, &before), 0);
+    EXPECT_EQ(before.sa_handler, SIG_DFL) << "a signal would end this program";
+    EXPECT_EQ(failureOf("exit\n" + std::string(1'000'000, '#')), "");
+}
+
+TEST(Gnuplots, deathBySignalIsTold)
+{
+    EXPECT_EQ(failureOf("system('kill -KILL $PPID')\n"), "gnuplot was ended by signal 9");
+}

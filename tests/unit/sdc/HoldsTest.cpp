@@ -1,0 +1,93 @@
+#include "apps/sdc/results/Holds.h"
+#include "apps/sdc/results/Power.h"
+
+#include "TestResults.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace testing_results;
+using sdc::Hold;
+
+namespace sdc {
+
+static bool operator==(const Hold& left, const Hold& right)
+{
+    return left.frequency_kHz == right.frequency_kHz && left.max == right.max && left.min == right.min
+        && left.average == right.average && left.readings == right.readings;
+}
+
+} // namespace sdc
+
+// 1 mW and 0.1 mW have the mean 0.55 mW, which is -2.596 dBm.
+TEST(PowerMeans, averageIsOfPowersAndNotOfDecibels)
+{
+    for (const auto& order : {std::vector<std::int32_t>{0, -1000}, {-1000, 0}}) {
+        sdc::PowerMean mean;
+        for (const std::int32_t level : order) {
+            mean.add(level);
+        }
+        EXPECT_EQ(mean.mean(), -260);
+        EXPECT_EQ(mean.strongest(), 0);
+        EXPECT_EQ(mean.count(), 2U);
+    }
+}
+
+TEST(PowerMeans, equalLevelsAverageToThemselves)
+{
+    for (const std::int32_t level : {-9970, 0, 4242}) {
+        sdc::PowerMean mean;
+        mean.add(level);
+        mean.add(level);
+        mean.add(level);
+        EXPECT_EQ(mean.mean(), level);
+    }
+}
+
+TEST(PowerMeans, noLevelIsTooOdd)
+{
+    sdc::PowerMean mean;
+    mean.add(std::numeric_limits<std::int32_t>::min());
+    mean.add(std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(mean.mean(), std::numeric_limits<std::int32_t>::max() - 301) << "half the power of the stronger one";
+}
+
+TEST(Holds, eachFrequencyHasItsMaxMinAndAverage)
+{
+    const std::vector<Hold> expected{{100000, 0, -1000, -260, 2}, {101000, -5000, -5000, -5000, 2}};
+    EXPECT_EQ(sdc::holds({sweepOf({-1000, -5000}), sweepOf({0, -5000})}), expected);
+}
+
+TEST(Holds, frequencyIsHeldOverTheSweepsThatReachedIt)
+{
+    const auto found = sdc::holds({sweepOf({-9000, -6000}), sweepOf({-9000}), sweepOf({-7000, -4000, -3000})});
+    // 1e-9 + 1e-9 + 1e-7 mW over 3 are -74.69 dBm; 1e-6 and 1e-4 mW over 2 are -42.97 dBm.
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0], (Hold{100000, -7000, -9000, -7469, 3}));
+    EXPECT_EQ(found[1], (Hold{101000, -4000, -6000, -4297, 2}));
+    EXPECT_EQ(found[2], (Hold{102000, -3000, -3000, -3000, 1}));
+}
+
+TEST(Holds, sweepsWithoutSamplesHoldNothing)
+{
+    EXPECT_TRUE(sdc::holds({}).empty());
+    EXPECT_TRUE(sdc::holds({sweepOf({}), sweepOf({})}).empty());
+}
+
+TEST(Holds, traceOfOneSweepIsTheSweep)
+{
+    const auto trace = sdc::traceOf(channelOf(1, {sweepOf({-5000, -6000})}));
+    ASSERT_EQ(trace.size(), 2U);
+    EXPECT_EQ(trace[1].frequency_kHz, 101000U);
+    EXPECT_EQ(trace[1].rssi, -6000);
+}
+
+TEST(Holds, traceOfSeveralSweepsIsTheirAverage)
+{
+    const auto trace = sdc::traceOf(channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000})}));
+    ASSERT_EQ(trace.size(), 2U);
+    EXPECT_EQ(trace[0].rssi, -260);
+    EXPECT_EQ(trace[1].frequency_kHz, 101000U);
+    EXPECT_EQ(trace[1].rssi, -5000);
+}

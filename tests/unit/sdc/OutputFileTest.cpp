@@ -1,0 +1,185 @@
+#include "apps/sdc/results/OutputFile.h"
+
+#include "TestResults.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+namespace {
+
+class OutputFile : public testing::Test {
+protected:
+    OutputFile()
+    {
+        std::string name = (fs::temp_directory_path() / "sdc-output.XXXXXX").string();
+        m_folder = mkdtemp(name.data());
+    }
+    ~OutputFile() override { fs::remove_all(m_folder); }
+
+    std::string in(const std::string& name) const { return (m_folder / name).string(); }
+
+    static std::string contentsOf(const std::string& file)
+    {
+        std::ifstream stream(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    static void write(const std::string& file, const std::string& text)
+    {
+        sdc::writeFile(file, [&](std::ostream& stream) { stream << text; });
+    }
+
+    /// What is said when a file cannot be written; empty when it can.
+    static std::string failureOf(const std::string& file)
+    {
+        try {
+            write(file, "text");
+            return "";
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+    }
+
+    std::size_t filesInFolder() const
+    {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()));
+    }
+
+    fs::path m_folder;
+};
+
+} // namespace
+
+TEST_F(OutputFile, fileAppearsWithEveryByte)
+{
+    const std::string bytes("\r\n\0\xFF\x1A\n", 6);
+    write(in("new"), bytes);
+    EXPECT_EQ(contentsOf(in("new")), bytes);
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(OutputFile, fileIsReplacedAsAWhole)
+{
+    write(in("file"), "a long text");
+    sdc::writeFile(in("file"), [&](std::ostream& stream) {
+        stream << "short" << std::flush;
+        EXPECT_EQ(contentsOf(in("file")), "a long text") << "the old one stands until the new one is whole";
+    });
+    EXPECT_EQ(contentsOf(in("file")), "short");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(OutputFile, nothingChangesWhenTheWriterFails)
+{
+    write(in("file"), "old");
+    const auto fails = [](std::ostream& stream) {
+        stream << "half";
+        throw std::logic_error("no more");
+    };
+    EXPECT_THROW(sdc::writeFile(in("file"), fails), std::logic_error);
+    EXPECT_THROW(sdc::writeFile(in("new"), fails), std::logic_error);
+    EXPECT_EQ(contentsOf(in("file")), "old");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(OutputFile, streamThatFailsLeavesTheOldFile)
+{
+    write(in("file"), "old");
+    EXPECT_THROW(
+        sdc::writeFile(in("file"), [](std::ostream& stream) { stream.setstate(std::ios::badbit); }), std::runtime_error);
+    EXPECT_EQ(contentsOf(in("file")), "old");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(OutputFile, newFilesHaveTheUsualModeAndOldOnesKeepTheirs)
+{
+    const mode_t mask = umask(027);
+    write(in("new"), "text");
+    umask(mask);
+    EXPECT_EQ(fs::status(in("new")).permissions(), fs::perms(0640));
+    fs::permissions(in("new"), fs::perms(0604));
+    write(in("new"), "other");
+    EXPECT_EQ(fs::status(in("new")).permissions(), fs::perms(0604));
+}
+
+TEST_F(OutputFile, linksLeadToTheFileThatIsWritten)
+{
+    fs::create_directory(in("folder"));
+    write(in("folder/file"), "old");
+    fs::create_symlink("folder/file", in("link"));
+    fs::create_symlink(in("link"), in("folder/absolute"));
+    write(in("folder/absolute"), "new");
+    EXPECT_TRUE(fs::is_symlink(in("link")));
+    EXPECT_TRUE(fs::is_symlink(in("folder/absolute")));
+    EXPECT_FALSE(fs::is_symlink(in("folder/file")));
+    EXPECT_EQ(contentsOf(in("folder/file")), "new");
+}
+
+TEST_F(OutputFile, linkToNothingMakesTheFile)
+{
+    fs::create_symlink("target", in("link"));
+    write(in("link"), "text");
+    EXPECT_TRUE(fs::is_symlink(in("link")));
+    EXPECT_EQ(contentsOf(in("target")), "text");
+}
+
+TEST_F(OutputFile, devicesAreWrittenTo)
+{
+    write("/dev/null", "text");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_EQ(failureOf("/dev/full"), "cannot write to /dev/full: No space left on device");
+}
+
+TEST_F(OutputFile, failuresNameTheFileAndTheReason)
+{
+    fs::create_symlink("loop", in("loop"));
+    write(in("file"), "text");
+    EXPECT_EQ(failureOf(m_folder.string()), "cannot write to " + m_folder.string() + ": it is a folder");
+    EXPECT_EQ(failureOf(in("no/file")), "cannot write to " + in("no/file") + ": No such file or directory");
+    EXPECT_EQ(failureOf(in("file/file")), "cannot write to " + in("file/file") + ": Not a directory");
+    EXPECT_EQ(failureOf(in("loop")), "cannot write to " + in("loop") + ": Too many levels of symbolic links");
+    EXPECT_EQ(failureOf(""), "cannot write to : No such file or directory");
+}
+
+TEST_F(OutputFile, readOnlyFilesAreNotReplaced)
+{
+    write(in("file"), "old");
+    fs::permissions(in("file"), fs::perms(0444));
+    if (access(in("file").c_str(), W_OK) == 0) {
+        GTEST_SKIP() << "whoever runs this may write to every file";
+    }
+    EXPECT_EQ(failureOf(in("file")), "cannot write to " + in("file") + ": Permission denied");
+    EXPECT_EQ(contentsOf(in("file")), "old");
+}
+
+TEST_F(OutputFile, aMinusIsStandardOutput)
+{
+    testing::internal::CaptureStdout();
+    write("-", "text");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "text");
+    EXPECT_FALSE(fs::exists("-"));
+}
+
+TEST_F(OutputFile, standardOutputThatIsFullIsAFailure)
+{
+    std::cout.flush();
+    const int saved = dup(STDOUT_FILENO);
+    std::FILE* const full = std::fopen("/dev/full", "w");
+    ASSERT_NE(full, nullptr);
+    dup2(fileno(full), STDOUT_FILENO);
+    const std::string failure = failureOf("-");
+    std::cout.clear();
+    dup2(saved, STDOUT_FILENO);
+    close(saved);
+    std::fclose(full);
+    EXPECT_EQ(failure, "cannot write to standard output: No space left on device");
+}

@@ -1,0 +1,301 @@
+#include "apps/sdc/results/Plot.h"
+
+#include "TestResults.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+using namespace testing_results;
+using sdc::Ending;
+using sdc::PlotFormat;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+std::string plotOf(const sdc::ScanResult& result, const sdc::PlotOptions& options = {})
+{
+    return written([&](std::ostream& stream) { sdc::writePlot(stream, result, options); });
+}
+
+/// Eleven samples 2 MHz apart in the 18 GHz band, with a peak in the configured channel.
+sdc::ScanResult bandResult(std::uint32_t step_kHz = 2000)
+{
+    auto result = scanOf({-9000, -9000, -9000, -9000, -9000, -3000, -9000, -9000, -9000, -9000, -9000});
+    sdc::ChannelResult& channel = result.channels[0];
+    channel.plan.lowest_kHz = 19'167'500;
+    channel.plan.step_kHz = step_kHz;
+    channel.plan.highest_kHz = 19'167'500 + 10 * step_kHz;
+    channel.plan.rxFrequency_kHz = 19'177'500;
+    channel.plan.channelSpacing_kHz = 7000;
+    for (std::uint32_t index = 0; index < 11; ++index) {
+        channel.sweeps[0].samples[index].frequency_kHz = 19'167'500 + index * step_kHz;
+    }
+    return result;
+}
+
+/// What the message of a failed plot is.
+std::string failureOf(const sdc::ScanResult& result)
+{
+    try {
+        static_cast<void>(plotOf(result));
+        return "";
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+}
+
+/// PATH as it is given, for as long as it lives.
+class SearchPath {
+public:
+    explicit SearchPath(const std::string& path)
+        : m_before(std::getenv("PATH"))
+    {
+        setenv("PATH", path.c_str(), 1);
+    }
+    ~SearchPath() { setenv("PATH", m_before.c_str(), 1); }
+    SearchPath(const SearchPath&) = delete;
+    SearchPath& operator=(const SearchPath&) = delete;
+
+private:
+    std::string m_before;
+};
+
+} // namespace
+
+TEST(PlotPrograms, axesAreNamedAndTicked)
+{
+    const std::string program = sdc::plotProgram(bandResult(), {});
+    EXPECT_THAT(program, HasSubstr("set xrange [19.166500:19.188500]\n")) << "half a step beside the samples";
+    EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, GHz'\n"));
+    EXPECT_THAT(
+        program, HasSubstr(R"(set xtics ("19.170" 19.170000, "19.175" 19.175000, "19.180" 19.180000, "19.185" 19.185000))"));
+    EXPECT_THAT(program, HasSubstr("set ylabel 'level, dBm'\nset ytics 10\n"));
+    EXPECT_THAT(program, HasSubstr("set grid ytics "));
+    EXPECT_THAT(program, HasSubstr("set yrange [-105:"));
+    EXPECT_THAT(sdc::plotProgram(scanOf({-9000, -8000}), {}), HasSubstr("set xlabel 'frequency, MHz'\n"));
+}
+
+TEST(PlotPrograms, rasterTicksCountFromTheConfiguredChannel)
+{
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {}),
+        HasSubstr("set x2range [19.166500:19.188500]\nset x2tics (\"-1\" 19.170500, \"0\" 19.177500, \"+1\" 19.184500)\n"));
+}
+
+TEST(PlotPrograms, rasterTicksWithoutRoomForLabelsHaveNone)
+{
+    std::vector<std::int32_t> levels(200, -9000);
+    const std::string program = sdc::plotProgram(scanOf(levels), {});
+    EXPECT_THAT(program, HasSubstr(R"("0" 102.000, "" 104.000, "" 106.000, "" 108.000, "" 110.000, "" 112.000, )"));
+    EXPECT_THAT(
+        sdc::plotProgram(scanOf(levels), {.format = PlotFormat::text}), HasSubstr(R"("0" 102.000, "+10" 122.000, )"));
+}
+
+TEST(PlotPrograms, configuredChannelIsShadedAndHasEdges)
+{
+    const std::string program = sdc::plotProgram(bandResult(), {});
+    EXPECT_THAT(
+        program, HasSubstr("set object 1 rectangle from first 19.174000, graph 0 to first 19.181000, graph 1 behind"));
+    EXPECT_THAT(program, HasSubstr("set arrow from first 19.174000, graph 0 to first 19.174000, graph 1 nohead"));
+    EXPECT_THAT(program, HasSubstr("set arrow from first 19.181000, graph 0 to first 19.181000, graph 1 nohead"));
+    auto wide = bandResult();
+    wide.channels[0].plan.channelSpacing_kHz = 40'000;
+    const std::string clipped = sdc::plotProgram(wide, {});
+    EXPECT_THAT(clipped, HasSubstr("rectangle from first 19.166500, graph 0 to first 19.188500, graph 1 behind"));
+    EXPECT_THAT(clipped, Not(HasSubstr("\nset arrow")));
+}
+
+TEST(PlotPrograms, floorOfReadingsIsDrawn)
+{
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {}), HasSubstr("-99.70 with lines"));
+}
+
+TEST(PlotPrograms, strongestPeaksAreMarkedAndLabelled)
+{
+    const std::string program = sdc::plotProgram(bandResult(), {});
+    EXPECT_THAT(program, HasSubstr("$peaks << end\n19.177500 -30.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr(R"(set label "19.1775"."\n"."-30.00" at first 19.177500, first -21.51 center)"));
+    EXPECT_THAT(program, HasSubstr("$peaks using 1:2 with points"));
+    EXPECT_THAT(sdc::plotProgram(scanOf({-9000, -9000}), {}), Not(HasSubstr("$peaks using")));
+}
+
+TEST(PlotPrograms, labelsThatWouldMeetAreLeftOut)
+{
+    const std::string program =
+        sdc::plotProgram(scanOf({-9000, -3000, -9000, -2900, -9000, -9000, -9000, -9000, -9000, -9000, -9000, -9000, -9000,
+                             -9000, -9000, -3100, -9000, -9000, -9000, -9000}),
+            {.width = 300});
+    EXPECT_THAT(program, HasSubstr(R"(set label "103")"));
+    EXPECT_THAT(program, Not(HasSubstr(R"(set label "101")")));
+    EXPECT_THAT(program, HasSubstr(R"(set label "115")"));
+}
+
+TEST(PlotPrograms, samplesFurtherApartThanTheFilterIsWideAreNotConnected)
+{
+    auto result = bandResult();
+    result.channels[0].filterWidth_kHz = 2000.0;
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with linespoints"));
+    EXPECT_THAT(sdc::plotProgram(result, {}), Not(HasSubstr("with vectors")));
+    result.channels[0].filterWidth_kHz = 1999.9;
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with points"));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("using 1:(-105):(0):($3-(-105)) with vectors nohead"));
+}
+
+TEST(PlotPrograms, titleSaysWhatWasScannedAndWhen)
+{
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {}),
+        HasSubstr(R"(set title "test-link, KLM6 18G, sub-band scan"."\n"."2026-01-02 03:04:05 UTC" offset)"));
+    auto result = resultOf({channelOf(4, {sweepOf({-9000}), sweepOf({-9000})}), channelOf(5, {sweepOf({-9000})})});
+    result.kind = sdc::ScanKind::channel;
+    EXPECT_THAT(sdc::plotProgram(result, {}),
+        HasSubstr(R"("test-link, KLM6 18G, channel scan, channel 4"."\n"."2026-01-02 03:04:05 UTC, 2 sweeps" offset)"));
+}
+
+TEST(PlotPrograms, titleSaysWhatIsMissing)
+{
+    auto result = scanOf({-9000, -8000, -7000});
+    sdc::Sweep& sweep = result.channels[0].sweeps[0];
+    sweep = cutShort(sweep, 2, Ending::stopped);
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, PARTIAL 2/3, stopped\""));
+    result.channels[0].sweeps.push_back(sweepOf({-9000, -8000, -7000}));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, 2 sweeps, PARTIAL 5/6, stopped\""));
+    auto failed = scanOf({-9000});
+    failed.channels[0].sweeps[0].ending = Ending::failed;
+    EXPECT_THAT(sdc::plotProgram(failed, {}), HasSubstr("UTC, failed\""));
+}
+
+TEST(PlotPrograms, severalSweepsDrawTheirHolds)
+{
+    const std::string program =
+        sdc::plotProgram(resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})}), {});
+    EXPECT_THAT(program, HasSubstr("$samples << end\n100.000 -2.60 0.00 -10.00\n101.000 -50.00 -50.00 -50.00\nend\n"));
+    EXPECT_THAT(
+        program, HasSubstr("using 1:3 with linespoints linecolor rgb '#b3261e' linewidth 1.5 dashtype 2 pointtype 8"));
+    EXPECT_THAT(
+        program, HasSubstr("using 1:2 with linespoints linecolor rgb '#0b4f9e' linewidth 1.5 dashtype 1 pointtype 7"));
+    EXPECT_THAT(
+        program, HasSubstr("using 1:4 with linespoints linecolor rgb '#1b7f4b' linewidth 1.5 dashtype 3 pointtype 10"));
+    for (const char* const title : {"title 'max hold'", "title 'average power'", "title 'min hold'"}) {
+        EXPECT_THAT(program, HasSubstr(title));
+    }
+}
+
+TEST(PlotPrograms, channelsStandBelowOneAnother)
+{
+    const auto result = resultOf({channelOf(1, {sweepOf({-9000})}), channelOf(2, {sweepOf({-9000})})});
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("size 1000,1120 noenhanced"));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("set multiplot layout 2,1\n"));
+    EXPECT_THAT(sdc::plotProgram(result, {.format = PlotFormat::text}), HasSubstr("dumb size 80,24 noenhanced"));
+    EXPECT_THAT(sdc::plotProgram(result, {.format = PlotFormat::text}), Not(HasSubstr("multiplot")));
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {}), Not(HasSubstr("multiplot")));
+}
+
+TEST(PlotPrograms, sizesThatCannotBeDrawnBecomeTheNearestThatCan)
+{
+    const struct {
+        sdc::PlotOptions options;
+        const char* size;
+    } rows[]{{{}, "svg size 1000,560 "}, {{.width = 299, .height = 199}, " size 300,200 "},
+        {{.width = 10001, .height = 10001}, " size 10000,10000 "}, {{.width = 640, .height = 480}, " size 640,480 "},
+        {{.format = PlotFormat::png}, "pngcairo size 1000,560 "}, {{.format = PlotFormat::text}, "dumb size 80,24 "},
+        {{.format = PlotFormat::text, .width = 39, .height = 14}, " size 40,15 "},
+        {{.format = PlotFormat::text, .width = 1001, .height = 501}, " size 1000,500 "},
+        {{.format = PlotFormat::text, .width = -5, .height = -5}, " size 40,15 "}};
+    for (const auto& row : rows) {
+        EXPECT_THAT(sdc::plotProgram(bandResult(), row.options), HasSubstr(row.size));
+    }
+}
+
+TEST(Plots, svgIsTheSameEachTimeAndHasAWhiteGround)
+{
+    const std::string svg = plotOf(bandResult());
+    EXPECT_THAT(svg, StartsWith("<?xml"));
+    EXPECT_THAT(svg, HasSubstr("</svg>"));
+    EXPECT_THAT(svg, HasSubstr("fill=\"#ffffff\""));
+    EXPECT_THAT(svg, HasSubstr("test-link, KLM6 18G, sub-band scan"));
+    EXPECT_EQ(plotOf(bandResult()), svg);
+}
+
+TEST(Plots, pngIsAPng)
+{
+    EXPECT_THAT(plotOf(bandResult(), {.format = PlotFormat::png}), StartsWith("\x89PNG\r\n"));
+}
+
+TEST(Plots, textFitsItsSize)
+{
+    for (const int width : {40, 80, 120}) {
+        const std::string text = plotOf(bandResult(), {.format = PlotFormat::text, .width = width, .height = 20});
+        std::istringstream lines(text);
+        int count = 0;
+        for (std::string line; std::getline(lines, line); ++count) {
+            EXPECT_LE(line.size(), static_cast<std::size_t>(width));
+            EXPECT_TRUE(line.empty() || line.back() != ' ');
+        }
+        EXPECT_LE(count, 20);
+        EXPECT_NE(text.front(), '\n');
+        EXPECT_THAT(text, HasSubstr("sub-band scan\n"));
+        EXPECT_THAT(text, Not(HasSubstr("\033")));
+    }
+    EXPECT_THAT(plotOf(bandResult(), {.format = PlotFormat::text, .isColored = true}), HasSubstr("\033["));
+}
+
+TEST(Plots, everyResultCanBeDrawn)
+{
+    auto onePlace = scanOf({-4400});
+    onePlace.channels[0].plan.step_kHz = 0;
+    auto odd = scanOf({2147483647, -2147483647, -9000, 2147483647});
+    odd.channels[0].plan.highest_kHz = 4'294'967'295;
+    odd.channels[0].plan.channelSpacing_kHz = 1;
+    sdc::ScanResult noPlan = scanOf({});
+    noPlan.channels[0].plan = {};
+    auto high = scanOf({-9000, -9000});
+    high.channels[0].plan.lowest_kHz = 4'294'967'294;
+    high.channels[0].plan.highest_kHz = 4'294'967'295;
+    high.channels[0].plan.rxFrequency_kHz = 4'294'967'295;
+    high.channels[0].sweeps[0].samples = samplesOf({-9000, -9000}, 4'294'967'294, 1);
+    const auto several =
+        resultOf({channelOf(1, {sweepOf({-9000, -3000, -9000}), sweepOf({-9000})}), channelOf(2, {sweepOf({})})});
+    for (const sdc::ScanResult& result : {onePlace, odd, noPlan, high, several, bandResult(30'000)}) {
+        for (const PlotFormat format : {PlotFormat::svg, PlotFormat::text}) {
+            EXPECT_GT(plotOf(result, {.format = format}).size(), 500U);
+        }
+    }
+}
+
+TEST(Plots, textsOfAScenarioAreNoCommands)
+{
+    const std::string trap = "/tmp/sdc-plot-trap-" + std::to_string(getpid());
+    const std::vector<std::string> texts{"'; system('touch " + trap + "'); '", "`touch " + trap + "`",
+        "\"; system(\"touch " + trap + "\")", "x\nsystem('touch " + trap + "')\n", "\\", "@x $y {/Bold z}"};
+    for (const std::string& text : texts) {
+        auto result = bandResult();
+        result.scenario = text;
+        result.channels[0].unitTypeText = text;
+        EXPECT_THAT(sdc::plotProgram(result, {}), Not(HasSubstr("\nsystem")));
+        EXPECT_EQ(failureOf(result), "") << text;
+        EXPECT_NE(access(trap.c_str(), F_OK), 0) << text;
+    }
+    auto result = bandResult();
+    result.scenario = "<a & 'b'> {/Bold c}";
+    EXPECT_THAT(plotOf(result), HasSubstr("&lt;a &amp; 'b'> {/Bold c}, "));
+}
+
+TEST(Plots, settingsOfTheUserChangeNothing)
+{
+    const std::string svg = plotOf(bandResult());
+    setenv("GNUTERM", "dumb", 1);
+    setenv("LC_ALL", "de_DE.UTF-8", 1);
+    EXPECT_EQ(plotOf(bandResult()), svg);
+    unsetenv("GNUTERM");
+    unsetenv("LC_ALL");
+}
+
+TEST(Plots, missingGnuplotIsAskedFor)
+{
+    const SearchPath path("/nonexistent");
+    EXPECT_EQ(failureOf(bandResult()), "a plot needs gnuplot, which is not there: install gnuplot-nox");
+}

@@ -1,0 +1,164 @@
+#include "apps/sdc/results/Outputs.h"
+
+#include "TestResults.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+
+using namespace testing_results;
+using sdc::Ending;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+std::string tableOf(const sdc::ScanResult& result, const sdc::TableOptions& options = {})
+{
+    return written([&](std::ostream& stream) { sdc::writeTable(stream, result, options); });
+}
+
+std::size_t widest(const std::string& text)
+{
+    std::istringstream lines(text);
+    std::size_t width = 0;
+    for (std::string line; std::getline(lines, line);) {
+        width = std::max(width, line.size());
+    }
+    return width;
+}
+
+} // namespace
+
+TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
+{
+    EXPECT_EQ(tableOf(scanOf({-9970, -4512, -3000, -9900, -9799, -9701, -9500, -9600})),
+        "      MHz      dBm  -100      -80       -60       -40       -20\n"
+        "  100.000   -99.70  |\n"
+        "  101.000   -45.12 *|###########################\n"
+        "  102.000   -30.00 *|###################################\n"
+        "  103.000   -99.00 *|#\n"
+        "  104.000   -97.99  |#\n"
+        "  105.000   -97.01  |#\n"
+        "  106.000   -95.00  |###\n"
+        "  107.000   -96.00  |##\n"
+        "\n"
+        "floor                          -99.00 dBm  lowest tenth, 2 at each end left out\n"
+        "configured *    102.000 MHz    -34.64 dBm  2.000 MHz wide\n"
+        "peak            102.000 MHz    -30.00 dBm  0.242 MHz wide\n"
+        "quietest        104.000 MHz    -97.92 dBm  strongest -97.01 dBm\n"
+        "quietest        106.000 MHz    -95.93 dBm  strongest -95.00 dBm\n");
+}
+
+TEST(TableOutput, barsHaveTheirEnds)
+{
+    const std::string table = tableOf(scanOf({-10000, -9900, -9901, -2000, -1000, 2147483647, -2147483647}));
+    for (const char* const row : {"  100.000  -100.00  |\n", "  101.000   -99.00 *|#\n", "  102.000   -99.01 *|\n"}) {
+        EXPECT_THAT(table, HasSubstr(row));
+    }
+    const std::string longest = "|" + std::string(40, '#') + "\n";
+    EXPECT_THAT(table, HasSubstr("  103.000   -20.00 *" + longest));
+    EXPECT_THAT(table, HasSubstr("  104.000   -10.00  " + longest));
+    EXPECT_THAT(table, HasSubstr("  105.00021474836.47  " + longest));
+}
+
+TEST(TableOutput, widerTablesHaveFinerBars)
+{
+    const std::string at103 = tableOf(scanOf({-9000, -3000, -9000}), {.width = 103});
+    EXPECT_EQ(tableOf(scanOf({-9000, -3000, -9000}), {.width = 102}), tableOf(scanOf({-9000, -3000, -9000})));
+    EXPECT_EQ(tableOf(scanOf({-9000, -3000, -9000}), {.width = 20}), tableOf(scanOf({-9000, -3000, -9000})));
+    EXPECT_THAT(at103, HasSubstr("  -100                -80                 -60                 -40                 -20\n"));
+    EXPECT_THAT(at103, HasSubstr("  101.000   -30.00 *|" + std::string(70, '#') + "\n"));
+}
+
+TEST(TableOutput, nothingIsWiderThanTheTableMayBe)
+{
+    const std::vector<std::int32_t> levels{-2000, -9000, -2000, -9000, -2000, -9000, -2000, -9000, -2000};
+    for (const int width : {80, 100, 119, 160, 200}) {
+        const auto most = static_cast<std::size_t>(width);
+        EXPECT_LE(widest(tableOf(scanOf(levels), {.width = width})), most);
+        EXPECT_LE(widest(tableOf(resultOf({channelOf(1, {sweepOf(levels), sweepOf(levels)})}), {.width = width})), most);
+    }
+}
+
+TEST(TableOutput, rowsOfSeveralSamplesShowTheStrongest)
+{
+    const std::string table = tableOf(scanOf({-9000, -3000, -8000, -7000, -6000}), {.rows = 2});
+    EXPECT_THAT(table, testing::StartsWith("each row: the strongest of 3 samples\n      MHz"));
+    EXPECT_THAT(table,
+        HasSubstr("\n  101.000   -30.00 *|###################################\n"
+                  "  104.000   -60.00  |####################\n\n"));
+    EXPECT_EQ(tableOf(scanOf({-9000, -3000}), {.rows = 2}), tableOf(scanOf({-9000, -3000})));
+}
+
+TEST(TableOutput, severalSweepsShowTheirHolds)
+{
+    const std::string table = tableOf(resultOf({channelOf(1, {sweepOf({-4000, -9000}), sweepOf({-5000, -9000})})}));
+    EXPECT_THAT(table,
+        testing::StartsWith("2 sweeps: # average power, + up to the strongest (max hold)\n"
+                            "      MHz      dBm     max     min  -100      -80       -60       -40       -20\n"
+                            "  100.000   -42.60  -40.00  -50.00  |#############################+\n"
+                            "  101.000   -90.00  -90.00  -90.00 *|#####\n"));
+}
+
+TEST(TableOutput, rowsOfSeveralFrequenciesHoldTheExtremesOfAll)
+{
+    const std::string table =
+        tableOf(resultOf({channelOf(1, {sweepOf({-4000, -6000}), sweepOf({-5000, -2000})})}), {.rows = 1});
+    EXPECT_THAT(table, HasSubstr("\n  101.000   -23.01  -20.00  -60.00 *|"));
+}
+
+TEST(TableOutput, severalChannelsHaveHeadlines)
+{
+    const std::string table = tableOf(resultOf({channelOf(3, {sweepOf({-4000})}), channelOf(5, {sweepOf({-5000})})}));
+    EXPECT_THAT(table, testing::StartsWith("channel 3: KLM6 18G\n      MHz"));
+    EXPECT_THAT(table, HasSubstr("\n\nchannel 5: KLM6 18G\n      MHz"));
+}
+
+TEST(TableOutput, resultThatIsNotCompleteSaysSoFirst)
+{
+    auto channel = channelOf(1, {sweepOf({-4000, -5000, -6000})});
+    channel.sweeps[0] = cutShort(channel.sweeps[0], 2, Ending::stopped);
+    EXPECT_THAT(tableOf(resultOf({channel})), testing::StartsWith("PARTIAL 2/3, stopped\n"));
+    channel.sweeps[0] = cutShort(channel.sweeps[0], 1, Ending::failed, "tuning failed");
+    EXPECT_THAT(tableOf(resultOf({channel})), testing::StartsWith("PARTIAL 1/3, failed: tuning failed\n"));
+    channel.sweeps[0] = cutShort(channel.sweeps[0], 3, Ending::failed, "not put back");
+    EXPECT_THAT(tableOf(resultOf({channel})), testing::StartsWith("3/3, failed: not put back\n"));
+    channel.sweeps.insert(channel.sweeps.begin(), sweepOf({-4000, -5000, -6000}));
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("(max hold)\nsweep 2: 3/3, failed: not put back\n      MHz"));
+}
+
+TEST(TableOutput, scanWithoutSamplesHasNoSummary)
+{
+    EXPECT_EQ(tableOf(scanOf({})), "      MHz      dBm  -100      -80       -60       -40       -20\n");
+}
+
+TEST(TableOutput, summaryShowsTheFirstFewAndCountsTheOthers)
+{
+    std::vector<std::int32_t> levels{-9000, -9000, -9000};
+    for (std::int32_t peak = 0; peak < 7; ++peak) {
+        levels.insert(levels.end(), {-9000, -4000 - peak * 100});
+    }
+    levels.push_back(-9000);
+    const std::string table = tableOf(scanOf(levels));
+    EXPECT_THAT(table, HasSubstr("-44.00 dBm  0.130 MHz wide\n              and 2 weaker peaks\nquietest"));
+    EXPECT_THAT(table, Not(HasSubstr("-45.00 dBm  0")));
+    const std::regex word("quietest");
+    EXPECT_EQ(std::distance(std::sregex_iterator(table.begin(), table.end(), word), std::sregex_iterator()), 3);
+}
+
+TEST(TableOutput, coloursAreNeverTheOnlySign)
+{
+    auto channel = channelOf(1, {sweepOf({-4000, -9900, -3000, -9900, -9900, -9301, -9300, -9500})});
+    channel.sweeps[0] = cutShort(channel.sweeps[0], 8, Ending::failed, "not put back");
+    const std::string plain = tableOf(resultOf({channel}));
+    const std::string colored = tableOf(resultOf({channel}), {.isColored = true});
+    EXPECT_THAT(plain, Not(HasSubstr("\033")));
+    EXPECT_EQ(std::regex_replace(colored, std::regex("\033\\[[0-9;]*m"), ""), plain);
+    EXPECT_THAT(colored, HasSubstr("\033[1;31m8/8, failed: not put back\033[0m\n\033[1m      MHz"));
+    EXPECT_THAT(colored, HasSubstr("-30.00 *|\033[32m###################################\033[0m\n"))
+        << "the configured channel";
+    EXPECT_THAT(colored, HasSubstr("-93.00  |\033[33m####\033[0m\n")) << "6 dB above the floor";
+    EXPECT_THAT(colored, HasSubstr("-93.01  |###\n"));
+}

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "apps/sdc/results/ScanResult.h"
+
+#include <chrono>
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace testing_results {
+
+using namespace std::chrono_literals;
+
+/// 2026-01-02T03:04:05.678Z
+inline constexpr sdc::TimePoint aMoment{std::chrono::sys_days{std::chrono::year(2026) / 1 / 2} + 3h + 4min + 5s + 678ms};
+
+/// Levels in hundredths of a dBm, at 100000 kHz and every 1000 kHz above.
+inline std::vector<SDCResult> samplesOf(
+    const std::vector<std::int32_t>& levels, std::uint32_t lowest_kHz = 100000, std::uint32_t step_kHz = 1000)
+{
+    std::vector<SDCResult> samples;
+    for (const std::int32_t level : levels) {
+        samples.push_back({lowest_kHz, level});
+        lowest_kHz += step_kHz;
+    }
+    return samples;
+}
+
+/// The plan of so many samples as samplesOf makes them; the receiver belongs to 102000 kHz, channels are 2000 kHz apart.
+inline simulator::ScanPlan planOf(std::int32_t samples)
+{
+    return {.rxFrequency_kHz = 102000,
+        .channelSpacing_kHz = 2000,
+        .lowest_kHz = 100000,
+        .highest_kHz = 100000 + static_cast<std::uint32_t>(samples - 1) * 1000,
+        .samples = samples,
+        .step_kHz = 1000,
+        .setRxWait_ms = 300,
+        .firstSetRxWait_ms = 3000};
+}
+
+inline sdc::Sweep sweepOf(const std::vector<std::int32_t>& levels, sdc::TimePoint start = aMoment)
+{
+    return {.start = start,
+        .end = start + 6600ms,
+        .ending = sdc::Ending::complete,
+        .reason = "",
+        .statusText = "sub-band-scan-finished",
+        .rxBefore_kHz = 102000,
+        .rxAfter_kHz = 102000,
+        .samples = samplesOf(levels)};
+}
+
+inline sdc::ChannelResult channelOf(std::uint32_t number, std::vector<sdc::Sweep> sweeps)
+{
+    return {.channel = number,
+        .unitTypeText = "KLM6 18G",
+        .filterWidth_kHz = 27500.0,
+        .plan = planOf(static_cast<std::int32_t>(sweeps.front().samples.size())),
+        .sweeps = std::move(sweeps)};
+}
+
+inline sdc::ScanResult resultOf(std::vector<sdc::ChannelResult> channels)
+{
+    return {
+        .scenario = "test-link", .description = "a link", .kind = sdc::ScanKind::subBand, .channels = std::move(channels)};
+}
+
+/// The first samples of a sweep that was to take more.
+inline sdc::Sweep cutShort(sdc::Sweep sweep, std::size_t taken, sdc::Ending ending, const std::string& reason = "")
+{
+    sweep.samples.resize(taken);
+    sweep.ending = ending;
+    sweep.reason = reason;
+    sweep.statusText = "scan-not-started";
+    return sweep;
+}
+
+/// What a writer writes.
+template <typename Write>
+std::string written(Write write)
+{
+    std::ostringstream stream;
+    write(stream);
+    return stream.str();
+}
+
+/// One channel, number 1, and one sweep.
+inline sdc::ScanResult scanOf(const std::vector<std::int32_t>& levels)
+{
+    return resultOf(std::vector{channelOf(1, {sweepOf(levels)})});
+}
+
+} // namespace testing_results
