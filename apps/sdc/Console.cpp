@@ -121,6 +121,13 @@ bool Console::isOngoing() const
     return isScan && !m_terminal.workerFailure(m_channel);
 }
 
+/// Whether the channel's worker may stand in a settle delay that does not end while the clock is held. Where no worker
+/// sleeps, it has left its sweep.
+bool Console::isHeldAfterStop() const
+{
+    return m_isHeld && m_stopped.contains(m_channel) && m_clock.sleepers() > 0;
+}
+
 /// A start beside a scan is given as it is: the controller refuses it without harm. Any other goes through the terminal,
 /// which gives it anew while the worker is still leaving the scan before.
 void Console::start(const Words& words)
@@ -143,7 +150,7 @@ void Console::start(const Words& words)
 void Console::stop(const Words&)
 {
     if (isOngoing() && m_terminal.stopScan(m_channel)) {
-        m_isStopping = true;
+        m_stopped.insert(m_channel);
         m_output << resultText(SDC_RC_OK) << '\n';
         return;
     }
@@ -184,12 +191,12 @@ void Console::properties(const Words&)
 
 void Console::wait(const Words& words)
 {
-    if (m_isHeld && (isOngoing() || m_isStopping)) {
+    if ((m_isHeld && isOngoing()) || isHeldAfterStop()) {
         throw BadLine("the clock is held, so the scan cannot end: 'release' first");
     }
     m_terminal.waitForEnd(m_channel);
     m_terminal.waitForIdle(m_channel);
-    m_isStopping = false;
+    m_stopped.erase(m_channel);
     status(words);
     m_output << "receiver at " << megahertz(m_terminal.rxFrequency_kHz(m_channel)) << " MHz\n";
 }

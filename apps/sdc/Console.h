@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -74,7 +75,7 @@ private:
 
     ISpectrumDiagnosticsController& controller() const { return m_terminal.controller(m_channel); }
     bool isOngoing() const;
-    bool isHeldAfterStop() const { return m_isHeld && m_isStopping; }
+    bool isHeldAfterStop() const;
 
     simulator::Clock& m_clock;
     simulator::SimulatedTerminal m_terminal;
@@ -82,7 +83,7 @@ private:
     std::ostream& m_output;
     std::optional<ShownTrace> m_trace;
     bool m_isHeld = false;
-    bool m_isStopping = false; ///< a stopped sweep may still be in its settle delay
+    std::set<RadioChannel> m_stopped; ///< may still be in the settle delay in which they were stopped
     bool m_isOver = false;
 };
 

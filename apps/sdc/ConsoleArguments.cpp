@@ -6,8 +6,10 @@
 
 #include <unistd.h>
 
+#include <cstdio>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 namespace sdc {
 
@@ -29,7 +31,12 @@ void addConsole(CLI::App& app, Command& command)
     console.callback([options, &command] {
         command = [options] {
             options->isInteractive = isTerminal(STDIN_FILENO);
-            return toStandardOutput([&](std::ostream& output) { return sdc::console(*options, std::cin, output); });
+            const ExitStatus status =
+                toStandardOutput([&](std::ostream& output) { return sdc::console(*options, std::cin, output); });
+            if (std::ferror(stdin) != 0) { // the stream takes it for the end
+                throw std::runtime_error("cannot read standard input");
+            }
+            return status;
         };
     });
 }

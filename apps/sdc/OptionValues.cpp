@@ -132,7 +132,8 @@ std::optional<TimePoint> parseTime(std::string_view text)
     }
     const auto date = parseDate(text.substr(0, 10));
     const auto time = parseTimeOfDay(text.substr(11, text.size() - 12));
-    return date && time ? std::optional(TimePoint(*date) + *time) : std::nullopt;
+    constexpr std::chrono::sys_days end = std::chrono::year(9000) / 1 / 1; // the longest scan ends in a year of four digits
+    return date && time && *date < end ? std::optional(TimePoint(*date) + *time) : std::nullopt;
 }
 
 } // namespace sdc

@@ -29,7 +29,7 @@ std::optional<std::uint32_t> parseRepeat(std::string_view text);
 /// A level of the trace, 0 to 7.
 std::optional<std::uint32_t> parseTraceLevel(std::string_view text);
 
-/// A moment such as 2026-01-02T03:04:05Z, in the years 1970 to 9999; up to three decimals of a second are allowed.
+/// A moment such as 2026-01-02T03:04:05Z, in the years 1970 to 8999; up to three decimals of a second are allowed.
 std::optional<TimePoint> parseTime(std::string_view text);
 
 } // namespace sdc

@@ -13,9 +13,25 @@ namespace sdc {
 
 namespace {
 
-std::string readAll(std::istream& stream)
+std::string readAll(std::istream& stream, const std::string& file)
 {
-    return {std::istreambuf_iterator<char>(stream), {}};
+    constexpr std::size_t largest_MiB = 512;
+    constexpr std::streamsize chunk = 1 << 16;
+    std::string text;
+    while (stream && text.size() <= largest_MiB << 20U) {
+        const std::size_t before = text.size();
+        text.resize(before + chunk);
+        stream.read(text.data() + before, chunk);
+        text.resize(before + static_cast<std::size_t>(stream.gcount()));
+    }
+    if (stream.bad()) {
+        throw ResultError(file + ": cannot be read");
+    }
+    if (text.size() > largest_MiB << 20U) {
+        throw ResultError(
+            file + ": is larger than " + std::to_string(largest_MiB) + " MiB; must be a result of 'sdc scan --json'");
+    }
+    return text;
 }
 
 } // namespace
@@ -23,7 +39,7 @@ std::string readAll(std::istream& stream)
 ScanResult readResult(const std::string& file)
 {
     if (file == "-") {
-        return parseResult(readAll(std::cin), "standard input");
+        return parseResult(readAll(std::cin, "standard input"), "standard input");
     }
     if (std::filesystem::is_directory(file)) {
         throw ResultError(file + ": is a folder; a file that 'sdc scan --json' wrote is needed");
@@ -32,7 +48,7 @@ ScanResult readResult(const std::string& file)
     if (!stream) {
         throw ResultError(file + ": cannot be read: " + std::generic_category().message(errno));
     }
-    return parseResult(readAll(stream), file);
+    return parseResult(readAll(stream, file), file);
 }
 
 } // namespace sdc

@@ -1,5 +1,6 @@
 #include "apps/sdc/ScanOutputs.h"
 
+#include "apps/sdc/CommandLine.h"
 #include "apps/sdc/PlotName.h"
 #include "apps/sdc/results/Outputs.h"
 #include "apps/sdc/results/Plot.h"
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <exception>
 #include <filesystem>
+#include <map>
 #include <ostream>
 #include <stdexcept>
 #include <system_error>
@@ -93,8 +95,30 @@ bool usesStandardOutput(const std::vector<Output>& outputs)
     return std::ranges::find(outputs, standardOutput, &Output::file) != outputs.end();
 }
 
+namespace {
+
+/// Two outputs into one file would leave the last of them. A device takes as many as come.
+void refuseTwice(const std::vector<Output>& outputs)
+{
+    std::map<std::filesystem::path, OutputFormat> files;
+    for (const Output& output : outputs) {
+        std::error_code error;
+        const std::filesystem::path file = std::filesystem::weakly_canonical(std::filesystem::absolute(output.file), error);
+        const std::filesystem::file_status status = std::filesystem::status(file, error);
+        const bool isReplaced = !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
+        const auto [first, isNew] = files.try_emplace(file, output.format);
+        if (output.file != standardOutput && isReplaced && !isNew) {
+            throw UsageError("--" + std::string(toString(first->second)) + " and --" + std::string(toString(output.format))
+                + " both write to " + output.file + "; give each a file of its own");
+        }
+    }
+}
+
+} // namespace
+
 void checkOutputs(const std::vector<Output>& outputs)
 {
+    refuseTwice(outputs);
     for (const Output& output : outputs) {
         const std::string reason = output.file == standardOutput ? "" : obstacle(output.file);
         if (!reason.empty()) {

@@ -83,15 +83,25 @@ std::ifstream openFile(const std::filesystem::path& file)
     return stream;
 }
 
-std::string readWhole(const std::filesystem::path& file)
+constexpr std::size_t largestScenario_MiB = 1;
+constexpr std::size_t largestRecording_MiB = 256; // ten million bins and more
+
+std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB)
 {
-    constexpr std::size_t largest = 1U << 20U;
+    constexpr std::streamsize chunk = 1 << 16;
     std::ifstream stream = openFile(file);
-    std::string text(largest + 1, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-    if (stream.bad() || text.size() > largest) {
-        throw ScenarioError(file.string() + (stream.bad() ? ": cannot be read" : ": is larger than 1 MiB; no scenario is"));
+    std::string text;
+    while (stream && text.size() <= largest_MiB << 20U) {
+        const std::size_t before = text.size();
+        text.resize(before + chunk);
+        stream.read(text.data() + before, chunk);
+        text.resize(before + static_cast<std::size_t>(stream.gcount()));
+    }
+    if (stream.bad()) {
+        throw ScenarioError(file.string() + ": cannot be read");
+    }
+    if (text.size() > largest_MiB << 20U) {
+        throw ScenarioError(file.string() + ": is larger than " + std::to_string(largest_MiB) + " MiB; must be smaller");
     }
     return text;
 }
@@ -140,14 +150,14 @@ Scenario loadScenario(const std::string& nameOrFile)
     if (nameOrFile.empty() || !std::filesystem::exists(nameOrFile, error)) {
         refuseName(nameOrFile);
     }
-    return parseScenario(readWhole(nameOrFile), nameOrFile);
+    return parseScenario(readWhole(nameOrFile, largestScenario_MiB), nameOrFile);
 }
 
 Scenario parseScenario(std::string_view text, const std::string& file)
 {
     const std::filesystem::path folder = std::filesystem::path(file).parent_path();
     return parse(text, file, [&folder](const std::string& recording) {
-        std::ifstream stream = openFile(folder / recording);
+        std::istringstream stream(readWhole(folder / recording, largestRecording_MiB));
         return readRecordedSweep(stream, recording);
     });
 }

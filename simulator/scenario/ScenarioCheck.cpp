@@ -64,6 +64,31 @@ void checkOrders(const ReadChannel& read, std::vector<std::string>& findings)
     }
 }
 
+/// Such as an escape sequence, which would change the terminal of whoever reads the text.
+void checkText(const std::string& path, const std::string& text, std::vector<std::string>& findings)
+{
+    const auto isControl = [](unsigned char character) { return character < 0x20 || character == 0x7F; };
+    if (std::ranges::any_of(text, isControl)) {
+        findings.push_back(path + ": holds a control character, such as a line break; must be one line of plain text");
+    }
+}
+
+void checkTexts(const ReadScenario& scenario, std::vector<std::string>& findings)
+{
+    checkText("$.name", scenario.name, findings);
+    checkText("$.description", scenario.description, findings);
+    for (std::size_t index = 0; index < scenario.sources.size(); ++index) {
+        checkText(elementPath("$.sources", index), scenario.sources[index], findings);
+    }
+    for (const ReadChannel& read : scenario.channels) {
+        checkText(read.path + ".unit_type", read.channel.link.unitTypeText, findings);
+        const std::vector<Fault>& faults = read.channel.link.faults;
+        for (std::size_t index = 0; index < faults.size(); ++index) {
+            checkText(elementPath(read.path + ".faults", index) + ".text", faults[index].text, findings);
+        }
+    }
+}
+
 } // namespace
 
 std::string pathInFile(const ReadChannel& channel, const std::string& path)
@@ -85,6 +110,7 @@ std::string pathInFile(const ReadChannel& channel, const std::string& path)
 std::vector<std::string> scenarioFindings(const ReadScenario& scenario)
 {
     std::vector<std::string> findings;
+    checkTexts(scenario, findings);
     std::set<RadioChannel> numbers;
     for (const ReadChannel& read : scenario.channels) {
         const auto number = static_cast<std::uint32_t>(read.channel.number);

@@ -44,6 +44,17 @@ std::optional<std::string> parseWorkerFailure(std::string_view text)
     return std::nullopt;
 }
 
+/// The thread's name in "Thread SpectDiagCtrl1 waiting for none idle state"; nothing for any other text.
+std::optional<std::string> parseWaiting(std::string_view text)
+{
+    constexpr std::string_view beginning = "Thread ";
+    constexpr std::string_view end = " waiting for none idle state";
+    if (!text.starts_with(beginning) || !text.ends_with(end)) {
+        return std::nullopt;
+    }
+    return std::string(text.substr(beginning.size(), text.size() - beginning.size() - end.size()));
+}
+
 } // namespace
 
 std::chrono::milliseconds ScanPlan::settleTime() const
@@ -68,6 +79,10 @@ void WorkerRecorder::write(const TraceRecord& record)
     const std::lock_guard<std::mutex> guard(m_guard);
     if (const auto name = parseWorkerFailure(record.text)) {
         m_failures.insert_or_assign(*name, record.text);
+        m_sweeping.erase(*name);
+    }
+    if (const auto name = parseWaiting(record.text)) {
+        m_sweeping.erase(*name);
     }
     const auto assignment = parseAssignment(record.text);
     if (!assignment) {
@@ -88,6 +103,7 @@ void WorkerRecorder::keepPlan(const Values& values)
         return value == values.end() ? 0 : value->second;
     };
     const auto word = [&number](const char* name) { return static_cast<std::uint32_t>(number(name)); };
+    m_sweeping.insert(workerName(RadioChannel{word("m_radioChannelId")}));
     m_plans.insert_or_assign(word("m_radioChannelId"),
         ScanPlan{
             .rxFrequency_kHz = word("m_currentRxFrequency_kHz"),
@@ -113,6 +129,12 @@ std::optional<std::string> WorkerRecorder::failureOf(RadioChannel channel) const
     const std::lock_guard<std::mutex> guard(m_guard);
     const auto failure = m_failures.find(workerName(channel));
     return failure == m_failures.end() ? std::nullopt : std::optional(failure->second);
+}
+
+bool WorkerRecorder::isSweeping(RadioChannel channel) const
+{
+    const std::lock_guard<std::mutex> guard(m_guard);
+    return m_sweeping.contains(workerName(channel));
 }
 
 } // namespace simulator

@@ -9,6 +9,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <thread>
 
 namespace simulator {
@@ -44,6 +45,9 @@ public:
     /// What ended the channel's worker, in the controller's words; nothing while the worker lives.
     std::optional<std::string> failureOf(RadioChannel channel) const;
 
+    /// Whether the channel's worker has begun a sweep and neither come back from it nor ended in it.
+    bool isSweeping(RadioChannel channel) const;
+
 private:
     using Values = std::map<std::string, std::int64_t>;
 
@@ -53,6 +57,7 @@ private:
     std::map<std::thread::id, Values> m_dumps; // each worker writes its dump on its own thread
     std::map<std::uint32_t, ScanPlan> m_plans;
     std::map<std::string, std::string> m_failures; // by the thread's name
+    std::set<std::string> m_sweeping;              // names of threads
 };
 
 } // namespace simulator

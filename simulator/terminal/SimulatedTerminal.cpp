@@ -202,9 +202,16 @@ bool SimulatedTerminal::stopScan(RadioChannel channel) const
     return false;
 }
 
+/// The stop phase returns a little early where an exception ends the worker: before the worker has told.
 void SimulatedTerminal::waitForIdle(RadioChannel channel) const
 {
+    constexpr std::chrono::seconds patience{10};
+    constexpr std::chrono::microseconds pause{50};
     find(channel).controller->onPhaseStop();
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (m_workers.isSweeping(channel) && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(pause);
+    }
 }
 
 std::vector<SDCResult> SimulatedTerminal::samples(RadioChannel channel) const

@@ -64,8 +64,8 @@ public:
     /// a stop, when the scan has ended by itself.
     bool stopScan(RadioChannel channel) const;
 
-    /// Waits until the channel's worker has left its sweep and put the receiver back, as after a stop. The host's stop phase
-    /// does that.
+    /// Waits until the channel's worker has left its sweep and put the receiver back, as after a stop, or an exception has
+    /// ended it. The host's stop phase does that.
     void waitForIdle(RadioChannel channel) const;
 
     /// The samples of the channel's current or last scan.

@@ -154,6 +154,37 @@ TEST_F(ConsoleRun, linesItCannotActUponAreToldAndTheRestIsDone)
     EXPECT_THAT(held.out, EndsWith("sdc> wait\nerror: the clock is held, so the scan cannot end: 'release' first\n"));
 }
 
+TEST_F(ConsoleRun, stopOfOneChannelDoesNotHinderAnother)
+{
+    const Outcome other = script("channel-scan-start\nwait\nhold\nchannel-scan-start\nscan-stop\nchannel 2\nget-status\n"
+                                 "scan-stop\nrelease\nchannel 1\nwait\nhold\nwait\n",
+        "--scenario 8-quad");
+    EXPECT_THAT(other.out, EndsWith("sdc> hold\nsdc> wait\nscan-not-started, progress 0 %\nreceiver at 8058.500 MHz\n"));
+    EXPECT_EQ(other.status, 0);
+    const Outcome held =
+        script("hold\nchannel-scan-start\nscan-stop\nchannel 2\nwait\nchannel 1\nwait\nscan-stop\n", "--scenario 8-quad");
+    EXPECT_THAT(held.out, HasSubstr("sdc> wait\nscan-not-started, progress 0 %\nreceiver at 8114.500 MHz\nsdc> channel 1"));
+    EXPECT_THAT(held.out,
+        EndsWith("sdc> wait\nerror: the clock is held, so the scan cannot end: 'release' first\n"
+                 "sdc> scan-stop\n0 SDC_RC_OK\n"));
+}
+
+TEST_F(ConsoleRun, waitTellsAnExceptionAfterAStop)
+{
+    const std::string text = "hold\nchannel-scan-start\nfault readRssi throw\nscan-stop\nrelease\nwait\n";
+    for (int round = 0; round < 20; ++round) {
+        EXPECT_THAT(
+            script(text).out, HasSubstr("\nException timerThread SpectDiagCtrl1: simulated fault in readRssi, call 1\n"));
+    }
+}
+
+TEST_F(ConsoleRun, inputThatCannotBeReadIsToldWithStatus1)
+{
+    const Outcome outcome = run("console <.");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("sdc: cannot read standard input"));
+}
+
 TEST_F(ConsoleRun, helpNamesEveryCommand)
 {
     const Outcome outcome = script("help\n");

@@ -82,7 +82,8 @@ TEST(OptionValues, timeIsUtcWithUpToThreeDecimals)
     EXPECT_EQ(sdc::parseTime("2026-01-02T03:04:05.078Z"), second + 78ms);
     EXPECT_EQ(sdc::parseTime("1970-01-01T00:00:00Z"), sdc::TimePoint());
     EXPECT_EQ(sdc::parseTime("2024-02-29T23:59:59Z"), sys_days(2024y / February / 29) + 23h + 59min + 59s);
-    EXPECT_EQ(sdc::parseTime("9999-12-31T00:00:00Z"), sys_days(9999y / December / 31));
+    EXPECT_EQ(sdc::parseTime("8999-12-31T00:00:00Z"), sys_days(8999y / December / 31));
+    EXPECT_FALSE(sdc::parseTime("9000-01-01T00:00:00Z"));
 }
 
 TEST(OptionValues, whatIsNoTimeIsRefused)

@@ -76,6 +76,15 @@ TEST_F(Output, thatCannotBeWrittenIsKnownBeforeTheScan)
     }
 }
 
+TEST_F(Output, intoAFileThatAnotherWritesIsRefused)
+{
+    const Outcome outcome = run("scan channel --csv a --json ./a");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("sdc: --csv and --json both write to ./a; give each a file of its own\n"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "a"));
+    EXPECT_EQ(run("scan channel --csv /dev/null --json /dev/null").status, 0);
+}
+
 TEST_F(Output, thatFailsAfterTheScanKeepsNoOtherFromBeingWritten)
 {
     const Outcome full = run("scan channel --csv /dev/full --json result.json --sweep -");

@@ -67,7 +67,8 @@ TEST_F(ResultCommands, comparesWhatHasChangedFromAThresholdOn)
     ASSERT_EQ(run("scan channel --scenario mine.json --quiet --json b.json").status, 0);
     const Outcome changed = run("compare a.json b.json");
     EXPECT_EQ(changed.status, 0);
-    EXPECT_THAT(changed.out, AllOf(HasSubstr("13 frequencies compared, 13 changed by more than 3.00 dB"), Not(HasSubstr("othing changed"))));
+    EXPECT_THAT(changed.out,
+        AllOf(HasSubstr("13 frequencies compared, 13 changed by more than 3.00 dB"), Not(HasSubstr("othing changed"))));
     EXPECT_THAT(run("compare a.json b.json --threshold 20").out, HasSubstr("othing changed"));
 }
 

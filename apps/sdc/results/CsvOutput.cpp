@@ -56,8 +56,8 @@ void writeChannel(std::ostream& stream, const ChannelResult& channel, const Colu
             columns.hasNumbers ? std::to_string(channel.channel) + "," + std::to_string(number) + "," : std::string();
         const std::string after = (columns.hasEnding ? "," + std::string(toText(sweep.ending)) : std::string()) + "\r\n";
         for (const SDCResult& sample : sweep.samples) {
-            stream << before + std::to_string(sample.frequency_kHz) + "," + hundredths(sample.rssi)
-                    + (columns.hasHolds ? holdsAt.at(sample.frequency_kHz) : "") + after;
+            stream << before << std::to_string(sample.frequency_kHz) << ',' << hundredths(sample.rssi)
+                   << (columns.hasHolds ? holdsAt.at(sample.frequency_kHz) : "") << after;
         }
     }
 }

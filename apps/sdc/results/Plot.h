@@ -19,7 +19,7 @@ struct PlotOptions {
 };
 
 /// The program that draws a result, for gnuplot 5.4: one plot per channel, below one another.
-std::string plotProgram(const ScanResult& result, const PlotOptions& options);
+std::string plotProgram(const ScanResult& result, const PlotOptions& wanted);
 
 /// Lets gnuplot draw a result. Needs the program `gnuplot`, found by PATH.
 /// @throws std::runtime_error when it is not there or fails, in its own words

@@ -159,7 +159,8 @@ std::string PlotFrame::ticks() const
         list += (list.empty() ? "" : ", ") + quoted(m_axis.text(tick, decimals)) + " " + m_axis.text(tick);
     }
     return "set xlabel 'frequency, " + std::string(m_axis.unit()) + "'\nset xtics (" + list
-        + ")\nset ylabel 'level, dBm'\nset ytics 10\n";
+        + ")\nset ylabel 'level, dBm'\nset ytics "
+        + (m_lowest_dBm + 10 * m_plotHeight / m_lineHeight < m_highest_dBm ? "20" : "10") + "\n";
 }
 
 /// On the upper axis: a tick for each channel centre, labelled with its distance from the configured channel where there is

@@ -63,7 +63,7 @@ std::string header(const Layout& layout)
 {
     std::string text = right("MHz", column) + right("dBm", column);
     text += (layout.hasHolds ? right("max", holdColumn) + right("min", holdColumn) : "") + "  ";
-    const auto labelWidth = static_cast<std::size_t>(10 * layout.perStep);
+    const std::size_t labelWidth = 10 * static_cast<std::size_t>(layout.perStep);
     for (const char* const label : {"-100", "-80", "-60", "-40"}) {
         text += left(label, labelWidth);
     }

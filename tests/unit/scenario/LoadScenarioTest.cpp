@@ -81,9 +81,10 @@ TEST_F(LoadScenario, saysWhyAFileCannotBeRead)
     const std::string empty = write("empty.json", "");
     EXPECT_EQ(why(empty), empty + ": line 1, column 1: there is nothing; must be a JSON object");
     const std::string large = write("large.json", std::string((1U << 20U) + 1, ' '));
-    EXPECT_EQ(why(large), large + ": is larger than 1 MiB; no scenario is");
+    EXPECT_EQ(why(large), large + ": is larger than 1 MiB; must be smaller");
     const std::string largest = write("largest.json", std::string(1U << 20U, ' '));
     EXPECT_THAT(why(largest), StartsWith(largest + ": line 1, column 1: there is nothing"));
+    EXPECT_EQ(why("/dev/zero"), "/dev/zero: is larger than 1 MiB; must be smaller");
     const std::string secret = write("secret.json", "{}");
     std::filesystem::permissions(secret, std::filesystem::perms::none);
     if (geteuid() != 0) { // the superuser reads everything

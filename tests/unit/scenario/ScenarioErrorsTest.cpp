@@ -341,6 +341,21 @@ TEST(Refusals, sayWhatIsWrongAndWhatWouldBeRight)
     EXPECT_EQ(refusal(fullScenario()), "");
 }
 
+TEST(Texts, areOneLineWithoutControlCharacters)
+{
+    for (const char* const key : {"name", "description", "unit_type"}) {
+        nlohmann::json file = fullScenario();
+        nlohmann::json& object = std::string(key) == "unit_type" ? file["channels"][0] : file;
+        object[key] = "two\nlines";
+        EXPECT_THAT(refusal(file), testing::HasSubstr(std::string(key) + ": holds a control character"));
+        object[key] = "red \033[31m";
+        EXPECT_THAT(refusal(file), testing::HasSubstr(std::string(key) + ": holds a control character"));
+    }
+    nlohmann::json file = fullScenario();
+    file["sources"][1] = "a\tb";
+    EXPECT_THAT(refusal(file), testing::HasSubstr("$.sources[1]: holds a control character"));
+}
+
 TEST(Faults, areRefusedWhereTheOperationDoesNotKnowTheAction)
 {
     const std::string known[][2] = {

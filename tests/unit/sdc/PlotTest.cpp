@@ -123,6 +123,20 @@ TEST(PlotPrograms, strongestPeaksAreMarkedAndLabelled)
     EXPECT_THAT(sdc::plotProgram(scanOf({-9000, -9000}), {}), Not(HasSubstr("$peaks using")));
 }
 
+TEST(PlotPrograms, labelsStandAboveTheStrongestLevelNearThem)
+{
+    // Average -32.60, strongest -30: the label stands where that of a single sweep with -30 does.
+    const auto result = resultOf({channelOf(1, {sweepOf({-9000, -3000, -9000}), sweepOf({-9000, -4000, -9000})})});
+    const auto single = scanOf({-9000, -3000, -9000});
+    const std::string place = R"( at first 101.000, first -)";
+    const auto label = [&](const sdc::ScanResult& one) {
+        const std::string program = sdc::plotProgram(one, {});
+        return program.substr(program.find(place), place.size() + 5);
+    };
+    EXPECT_EQ(label(result), label(single));
+    EXPECT_THAT(label(single), HasSubstr("-21.51"));
+}
+
 TEST(PlotPrograms, labelsThatWouldMeetAreLeftOut)
 {
     const std::string program =
@@ -143,6 +157,20 @@ TEST(PlotPrograms, samplesFurtherApartThanTheFilterIsWideAreNotConnected)
     result.channels[0].filterWidth_kHz = 1999.9;
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with points"));
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("using 1:(-105):(0):($3-(-105)) with vectors nohead"));
+}
+
+TEST(PlotPrograms, manySamplesHaveNoMarkers)
+{
+    EXPECT_THAT(
+        sdc::plotProgram(scanOf(std::vector<std::int32_t>(150, -9000)), {}), HasSubstr("using 1:2 with linespoints "));
+    EXPECT_THAT(sdc::plotProgram(scanOf(std::vector<std::int32_t>(151, -9000)), {}), HasSubstr("using 1:2 with lines "));
+}
+
+TEST(PlotPrograms, ticksHaveTheDigitsThatTellStepsApart)
+{
+    auto fine = bandResult();
+    fine.channels[0].plan.step_kHz = 1250;
+    EXPECT_THAT(sdc::plotProgram(fine, {}), HasSubstr(R"("19.17000" 19.170000)"));
 }
 
 TEST(PlotPrograms, titleSaysWhatWasScannedAndWhen)

@@ -192,6 +192,13 @@ TEST(ResultJson, everyFieldIsReadIntoItsPlace)
     EXPECT_EQ(sweep.samples[2].rssi, -2000);
 }
 
+TEST(ResultJson, sweepMayTakeNoTime)
+{
+    auto result = scanOf({-9970});
+    result.channels[0].sweeps[0].end = result.channels[0].sweeps[0].start;
+    EXPECT_EQ(refusalOf(jsonOf(result)), "");
+}
+
 TEST(ResultJson, beforeAndAfterAreNotMixedUp)
 {
     auto result = scanOf({-9970});
@@ -290,11 +297,12 @@ TEST(ResultJsonRefusal, everyRequiredKeyIsRequired)
 {
     const std::function<void(const json&, const std::string&)> check = [&](const json& value, const std::string& pointer) {
         for (const auto& [key, member] : value.items()) {
-            const std::string place = pointer + "/" + key;
+            const std::string name = key;
+            const std::string place = pointer + "/" + name;
             if (value.is_object() && key != "reason" && key != "holds" && key != "floor_dBm"
                 && key != "configured_channel") {
-                EXPECT_THAT(refusalAfter([&](json& result) { result[json::json_pointer(pointer)].erase(key); }),
-                    HasSubstr("lacks \"" + key + "\""))
+                EXPECT_THAT(refusalAfter([&](json& result) { result[json::json_pointer(pointer)].erase(name); }),
+                    HasSubstr("lacks \"" + name + "\""))
                     << place;
             }
             if (key != "1" && key != "2" && member.is_structured()) { // the first of each list will do
