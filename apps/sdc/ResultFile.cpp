@@ -1,6 +1,7 @@
 #include "apps/sdc/ResultFile.h"
 
 #include "apps/sdc/results/ResultJson.h"
+#include "simulator/scenario/InputText.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -16,22 +17,11 @@ namespace {
 std::string readAll(std::istream& stream, const std::string& file)
 {
     constexpr std::size_t largest_MiB = 512;
-    constexpr std::streamsize chunk = 1 << 16;
-    std::string text;
-    while (stream && text.size() <= largest_MiB << 20U) {
-        const std::size_t before = text.size();
-        text.resize(before + chunk);
-        stream.read(text.data() + before, chunk);
-        text.resize(before + static_cast<std::size_t>(stream.gcount()));
+    try {
+        return simulator::readToEnd(stream, largest_MiB);
+    } catch (const std::runtime_error& error) {
+        throw ResultError(file + ": " + error.what());
     }
-    if (stream.bad()) {
-        throw ResultError(file + ": cannot be read");
-    }
-    if (text.size() > largest_MiB << 20U) {
-        throw ResultError(
-            file + ": is larger than " + std::to_string(largest_MiB) + " MiB; must be a result of 'sdc scan --json'");
-    }
-    return text;
 }
 
 } // namespace

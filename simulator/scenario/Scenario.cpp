@@ -1,5 +1,6 @@
 #include "simulator/scenario/Scenario.h"
 
+#include "simulator/scenario/InputText.h"
 #include "simulator/scenario/JsonText.h"
 #include "simulator/scenario/RecordedSweep.h"
 #include "simulator/scenario/ScenarioReader.h"
@@ -33,15 +34,7 @@ const embedded::Text* findIn(std::span<const embedded::Text> texts, std::string_
 
 [[noreturn]] void refuse(const std::string& file, const std::vector<std::string>& findings)
 {
-    constexpr std::size_t most = 10;
-    std::string text;
-    for (std::size_t index = 0; index < std::min(findings.size(), most); ++index) {
-        text += (index == 0 ? "" : "\n") + file + ": " + findings[index];
-    }
-    if (findings.size() > most) {
-        text += "\n" + file + ": and " + std::to_string(findings.size() - most) + " more";
-    }
-    throw ScenarioError(text);
+    throw ScenarioError(listed(file, findings));
 }
 
 Scenario parse(std::string_view text, const std::string& file, const RecordingReader& readRecording)
@@ -88,22 +81,12 @@ constexpr std::size_t largestRecording_MiB = 256; // ten million bins and more
 
 std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB)
 {
-    constexpr std::streamsize chunk = 1 << 16;
     std::ifstream stream = openFile(file);
-    std::string text;
-    while (stream && text.size() <= largest_MiB << 20U) {
-        const std::size_t before = text.size();
-        text.resize(before + chunk);
-        stream.read(text.data() + before, chunk);
-        text.resize(before + static_cast<std::size_t>(stream.gcount()));
+    try {
+        return readToEnd(stream, largest_MiB);
+    } catch (const std::runtime_error& error) {
+        throw ScenarioError(file.string() + ": " + error.what());
     }
-    if (stream.bad()) {
-        throw ScenarioError(file.string() + ": cannot be read");
-    }
-    if (text.size() > largest_MiB << 20U) {
-        throw ScenarioError(file.string() + ": is larger than " + std::to_string(largest_MiB) + " MiB; must be smaller");
-    }
-    return text;
 }
 
 /// Recordings of built-in scenarios are built in as well.

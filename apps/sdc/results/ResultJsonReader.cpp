@@ -3,6 +3,7 @@
 #include "apps/sdc/results/ResultWords.h"
 #include "apps/sdc/results/TimeText.h"
 #include "simulator/scenario/EmbeddedText.h"
+#include "simulator/scenario/InputText.h"
 #include "simulator/scenario/JsonText.h"
 #include "simulator/scenario/SchemaCheck.h"
 
@@ -22,15 +23,7 @@ using nlohmann::json;
 
 [[noreturn]] void refuse(const std::string& file, const std::vector<std::string>& findings)
 {
-    constexpr std::size_t most = 10;
-    std::string text;
-    for (std::size_t index = 0; index < std::min(findings.size(), most); ++index) {
-        text += (index == 0 ? "" : "\n") + file + ": " + findings[index];
-    }
-    if (findings.size() > most) {
-        text += "\n" + file + ": and " + std::to_string(findings.size() - most) + " more";
-    }
-    throw ResultError(text);
+    throw ResultError(simulator::listed(file, findings));
 }
 
 json parse(std::string_view text, const std::string& file)
