@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <ostream>
 #include <stdexcept>
@@ -133,8 +134,9 @@ std::vector<std::string> writeOutputs(const ScanResult& result, const OutputOpti
     if (!usesStandardOutput(outputs)) {
         outputs.push_back({OutputFormat::table, standardOutput});
     }
-    std::stable_partition(
-        outputs.begin(), outputs.end(), [](const Output& output) { return output.file != standardOutput; });
+    // Standard output, at most one of them, comes last.
+    const auto standard = std::ranges::find(outputs, standardOutput, &Output::file);
+    std::rotate(standard, std::next(standard), outputs.end());
     std::vector<std::string> failures;
     for (const Output& output : outputs) {
         const std::string failure = failureOf(result, output, options);

@@ -4,6 +4,8 @@
 #include "apps/sdc/results/TimeText.h"
 
 #include <algorithm>
+#include <chrono>
+#include <map>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -15,12 +17,6 @@ namespace {
 using simulator::ScanPlan;
 
 constexpr std::int64_t hertzPerKilohertz = 1000;
-
-struct Row {
-    TimePoint start;
-    std::uint32_t lowest_kHz;
-    std::string text;
-};
 
 /// From one sample to the next; 0 when the sweep has no two places.
 std::uint32_t stepOf(const Sweep& sweep, const ScanPlan& plan)
@@ -61,7 +57,7 @@ std::string levelOfOnePlace(const Sweep& sweep)
     return ", " + hundredths(mean.mean());
 }
 
-Row rowOf(const Sweep& sweep, const ScanPlan& plan)
+std::string rowOf(const Sweep& sweep, const ScanPlan& plan)
 {
     const std::uint32_t step_kHz = stepOf(sweep, plan);
     const std::size_t count = step_kHz == 0 ? 1 : levelCount(sweep, plan, step_kHz);
@@ -73,25 +69,26 @@ Row rowOf(const Sweep& sweep, const ScanPlan& plan)
     const std::int64_t high_Hz = low_Hz + static_cast<std::int64_t>(count) * step_Hz;
     const std::string head = dateText(sweep.start) + ", " + clockText(sweep.start) + ", " + std::to_string(low_Hz) + ", "
         + std::to_string(high_Hz) + ", " + std::to_string(step_Hz) + ", " + std::to_string(sweep.samples.size());
-    return {sweep.start, lowest_kHz, head + (step_kHz == 0 ? levelOfOnePlace(sweep) : levels(sweep, count)) + "\n"};
+    return head + (step_kHz == 0 ? levelOfOnePlace(sweep) : levels(sweep, count)) + "\n";
 }
 
 } // namespace
 
 void writeSweep(std::ostream& stream, const ScanResult& result)
 {
-    std::vector<Row> rows;
+    // By what a row says of itself: its second, then its lowest frequency.
+    std::multimap<std::tuple<std::chrono::sys_seconds, std::uint32_t>, std::string> rows;
     for (const ChannelResult& channel : result.channels) {
         for (const Sweep& sweep : channel.sweeps) {
             if (!sweep.samples.empty()) {
-                rows.push_back(rowOf(sweep, channel.plan));
+                rows.emplace(
+                    std::tuple(std::chrono::floor<std::chrono::seconds>(sweep.start), sweep.samples.front().frequency_kHz),
+                    rowOf(sweep, channel.plan));
             }
         }
     }
-    std::ranges::stable_sort(rows, {},
-        [](const Row& row) { return std::tuple(std::chrono::floor<std::chrono::seconds>(row.start), row.lowest_kHz); });
-    for (const Row& row : rows) {
-        stream << row.text;
+    for (const auto& [place, row] : rows) {
+        stream << row;
     }
 }
 
