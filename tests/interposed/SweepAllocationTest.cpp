@@ -2,6 +2,7 @@
 
 #include "tests/support/ControllerInspector.h"
 #include "tests/support/FakePeers.h"
+#include "tests/support/ReplacedAllocation.h"
 
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
@@ -19,49 +20,8 @@
 
 namespace {
 
-std::atomic<std::size_t> nrOfAllocations{0};
-std::atomic<bool> nextOneFails{false};
-
-} // namespace
-
-// Not inlined: the compiler would take the pairs apart and find them mismatched.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    ++nrOfAllocations;
-    void* const memory = nextOneFails.exchange(false) ? nullptr : std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-void* operator new[](std::size_t size)
-{
-    return operator new(size);
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete[](void* memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-namespace {
-
+using support::memory::lettingPass;
+using support::memory::nrOfAllocations;
 using testing::ElementsAre;
 
 constexpr std::int32_t nrOfSamples = 70;
@@ -86,7 +46,7 @@ public:
     std::int32_t readRssi(std::int32_t& rssi) override
     {
         rssi = -4500;
-        nextOneFails = ++nrOfReadings == failingReading;
+        lettingPass = ++nrOfReadings == failingReading ? 0 : -1;
         return 0;
     }
 
@@ -103,7 +63,7 @@ public:
 /// Lets memory run out when it goes: the next thing that allocates is whatever follows its replacement.
 class FailingWhenGone : public QuietProvider {
 public:
-    ~FailingWhenGone() override { nextOneFails = true; }
+    ~FailingWhenGone() override { lettingPass = 0; }
 };
 
 class QuietSleep : public Util::SleepApi {
@@ -220,7 +180,7 @@ TEST_F(SweepAllocation, memoryThatRunsOutForTheThreadsNameIsTracedAndInitialisat
     simulator::RecordingTraceSink trace;
     simulator::trace::addSink(trace);
     EXPECT_EQ(other.onModuleInit(), 0U);
-    nextOneFails = false;
+    lettingPass = -1;
     simulator::trace::removeSink(trace);
     const std::vector<simulator::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 1U);

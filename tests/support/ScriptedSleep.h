@@ -63,6 +63,13 @@ public:
         return m_changed.wait_for(lock, hangLimit, [this] { return m_sleepers > 0 && m_passes == 0; });
     }
 
+    /// Whether a thread stands at the gate with no pass left for it.
+    bool hasSleeper() const
+    {
+        const std::lock_guard<std::mutex> guard(m_guard);
+        return m_sleepers > 0 && m_passes == 0;
+    }
+
     /// Runs inside every sleep, before the gate. Set while no scan runs.
     std::function<void(std::uint32_t milliseconds)> onSleep;
 
@@ -75,7 +82,7 @@ private:
     }
 
     CallLog& m_log;
-    std::mutex m_guard;
+    mutable std::mutex m_guard;
     std::condition_variable m_changed;
     bool m_isClosed = false;
     int m_passes = 0;

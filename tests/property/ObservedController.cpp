@@ -1,0 +1,188 @@
+#include "tests/property/ObservedController.h"
+
+#include "tests/support/Waiting.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <mutex>
+#include <string_view>
+
+namespace property {
+
+namespace {
+
+constexpr std::int32_t refusal = 32768;
+
+/// What the sequential machine tells, too: calls of peers, delays, errors and refusals.
+bool isTold(const std::string& line)
+{
+    constexpr std::array<std::string_view, 9> told{"IFrameFormat.", "IFrequencyController.", "IRssiHandler.",
+        "IRadioCapability.", "IRadio.", "provider.", "sleep", "trace 1 ", "trace 5 Scan "};
+    return std::ranges::any_of(told, [&line](std::string_view prefix) { return line.starts_with(prefix); });
+}
+
+} // namespace
+
+ObservedController::ObservedController(std::optional<Fault> fault)
+    : m_faults(fault)
+{
+    scriptPeers();
+    log.onAdd = [this](const std::string& call) {
+        if (call.starts_with("trace 5 Thread exited")) {
+            m_hasWorkerEnded = true;
+        }
+    };
+    sleep.close();
+    ControllerFixture::start();
+    takeLines();
+}
+
+ObservedController::~ObservedController()
+{
+    m_faults = FaultScript();
+    sleep.open();
+    destroy();
+    log.onAdd = nullptr;
+}
+
+void ObservedController::scriptPeers()
+{
+    peers.frameFormat.onGetChannelSpacing = [this] { m_faults.call(Operation::getChannelSpacing); };
+    peers.frequencyController.onGetRxFrequency = [this] { m_faults.call(Operation::getRxFrequency); };
+    peers.radioCapability.onGetFrequencyParameters = [this] { m_faults.call(Operation::getFrequencyParameters); };
+    peers.radio.onGetProperties = [this] {
+        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? refusal : 0;
+    };
+    peers.radio.onGetUnitInfo = [this] { peers.radio.typeText = m_faults.call(Operation::getUnitInfo) ? "" : m_typeText; };
+    peers.frequencyController.onSetRxFrequency = [this](std::uint32_t frequency_kHz) {
+        const std::optional<Misbehaviour> wrong = m_faults.call(Operation::setRxFrequency);
+        if (wrong == Misbehaviour::refuses) {
+            return refusal;
+        }
+        m_receiver_kHz = frequency_kHz;
+        return wrong ? oddCode : 0;
+    };
+    peers.rssiHandler.onReadRssi = [this](std::int32_t& rssi) {
+        const std::optional<Misbehaviour> wrong = m_faults.call(Operation::readRssi);
+        ++m_readings;
+        if (wrong == Misbehaviour::refuses) {
+            return refusal;
+        }
+        rssi = wrong ? oddReading : reading(m_readings);
+        return 0;
+    };
+    sleep.onSleep = [this](std::uint32_t) { m_faults.call(Operation::sleepMs); };
+    onHostEvent = [this](const std::string& event) {
+        if (event == "sleep.get") {
+            m_faults.call(Operation::getSleepService);
+        }
+    };
+}
+
+void ObservedController::setRadio(const Radio& radio)
+{
+    const planning::Inputs& in = radio.parameters;
+    const auto word = [](planning::Wide value) { return static_cast<std::uint32_t>(value); };
+    peers.frameFormat.channelSpacing_kHz = word(in.spacing);
+    peers.frequencyController.rxFrequency_kHz = word(in.rx);
+    peers.radioCapability.parameters = {word(in.band), {1, 2, 3}, word(in.min), word(in.max), word(in.raster), 7,
+        word(in.base), {9, 10}, word(in.low), word(in.high)};
+    peers.radio.properties = radio.properties;
+    m_typeText = radio.typeText;
+}
+
+/// Quiet: the worker stands in a delay, is back in its wait, or has ended.
+bool ObservedController::isQuiet() const
+{
+    return sleep.hasSleeper() || inspect().getState() == SpectrumDiagnosticsController::STATE_IDLE || m_hasWorkerEnded;
+}
+
+bool ObservedController::waitUntilQuiet() const
+{
+    return support::eventually([this] { return isQuiet(); });
+}
+
+void ObservedController::guarded(const std::function<std::int32_t()>& call)
+{
+    try {
+        m_outcomes.push_back("returned " + std::to_string(call()));
+    } catch (const std::exception& exception) {
+        m_outcomes.push_back(std::string("threw ") + exception.what());
+    } catch (...) {
+        m_outcomes.emplace_back("threw something else");
+    }
+}
+
+void ObservedController::setCommand(std::int32_t command)
+{
+    guarded([this, command] { return controller->setCommand(static_cast<ESDCCommand>(command), 17); });
+}
+
+/// While the worker waits it gives up its lock; a start that is given then cannot be lost.
+void ObservedController::start(std::int32_t command)
+{
+    if (sleep.hasSleeper()) {
+        setCommand(command);
+    } else {
+        const std::lock_guard<std::mutex> workerWaits(inspect().m_mutex());
+        setCommand(command);
+    }
+    EXPECT_TRUE(waitUntilQuiet());
+}
+
+/// Blocks while a sweep runs, so that the sequential machine has no such step.
+void ObservedController::phaseStop()
+{
+    EXPECT_EQ(controller->onPhaseStop(), 0U);
+}
+
+void ObservedController::endSettling()
+{
+    if (sleep.hasSleeper()) {
+        sleep.letOnePass();
+        EXPECT_TRUE(waitUntilQuiet());
+    }
+}
+
+void ObservedController::queryProperties()
+{
+    guarded([this] {
+        controller->getSpectrumDiagnosticsProperties();
+        return 0;
+    });
+}
+
+void ObservedController::rebirth()
+{
+    sleep.open();
+    destroy();
+    sleep.close();
+    m_hasWorkerEnded = false;
+    ControllerFixture::start();
+}
+
+std::vector<std::string> ObservedController::look() const
+{
+    const ControllerInspector members = inspect();
+    std::vector<std::string> lines{"state " + std::to_string(members.getState()),
+        "status " + std::to_string(controller->getStatus()), "progress " + std::to_string(controller->getProgress()),
+        "command " + std::to_string(members.m_command()), "receiver " + std::to_string(m_receiver_kHz)};
+    for (const SDCResult& sample : samples()) {
+        lines.push_back(sampleLine(sample));
+    }
+    return lines;
+}
+
+std::vector<std::string> ObservedController::takeLines()
+{
+    std::vector<std::string> lines = log.calls();
+    std::erase_if(lines, [](const std::string& line) { return !isTold(line); });
+    log.clear();
+    trace.clear();
+    lines.insert(lines.end(), m_outcomes.begin(), m_outcomes.end());
+    m_outcomes.clear();
+    return lines;
+}
+
+} // namespace property
