@@ -244,6 +244,20 @@ TEST_F(PeerBinding, resultDoesNotDependOnTracing)
     }
 }
 
+TEST_F(PeerBinding, anyMissingPeerFailsWithoutATextWhenTheTraceIsOff)
+{
+    setTraceLevel(0);
+    const PeerTable table = peersOf(2);
+    for (std::size_t missing = 0; missing < nrOfPeers; ++missing) {
+        SCOPED_TRACE(table[missing].name);
+        constructWithFirst(missing, 2, table);
+        EXPECT_EQ(controller->onModuleInit(), 32768U);
+        EXPECT_EQ(boundPeers(), firstOfFakes(missing));
+        EXPECT_EQ(trace.records().size(), 0U);
+        entries.clear();
+    }
+}
+
 TEST_F(PeerBinding, aPeerThatHasGoneIsForgottenByTheNextAttempt)
 {
     const PeerTable table = peersOf(2);

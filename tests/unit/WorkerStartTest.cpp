@@ -143,15 +143,21 @@ TEST_F(WorkerStart, failureOfTheSuccessTextIsCaughtLikeAFailureOfTheStart)
 
 TEST_F(WorkerStart, failuresAreTracedAtLevel1Only)
 {
-    setTraceLevel(0);
-    construct(7);
-    onHostEvent = [](const std::string& event) {
-        if (event == "thread.name SpectDiagCtrl7") {
-            throw std::runtime_error("no name");
-        }
-    };
-    EXPECT_EQ(controller->onModuleInit(), 0U);
-    EXPECT_THAT(trace.records(), IsEmpty());
+    const std::function<void()> failures[] = {[] { throw std::runtime_error("no name"); }, [] { throw 42; }};
+    for (const auto& fail : failures) {
+        setTraceLevel(0);
+        construct(7);
+        onHostEvent = [&fail](const std::string& event) {
+            if (event == "thread.name SpectDiagCtrl7") {
+                fail();
+            }
+        };
+        EXPECT_EQ(controller->onModuleInit(), 0U);
+        EXPECT_THAT(trace.records(), IsEmpty());
+        onHostEvent = nullptr;
+        destroy();
+        peers.unregister();
+    }
 }
 
 } // namespace
