@@ -15,8 +15,10 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <new>
+#include <string>
 
 namespace {
 
@@ -188,6 +190,25 @@ TEST_F(SweepAllocation, memoryThatRunsOutForTheThreadsNameIsTracedAndInitialisat
     EXPECT_EQ(records[0].text, "Thread  caught exception [std::bad_alloc].");
     EXPECT_EQ(inspectOther.m_threadName(), "");
     EXPECT_FALSE(inspectOther.m_thread().joinable());
+}
+
+TEST_F(SweepAllocation, memoryThatRunsOutForANameReachesTheCaller)
+{
+    const std::string prefix(100, 'x'); // no string has room of its own for it
+    const std::function<std::string()> names[] = {[&prefix] { return IInterface::interfaceName(prefix, 0U); },
+        [&prefix] { return IInterface::interfaceName(prefix, 7U); },
+        [&prefix] { return IInterface::interfaceName(prefix, RadioChannel{0}); }};
+    for (const std::function<std::string()>& name : names) {
+        bool isOut = false;
+        lettingPass = 0;
+        try {
+            name();
+        } catch (const std::bad_alloc&) {
+            isOut = true;
+        }
+        lettingPass = -1;
+        EXPECT_TRUE(isOut);
+    }
 }
 
 } // namespace

@@ -7,12 +7,19 @@
 #include <link.h>
 
 #include <algorithm>
+#include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <functional>
 #include <iterator>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
 #include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -36,6 +43,45 @@ TEST_F(ControllerLayout, membersAreDeclaredInTheListedOrder)
         &is.m_progress(), &is.m_nrOfSamplesDone(), &is.m_totalNrOfSamples(), &is.m_properties()};
     EXPECT_TRUE(std::is_sorted(std::begin(members), std::end(members), std::less<>{}));
     EXPECT_LT(static_cast<const void*>(static_cast<Interface*>(controller.get())), members[0]);
+}
+
+template <typename Type, typename... Members>
+constexpr bool areAll(const Members&...)
+{
+    return (std::is_same_v<Members, Type> && ...);
+}
+
+TEST_F(ControllerLayout, membersHaveTheListedTypes)
+{
+    construct(7);
+    const ControllerInspector is = inspect();
+    EXPECT_TRUE(areAll<std::uint32_t>(is.m_radioChannelId(), is.m_channelSpacing_kHz(), is.m_currentRxFrequency_kHz(),
+        is.m_minRxFrequency_kHz(), is.m_maxRxFrequency_kHz(), is.m_rxBaseFrequency_kHz(), is.m_frequencyBand_GHz(),
+        is.m_frequencyStepSize_kHz(), is.m_stepLimitLow(), is.m_stepLimitHigh(), is.m_scanStep_kHz(),
+        is.m_frequencyMargin_kHz(), is.m_scanLowestRxFrequency_kHz(), is.m_scanHighestRxFrequency_kHz(), is.m_setRxWait_ms(),
+        is.m_firstSetRxWait_ms()));
+    EXPECT_TRUE(areAll<std::int32_t>(is.m_nrOfSamplesDone(), is.m_totalNrOfSamples()));
+    EXPECT_TRUE(areAll<std::atomic<std::int32_t>>(is.m_progress()));
+    EXPECT_TRUE(areAll<std::atomic<Controller::State>>(is.m_state()));
+    EXPECT_TRUE(areAll<std::atomic<ESDCStatus>>(is.m_status()));
+    EXPECT_TRUE(areAll<std::atomic<ESDCCommand>>(is.m_command()));
+    EXPECT_EQ(sizeof is.m_state() + sizeof is.m_status() + sizeof is.m_command() + sizeof is.m_progress(), 4 * 4U);
+    EXPECT_EQ(sizeof is.m_properties(), 4U);
+    EXPECT_TRUE(areAll<std::unique_ptr<IRadioPropertiesProvider>>(is.m_propertiesProvider()));
+    EXPECT_TRUE(areAll<std::vector<SDCResult>>(is.m_results()));
+    EXPECT_TRUE(areAll<std::mutex>(is.m_mutex()));
+    EXPECT_TRUE(areAll<std::condition_variable>(is.m_condition()));
+    EXPECT_TRUE(areAll<std::thread>(is.m_thread()));
+    EXPECT_TRUE(areAll<std::string>(is.m_threadName()));
+}
+
+TEST_F(ControllerLayout, stringOfTheInterfaceRootStaysEmpty)
+{
+    start(7);
+    ASSERT_TRUE(scan(SDC_CMD_CHANNEL_SCAN_START));
+    const IInterface* const root = static_cast<Interface*>(controller.get());
+    const char* const afterTheTable = reinterpret_cast<const char*>(root) + sizeof(void*); // the root's one member
+    EXPECT_EQ(*reinterpret_cast<const std::string*>(afterTheTable), "");
 }
 
 TEST_F(ControllerLayout, moduleBaseIsTheFirstAndTheInterfaceTheSecond)

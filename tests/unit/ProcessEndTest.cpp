@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
+#include <sys/time.h>
+
 namespace {
 
 class InitialisationDeathTest : public support::WorkerFixture {
@@ -46,6 +50,22 @@ TEST_F(PlanningDeathTest, channelsOfNoWidthOutsideTheSubBandEndTheProcess)
     inspect().m_currentRxFrequency_kHz() = 18000000;
     inspect().m_maxRxFrequency_kHz() = 17999999;
     EXPECT_DEATH(inspect().prepSubBandScan4743(), "");
+}
+
+/// A plan without an end is ended after some of the processor's time, not by its own division.
+TEST_F(PlanningDeathTest, channelsOfNoWidthInsideTheSubBandNeverEnd)
+{
+    const auto planWithin = [this](std::uint32_t min_kHz, std::uint32_t max_kHz) {
+        inspect().m_channelSpacing_kHz() = 0;
+        inspect().m_currentRxFrequency_kHz() = 18000000;
+        inspect().m_minRxFrequency_kHz() = min_kHz;
+        inspect().m_maxRxFrequency_kHz() = max_kHz;
+        const itimerval limit{{0, 0}, {0, 50000}};
+        setitimer(ITIMER_VIRTUAL, &limit, nullptr);
+        inspect().prepSubBandScan4743();
+    };
+    EXPECT_EXIT(planWithin(18000000, 17999999), testing::KilledBySignal(SIGVTALRM), ""); // downwards
+    EXPECT_EXIT(planWithin(18000001, 18000000), testing::KilledBySignal(SIGVTALRM), ""); // upwards
 }
 
 #endif

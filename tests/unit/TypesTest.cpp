@@ -148,6 +148,44 @@ TEST(Interface, operationsHaveTheListedSignaturesAndArePureVirtual)
     EXPECT_TRUE(std::is_abstract_v<I>);
 }
 
+// One operation each, on top of those of the base.
+
+template <typename Base>
+struct WithCommand : Base {
+    std::int32_t setCommand(ESDCCommand, std::int32_t) override { return 0; }
+};
+
+template <typename Base>
+struct WithResult : Base {
+    std::int32_t getResult(std::int32_t*, SDCResult*) override { return 0; }
+};
+
+template <typename Base>
+struct WithStatus : Base {
+    ESDCStatus getStatus() override { return SDC_STATUS_SCAN_NOT_STARTED; }
+};
+
+template <typename Base>
+struct WithProgress : Base {
+    std::int32_t getProgress() override { return 0; }
+};
+
+template <typename Base>
+struct WithProperties : Base {
+    SDCProperties getSpectrumDiagnosticsProperties() override { return {}; }
+};
+
+TEST(Interface, eachOperationIsPureVirtual)
+{
+    using I = ISpectrumDiagnosticsController;
+    EXPECT_TRUE((std::is_abstract_v<WithResult<WithStatus<WithProgress<WithProperties<I>>>>>));
+    EXPECT_TRUE((std::is_abstract_v<WithCommand<WithStatus<WithProgress<WithProperties<I>>>>>));
+    EXPECT_TRUE((std::is_abstract_v<WithCommand<WithResult<WithProgress<WithProperties<I>>>>>));
+    EXPECT_TRUE((std::is_abstract_v<WithCommand<WithResult<WithStatus<WithProperties<I>>>>>));
+    EXPECT_TRUE((std::is_abstract_v<WithCommand<WithResult<WithStatus<WithProgress<I>>>>>));
+    EXPECT_FALSE((std::is_abstract_v<WithCommand<WithResult<WithStatus<WithProgress<WithProperties<I>>>>>>));
+}
+
 TEST(Interface, operationsAreDeclaredInTheListedOrderRightAfterTheDestructor)
 {
     using I = ISpectrumDiagnosticsController;
