@@ -13,6 +13,7 @@ namespace property {
 namespace {
 
 constexpr std::int32_t refusal = 32768;
+constexpr std::int32_t mostSamples = 100; // more than any run's plans have
 
 /// What the sequential machine tells, too: calls of peers, delays, errors and refusals.
 bool isTold(const std::string& line)
@@ -168,8 +169,12 @@ std::vector<std::string> ObservedController::look() const
     std::vector<std::string> lines{"state " + std::to_string(members.getState()),
         "status " + std::to_string(controller->getStatus()), "progress " + std::to_string(controller->getProgress()),
         "command " + std::to_string(members.m_command()), "receiver " + std::to_string(m_receiver_kHz)};
-    for (const SDCResult& sample : samples()) {
-        lines.push_back(sampleLine(sample));
+    std::array<SDCResult, mostSamples> copies{};
+    std::int32_t count = mostSamples;
+    EXPECT_EQ(controller->getResult(&count, copies.data()), SDC_RC_OK);
+    EXPECT_LT(count, mostSamples);
+    for (std::int32_t index = 0; index < count; ++index) {
+        lines.push_back(sampleLine(copies.at(static_cast<std::size_t>(index))));
     }
     return lines;
 }
