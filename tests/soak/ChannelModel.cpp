@@ -75,8 +75,7 @@ private:
 };
 
 ChannelModel::ChannelModel(const simulator::Link& link)
-    : m_configured_kHz(link.rxFrequency_kHz)
-    , m_lowest_kHz(link.frequencyParameters.minRxFrequency_kHz)
+    : m_lowest_kHz(link.frequencyParameters.minRxFrequency_kHz)
     , m_highest_kHz(link.frequencyParameters.maxRxFrequency_kHz)
     , m_receiver_kHz(link.rxFrequency_kHz)
 {

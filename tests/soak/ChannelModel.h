@@ -48,7 +48,6 @@ public:
     /// Takes the calls of a sweep that came about.
     void keep(const ExpectedSweep& sweep);
 
-    std::uint32_t configured_kHz() const { return m_configured_kHz; }
     std::uint32_t receiver_kHz() const { return m_receiver_kHz; }
     std::uint64_t faultsMet() const { return m_faultsMet; }
 
@@ -62,7 +61,6 @@ private:
     const simulator::Fault* decide(simulator::Operation operation, std::uint64_t call) const;
     bool isInRange(std::uint32_t frequency_kHz) const;
 
-    std::uint32_t m_configured_kHz;
     std::uint32_t m_lowest_kHz;
     std::uint32_t m_highest_kHz;
     std::uint32_t m_receiver_kHz;

@@ -75,7 +75,7 @@ bool Round::bringUp()
 {
     std::vector<simulator::TerminalChannel> channels = randomChannels(m_dice, m_links);
     for (const simulator::TerminalChannel& channel : channels) {
-        m_lanes.push_back({channel, ChannelModel(channel.link)});
+        m_lanes.push_back({channel, Dice(m_dice.word()), ChannelModel(channel.link)});
     }
     if (m_dice.oneIn(50)) {
         bringUpInVain();
@@ -143,7 +143,7 @@ void Round::finishStopped()
 void Round::startSome()
 {
     for (Lane& lane : m_lanes) {
-        if (lane.isAlive && !m_dice.oneIn(4)) {
+        if (lane.isAlive && !lane.dice.oneIn(4)) {
             askForProperties(lane);
             injectSome(lane);
             start(lane);
@@ -184,11 +184,11 @@ void Round::finish(Lane& lane)
 
 void Round::injectSome(Lane& lane)
 {
-    while (m_dice.oneIn(2)) {
-        inject(lane, randomSweepFault(m_dice));
+    while (lane.dice.oneIn(2)) {
+        inject(lane, randomSweepFault(lane.dice));
     }
-    if (m_dice.oneIn(6)) {
-        const Fault fault = randomStartFault(m_dice, lane.channel.link);
+    if (lane.dice.oneIn(6)) {
+        const Fault fault = randomStartFault(lane.dice, lane.channel.link);
         try {
             inject(lane, fault);
             lane.startFault = fault;
@@ -206,7 +206,7 @@ void Round::inject(Lane& lane, const Fault& fault)
 
 void Round::askForProperties(Lane& lane)
 {
-    if (m_dice.oneIn(2)) {
+    if (lane.dice.oneIn(2)) {
         return;
     }
     const bool throws = lane.model.propertiesThrow();
@@ -225,14 +225,12 @@ void Round::start(Lane& lane)
         return;
     }
     const RadioChannel channel = lane.channel.number;
-    const ESDCCommand command = m_dice.oneIn(2) ? SDC_CMD_CHANNEL_SCAN_START : SDC_CMD_SUB_BAND_SCAN_START;
+    const ESDCCommand command = lane.dice.oneIn(2) ? SDC_CMD_CHANNEL_SCAN_START : SDC_CMD_SUB_BAND_SCAN_START;
     lane.scan = {.channel = channel, .start = command, .samplesBefore = m_terminal->samples(channel)};
     const std::optional<Fault> fault = std::exchange(lane.startFault, std::nullopt);
     ScanStart started{};
     try {
         started = m_terminal->startScan(channel, command);
-    } catch (const SoakFailure&) {
-        throw;
     } catch (const std::runtime_error& error) {
         acceptException(lane, fault, error);
         return;
@@ -256,6 +254,10 @@ void Round::accept(Lane& lane, const std::optional<Fault>& fault, ScanStart star
     require(started == ScanStart::underWay, name + "was refused, or there was no worker");
     lane.isScanning = true;
     lane.scan.diesAtOnce = lane.model.propertiesThrow();
+    lane.scan.configured_kHz = lane.channel.link.rxFrequency_kHz;
+    if (isWrongAnswer && fault->operation == Operation::getRxFrequency) {
+        lane.scan.configured_kHz = static_cast<std::uint32_t>(fault->value);
+    }
     ++m_tally.scans;
 }
 

@@ -32,8 +32,10 @@ public:
     void run();
 
 private:
+    /// One channel. Has dice of its own, so that the others' choices do not depend on when a stop reaches it.
     struct Lane {
         simulator::TerminalChannel channel;
+        Dice dice;
         ChannelModel model;
         ScanRecord scan{};
         std::optional<simulator::Fault> startFault{};

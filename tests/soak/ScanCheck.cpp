@@ -125,6 +125,7 @@ void checkScan(const SimulatedTerminal& terminal, const ScanRecord& scan, Channe
         return;
     }
     const ScanPlan plan = terminal.plan(scan.channel).value();
+    require(plan.rxFrequency_kHz == scan.configured_kHz, seen + "; to be put back elsewhere than the radio told");
     const ExpectedSweep expected = expectedSweep(scan, outcome, plan, model);
     require(isAs(expected, outcome), seen + "; " + describe(expected));
     require(hasPlannedFrequencies(outcome.samples, plan), seen + "; frequencies beside the plan");

@@ -13,6 +13,7 @@ namespace soak {
 struct ScanRecord {
     RadioChannel channel{};
     ESDCCommand start{};
+    std::uint32_t configured_kHz = 0; ///< as the radio told it at the start
     bool wasStopped = false;
     bool diesAtOnce = false; ///< the refresh of the properties throws, before anything else
     std::vector<SDCResult> samplesBefore;
