@@ -5,13 +5,19 @@
 #define STOPPED (ending == stopped && !isSweeping)
 #define REFUSED (ending == refused && !isSweeping)
 #define THROWN (ending == thrown && isGone)
-#define LOST_START (isStartMissed && m_condition && m_state == STATE_SCAN && m_status == scan_ongoing && callers == 0)
-#define LOST_STOP (isStopMissed && m_condition && m_state == STATE_STOP && callers == 0)
+
+/* At rest: no call is under way, and the worker waits for one that may never come. */
+#define atRest (m_condition && callers == 0)
+#define LOST_START (atRest && isStartMissed && m_state == STATE_SCAN && m_status == scan_ongoing)
+#define LOST_STOP (atRest && isStopMissed && m_state == STATE_STOP)
+#define OTHER_LOSS (atRest && m_state != STATE_IDLE && !isStartMissed && !isStopMissed)
+#define DROPPED_START (atRest && !isStartMissed && m_state == STATE_IDLE && m_status == scan_ongoing)
+#define EXIT_OVERWRITTEN (atRest && isExitOverwritten && m_state == STATE_IDLE)
+
 #define EARLY_STOP (isSpinning && stray == early && callers == 0)
-#define LATE_STOP (isSpinning && stray == late && callers == 0)
+#define LATE_STOP (isSpinning && stray == late && callers == 0 && ending == complete)
+#define OTHER_SPIN (isSpinning && stray == none)
 #define MUTE_SCAN (isMute && ending == complete && !isSweeping && m_status == scan_not_started)
-#define DROPPED_START (m_condition && m_state == STATE_IDLE && m_status == scan_ongoing && callers == 0)
-#define EXIT_OVERWRITTEN (isExitOverwritten && m_condition && m_state == STATE_IDLE && callers == 0)
 
 #ifdef FIND
 active proctype finder()
@@ -24,6 +30,9 @@ end_finder:
 /* The destruction returns, unless a stop was stored where there was no sweep to stop. */
 ltl ends { <> (!isAlive || stray != none) }
 ltl ends_always { <> !isAlive }
+
+/* The same where commands go on during the destruction. */
+ltl ends_in_commands { <> (!isAlive || stray != none || isExitOverwritten) }
 
 /* exitThread's wake-up reaches the worker. */
 ltl exit_arrives { [] (isExitStored -> <> isGone) }
