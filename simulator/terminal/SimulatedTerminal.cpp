@@ -181,19 +181,22 @@ bool SimulatedTerminal::isOngoing(RadioChannel channel) const
     return isScan && !workerFailure(channel);
 }
 
-int SimulatedTerminal::ongoingScans() const
+/// Of all channels. A sweep that has been stopped goes on until its worker is back in its wait.
+int SimulatedTerminal::sweepsUnderWay() const
 {
-    return static_cast<int>(
-        std::ranges::count_if(m_channels, [this](const auto& channel) { return isOngoing(channel->number); }));
+    return static_cast<int>(std::ranges::count_if(m_channels,
+        [this](const auto& channel) { return isOngoing(channel->number) || m_workers.isSweeping(channel->number); }));
 }
 
-/// Held by the clock, each ongoing scan comes to stand in a settle delay or ends. A stop given then cannot cross its end.
+/// Held by the clock, each sweep comes to stand in a settle delay or ends. A stop given then cannot cross its end. The
+/// sweeps are counted before the sleepers, and the scan is looked at once more: one that ends in between is not stopped.
 bool SimulatedTerminal::stopScan(RadioChannel channel) const
 {
     constexpr milliseconds pause{1};
     const ClockHold hold(m_clock);
     while (isOngoing(channel)) {
-        if (m_clock.sleepers() >= ongoingScans()) {
+        const int sweeps = sweepsUnderWay();
+        if (m_clock.sleepers() >= sweeps && isOngoing(channel)) {
             controller(channel).setCommand(SDC_CMD_SCAN_STOP, 0);
             return true;
         }

@@ -91,7 +91,7 @@ private:
     Answer command(Channel& channel, ESDCCommand start) const;
     bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const;
     bool isOngoing(RadioChannel channel) const;
-    int ongoingScans() const;
+    int sweepsUnderWay() const;
 
     Clock& m_clock;
     SleepServiceInForce m_sleepInForce;

@@ -1,6 +1,7 @@
 // The real library in a whole terminal: brought up, commanded, polled and taken down through the host's life cycle and the
 // published interface alone.
 
+#include "simulator/host/HostObserver.h"
 #include "simulator/host/ModuleManager.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
@@ -13,6 +14,7 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -124,6 +126,75 @@ TEST_F(Terminal, stopEndsTheSweepAfterTheStepInHandAndPutsTheReceiverBack)
     EXPECT_EQ(terminal->rxFrequency_kHz(channel1), 19177500U);
     EXPECT_FALSE(terminal->stopScan(channel1));
     EXPECT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+}
+
+/// Lets the worker of channel 1 stand just before its last reading until the test's thread asks for its status a second
+/// time.
+class StandsBeforeItsEnd {
+public:
+    explicit StandsBeforeItsEnd(int nrOfSamples)
+        : m_nrOfSamples(nrOfSamples)
+    {
+        simulator::setHostObserver([this](const std::string& event) { see(event); });
+    }
+    ~StandsBeforeItsEnd() { simulator::setHostObserver({}); }
+    StandsBeforeItsEnd(const StandsBeforeItsEnd&) = delete;
+    StandsBeforeItsEnd& operator=(const StandsBeforeItsEnd&) = delete;
+
+    void waitUntilItStands() { m_stands.wait(false); }
+
+    void endAtTheSecondStatus() { m_statuses = 0; }
+
+private:
+    void see(const std::string& event)
+    {
+        if (std::this_thread::get_id() == m_test) {
+            if (event == "trace.isEnabled 6" && m_statuses >= 0 && ++m_statuses == 2) {
+                raise(m_mayEnd);
+                m_hasEnded.wait(false);
+            }
+        } else if (event == "sleep.get") {
+            ++m_sleeps;
+        } else if (event == "trace.isEnabled 7" && m_sleeps == m_nrOfSamples && !m_stands) {
+            raise(m_stands);
+            m_mayEnd.wait(false);
+        } else if (event == "trace.isEnabled 5" && m_mayEnd) { // on its way into its wait
+            raise(m_hasEnded);
+        }
+    }
+
+    static void raise(std::atomic<bool>& flag)
+    {
+        flag = true;
+        flag.notify_all();
+    }
+
+    const std::thread::id m_test = std::this_thread::get_id();
+    int m_nrOfSamples;
+    int m_statuses = -1; // counted from when the test says so
+    std::atomic<int> m_sleeps{0};
+    std::atomic<bool> m_stands{false};
+    std::atomic<bool> m_mayEnd{false};
+    std::atomic<bool> m_hasEnded{false};
+};
+
+TEST_F(Terminal, stopThatFindsTheScanEndingIsNotGiven)
+{
+    constexpr RadioChannel channel2{2};
+    bringUp({{channel1, firstLink()}, {channel2, firstLink()}});
+    const std::optional<simulator::ScanPlan> plan = [this] {
+        scan(channel1, SDC_CMD_CHANNEL_SCAN_START);
+        return terminal->plan(channel1);
+    }();
+    StandsBeforeItsEnd worker(plan.value().samples);
+    ASSERT_EQ(terminal->startScan(channel1, SDC_CMD_CHANNEL_SCAN_START), ScanStart::underWay);
+    worker.waitUntilItStands();
+    clock.hold(); // the other channel is going to sleep, this one does not
+    ASSERT_EQ(terminal->startScan(channel2, SDC_CMD_CHANNEL_SCAN_START), ScanStart::underWay);
+    worker.endAtTheSecondStatus();
+    EXPECT_FALSE(terminal->stopScan(channel1));
+    EXPECT_EQ(terminal->controller(channel1).getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+    clock.release();
 }
 
 TEST_F(Terminal, startWhileAScanRunsIsToldAsBusyAndLeavesTheScanAlone)

@@ -149,6 +149,10 @@ TEST_F(ControllerLayout, interfaceOperationsFollowTheCallbacksInTheListedOrder)
     EXPECT_EQ(virtualSlot(&Controller::initialize), support::noSlot);
 }
 
+#if !defined(__has_feature)
+#define __has_feature(feature) 0
+#endif
+#if !__has_feature(address_sanitizer) // of clang counts the zone behind a table as part of it
 /// The size of a class's table of virtual functions, from the symbol of the table that one of its objects points to.
 std::size_t sizeOfVirtualTable(const void* object)
 {
@@ -170,6 +174,7 @@ TEST_F(ControllerLayout, noOtherMemberFunctionIsVirtual)
     constexpr std::size_t ofTheInterface = head + support::slotsOfADestructor + 5;
     EXPECT_EQ(sizeOfVirtualTable(controller.get()), (primary + ofTheInterface) * sizeof(void*));
 }
+#endif
 
 TEST_F(ControllerLayout, stateIsA32BitEnumerationWithTheListedValues)
 {
