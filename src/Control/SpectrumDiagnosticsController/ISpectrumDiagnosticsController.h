@@ -145,7 +145,8 @@ public:
     ///         SDC_RC_FAILED: unit type not supported or planning failed; status and progress are 0, the samples of the
     ///         previous sweep stay. SDC_RC_UNKNOWN_COMMAND: any other command; nothing changes.
     /// @throws whatever a peer throws while a start reads it; no scan is started then, status and progress are 0.
-    /// Thread: any; starts from one thread at a time. Does not wait for a sweep; calls peers, so takes as long as they do.
+    /// Thread: any; starts from one thread at a time, and not while a stop has yet to return: it would clear the new scan's
+    /// status. Does not wait for a sweep; calls peers, so takes as long as they do.
     virtual std::int32_t setCommand(ESDCCommand command, std::int32_t setRxWait_ms) = 0;
 
     /// Copies samples of the current or last sweep, in the order taken: lowest frequency first.
