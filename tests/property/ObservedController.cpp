@@ -18,8 +18,8 @@ constexpr std::int32_t mostSamples = 100; // more than any run's plans have
 /// What the sequential machine tells, too: calls of peers, delays, errors and refusals.
 bool isTold(const std::string& line)
 {
-    constexpr std::array<std::string_view, 9> told{"IFrameFormat.", "IFrequencyController.", "IRssiHandler.",
-        "IRadioCapability.", "IRadio.", "provider.", "sleep", "trace 1 ", "trace 5 Scan "};
+    constexpr std::array<std::string_view, 10> told{"IFrameFormat.", "IFrequencyController.", "IRssiHandler.",
+        "IRadioCapability.", "IRadio.", "provider.", "sleep", "trace 1 ", "trace 5 Scan ", "trace 5 Thread exited"};
     return std::ranges::any_of(told, [&line](std::string_view prefix) { return line.starts_with(prefix); });
 }
 
@@ -101,7 +101,13 @@ bool ObservedController::isQuiet() const
 
 bool ObservedController::waitUntilQuiet() const
 {
-    return support::eventually([this] { return isQuiet(); });
+    if (!support::eventually([this] { return isQuiet(); })) {
+        return false;
+    }
+    if (!sleep.hasSleeper()) {
+        const std::lock_guard<std::mutex> workerWaits(inspect().m_mutex()); // or has ended
+    }
+    return true;
 }
 
 void ObservedController::guarded(const std::function<std::int32_t()>& call)
@@ -148,10 +154,7 @@ void ObservedController::endSettling()
 
 void ObservedController::queryProperties()
 {
-    guarded([this] {
-        controller->getSpectrumDiagnosticsProperties();
-        return 0;
-    });
+    guarded([this] { return asNumber(controller->getSpectrumDiagnosticsProperties()); });
 }
 
 void ObservedController::rebirth()
@@ -181,9 +184,8 @@ std::vector<std::string> ObservedController::look() const
 
 std::vector<std::string> ObservedController::takeLines()
 {
-    std::vector<std::string> lines = log.calls();
+    std::vector<std::string> lines = log.take();
     std::erase_if(lines, [](const std::string& line) { return !isTold(line); });
-    log.clear();
     trace.clear();
     lines.insert(lines.end(), m_outcomes.begin(), m_outcomes.end());
     m_outcomes.clear();

@@ -1,6 +1,7 @@
 #include "tests/property/SequentialController.h"
 
 #include <array>
+#include <bit>
 #include <exception>
 #include <string_view>
 
@@ -44,6 +45,11 @@ std::optional<planning::Plan> planOf(Family family, bool isChannelScan, const pl
 std::string sampleLine(const SDCResult& sample)
 {
     return "sample " + std::to_string(sample.frequency_kHz) + " " + std::to_string(sample.rssi);
+}
+
+std::int32_t asNumber(const SDCProperties& properties)
+{
+    return std::bit_cast<std::int32_t>(properties);
 }
 
 std::vector<std::string> SequentialController::look() const
@@ -156,7 +162,7 @@ void SequentialController::queryProperties()
     guarded([this] {
         call(Operation::getProperties, "provider.getProperties");
         m_properties = radio.properties;
-        return 0;
+        return asNumber(m_properties);
     });
 }
 
@@ -168,10 +174,19 @@ void SequentialController::work(const std::function<void()>& piece)
     } catch (const std::exception& exception) {
         m_worker = WorkerPlace::ended;
         m_lines.push_back(std::string("trace 1 Exception timerThread SpectDiagCtrl7: ") + exception.what());
+        tellEnd();
     } catch (...) {
         m_worker = WorkerPlace::ended;
         m_lines.emplace_back("trace 1 Unknown exception in timerThread SpectDiagCtrl7");
+        tellEnd();
     }
+}
+
+void SequentialController::tellEnd()
+{
+    constexpr std::array<const char*, 5> texts{
+        "scan-not-started", "sub-band-ongoing", "channel-scan-ongoing", "sub-band-scan-finished", "channel-scan-finished"};
+    m_lines.push_back(std::string("trace 5 Thread exited with m_status ") + texts.at(static_cast<std::size_t>(m_status)));
 }
 
 void SequentialController::beginSweep()
@@ -247,6 +262,9 @@ void SequentialController::rebirth()
 {
     while (m_worker == WorkerPlace::settles) {
         endSettling();
+    }
+    if (m_worker != WorkerPlace::ended) {
+        tellEnd();
     }
     m_lines.emplace_back("provider.destroyed");
     m_lines.emplace_back("IRadio.createPropertiesProvider");

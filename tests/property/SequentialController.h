@@ -69,6 +69,7 @@ private:
     void endSweep();
     bool tune(std::uint32_t frequency_kHz);
     std::optional<Misbehaviour> call(Operation operation, const std::string& line);
+    void tellEnd();
 
     FaultScript m_faults;
     std::vector<std::string> m_lines;
@@ -97,5 +98,8 @@ inline constexpr std::int32_t oddReading = -12000;
 inline constexpr std::int32_t oddCode = -1;
 
 std::string sampleLine(const SDCResult& sample);
+
+/// The four bytes of a record.
+std::int32_t asNumber(const SDCProperties& properties);
 
 } // namespace property

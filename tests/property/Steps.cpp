@@ -34,6 +34,7 @@ SDCProperties propertiesNo(std::uint32_t value)
     properties.longHaul = static_cast<std::uint8_t>(value & 1U);
     properties.slowRxWait = static_cast<std::uint8_t>(value & 2U);
     properties.extendedRxWait = static_cast<std::uint8_t>(value & 4U);
+    properties.spareFlag = static_cast<std::uint8_t>(value & 8U);
     return properties;
 }
 

@@ -26,6 +26,7 @@ public:
 
     static KernelThread current() { return KernelThread(static_cast<pid_t>(syscall(SYS_gettid))); }
 
+    bool exists() const { return !field("State:").empty(); }
     bool isBlocked() const { return field("State:").starts_with("S"); }
 
     /// How often the thread has gone to sleep so far.

@@ -52,6 +52,13 @@ public:
         return static_cast<std::size_t>(std::count(all.begin(), all.end(), call));
     }
 
+    /// All calls, which the log then forgets.
+    std::vector<std::string> take()
+    {
+        const std::lock_guard<std::mutex> guard(m_guard);
+        return std::exchange(m_calls, {});
+    }
+
     void clear()
     {
         const std::lock_guard<std::mutex> guard(m_guard);

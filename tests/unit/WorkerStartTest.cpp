@@ -154,8 +154,8 @@ TEST_F(WorkerStart, failuresAreTracedAtLevel1Only)
         };
         EXPECT_EQ(controller->onModuleInit(), 0U);
         EXPECT_THAT(trace.records(), IsEmpty());
-        onHostEvent = nullptr;
         destroy();
+        onHostEvent = nullptr;
         peers.unregister();
     }
 }
