@@ -196,6 +196,16 @@ TEST_F(Planning, withoutQuestionsLeavesOneEntryRecord)
     EXPECT_THAT(entriesOf(subBandScan4742, {}), ElementsAre("enter 6 prepSubBandScan4742"));
 }
 
+TEST_F(Planning, opensWithItsEntryRecordBeforeItWritesAnything)
+{
+    for (const RunPlan run : {channelScanStd, subBandScanStd, channelScan4742_4743, subBandScan4743, subBandScan4742}) {
+        std::vector<Plan> seen;
+        traceIntoLog.onWrite = [this, &seen](const simulator::TraceRecord&) { seen.push_back(plan()); };
+        entriesOf(run, {});
+        EXPECT_EQ(seen.at(0), (Plan{77, 77, 77, 77, 77}));
+    }
+}
+
 TEST_F(Planning, tracesNothingBelowTheEntryLevelAndPlansTheSame)
 {
     for (const NamedPlan& each : allPlans) {
