@@ -95,6 +95,7 @@ void soakFor(const Options& options)
             std::cout << minute << " min: " << tally << "; memory " << inMiB(soak::memory_KiB()) << std::endl;
         }
     }
+    soak::require(tally.scans > 0, "there was no scan");
     const long end_KiB = soak::memory_KiB();
     std::cout << tally << "; memory " << inMiB(start_KiB) << " at start, " << inMiB(after_KiB) << " after the first tenth, "
               << inMiB(end_KiB) << " at end" << std::endl;

@@ -372,17 +372,23 @@ TEST_F(PeerBinding, anExceptionOfTheRadioReachesTheHostAndNoWorkerIsStarted)
 
 TEST_F(PeerBinding, anExceptionOfTheBrokerReachesTheHost)
 {
-    construct(7);
-    int lookups = 0;
-    onHostEvent = [&lookups](const std::string& event) {
-        if (event == "broker.interfaces" && ++lookups == 3) {
-            throw std::runtime_error("no lookup");
+    for (const std::string service : {"broker.getInstance", "broker.interfaces"}) {
+        for (std::size_t nth = 1; nth <= nrOfPeers; ++nth) {
+            SCOPED_TRACE(service + " no. " + std::to_string(nth));
+            construct(7);
+            onHostEvent = [&service, nth, calls = std::size_t{0}](const std::string& event) mutable {
+                if (event == service && ++calls == nth) {
+                    throw std::runtime_error("no lookup");
+                }
+            };
+            EXPECT_THROW(controller->onModuleInit(), std::runtime_error);
+            onHostEvent = nullptr;
+            EXPECT_EQ(boundPeers(), firstOfFakes(nth - 1));
+            expectNoWorker();
+            destroy();
+            peers.unregister();
         }
-    };
-    EXPECT_THROW(controller->onModuleInit(), std::runtime_error);
-    onHostEvent = nullptr;
-    EXPECT_EQ(boundPeers(), firstOfFakes(2));
-    expectNoWorker();
+    }
 }
 
 } // namespace
