@@ -241,6 +241,26 @@ TEST_F(ModelReplay, stopAfterTheSweepsEndMakesTheWorkerSpin)
     expectStartsRefused();
 }
 
+// A stop that is a little later is taken back: StopTakenBackTest.cpp.
+TEST_F(ModelReplay, stopBetweenTheSweepsLastTwoReadingsKeepsTheStatusCleared)
+{
+    startAndWait();
+    afterTheWorkersReading.set([this, isGiven = std::make_shared<bool>(false)](State state) {
+        if (log.count(restore) == 1 && !*isGiven) { // the reading of the state; the one of the status follows
+            *isGiven = true;
+            EXPECT_EQ(state, State::STATE_SCAN);
+            give(SDC_CMD_SCAN_STOP);
+        }
+    });
+    launch();
+    ASSERT_TRUE(waitForWaits(1));
+    ASSERT_TRUE(workerRests());
+    EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+    EXPECT_EQ(controller->getProgress(), 0);
+    EXPECT_EQ(samples().size(), 3U);
+}
+
 TEST_F(ModelReplay, stopBetweenTestAndWaitIsLostAndTheWorkerRests)
 {
     startAndWait();
@@ -263,6 +283,7 @@ TEST_F(ModelReplay, stopBetweenTestAndWaitIsLostAndTheWorkerRests)
 TEST_F(ModelReplay, startThatTheHostClearsBeforeTheWorkerWakesIsDroppedAndStaysOngoing)
 {
     startAndWait();
+    ASSERT_TRUE(worker.blocks());
     const std::uint64_t times = worker.timesBlocked();
     {
         const std::lock_guard<std::mutex> hostIsFirst(inspect().m_mutex());

@@ -22,7 +22,13 @@ inline startScan()
        }
        if
        :: d_step { touch; printf("%e: the plan fails\n", me); }
-       :: d_step { touch; m_status = scan_ongoing; printf("%e: sets the status, scan_ongoing\n", me); }
+       :: d_step {
+           touch;
+           m_status = scan_ongoing;
+           isStopStored = false;
+           isCleared = false;
+           printf("%e: sets the status, scan_ongoing\n", me);
+       }
           setStateOfCommand(STATE_SCAN);
        fi;
     :: d_step { !mayStart -> touch; printf("%e: its start is refused, %e\n", me, m_state); }
@@ -36,8 +42,13 @@ inline stopScan()
     :: d_step { m_state != STATE_IDLE -> touch; printf("%e: stops, finds %e\n", me, m_state); }
        setStateOfCommand(STATE_STOP);
     fi;
-    d_step { touch; m_progress = 0; }
-    d_step { touch; m_status = scan_not_started; printf("%e: sets the status, scan_not_started\n", me); }
+    d_step { touch; m_progress = 0; printf("%e: sets the progress, 0\n", me); }
+    d_step {
+        touch;
+        m_status = scan_not_started;
+        isCleared = isStopStored;
+        printf("%e: sets the status, scan_not_started\n", me);
+    }
 }
 
 /* Starts come from one thread at a time, and so do this one's stops. */

@@ -61,6 +61,8 @@ bool isStopMissed;       /* so did a stop */
 bool isExitStored;
 bool isExitOverwritten;
 bool isSpinning;         /* the worker found STATE_STOP where there is no sweep to stop */
+bool isStopStored;       /* a stop was stored since a start set the status */
+bool isCleared;          /* and that stop, or one like it, has cleared the status */
 bool isMute;             /* a sweep began while the status was not "ongoing" */
 mtype stray = none;      /* a stop was stored while no sweep ran: before it began (early), after it had ended (late) */
 mtype ending = none;     /* of the last sweep */
@@ -117,6 +119,7 @@ inline store(value)
         isExitOverwritten = isExitOverwritten || (m_state == STATE_EXIT && value != STATE_EXIT);
         isExitStored = isExitStored || value == STATE_EXIT;
         isPending = value == STATE_SCAN && !isLeaving;
+        isStopStored = isStopStored || value == STATE_STOP;
         isStored = true;
         m_state = value;
         printf("%e: stores %e\n", me, value);

@@ -12,6 +12,7 @@
 #define LOST_STOP (atRest && isStopMissed && m_state == STATE_STOP)
 #define OTHER_LOSS (atRest && m_state != STATE_IDLE && !isStartMissed && !isStopMissed)
 #define DROPPED_START (atRest && !isStartMissed && m_state == STATE_IDLE && m_status == scan_ongoing)
+#define STOP_TAKEN_BACK (atRest && isCleared && m_state == STATE_IDLE && m_status == scan_finished)
 #define EXIT_OVERWRITTEN (atRest && isExitOverwritten && m_state == STATE_IDLE)
 
 #define EARLY_STOP (isSpinning && stray == early && callers == 0)

@@ -149,8 +149,12 @@ restoreRxFrequency:
 concludeStatus:
     if
     :: d_step { m_state == STATE_STOP -> touch; status = scan_not_started; }
-    :: d_step { m_state != STATE_STOP -> touch; }
-       d_step { touch; status = (m_status == scan_ongoing -> scan_finished : scan_not_started); }
+    :: d_step { m_state != STATE_STOP -> touch; printf("worker: finds %e, so its sweep was not stopped\n", m_state); }
+       d_step {
+           touch;
+           status = (m_status == scan_ongoing -> scan_finished : scan_not_started);
+           printf("worker: finds the status %e, decides for %e\n", m_status, status);
+       }
     fi;
     d_step { touch; m_status = status; status = none; printf("worker: sets the status, %e\n", m_status); }
     d_step {
