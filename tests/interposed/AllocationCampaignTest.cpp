@@ -133,7 +133,8 @@ protected:
         } else { // as the worker left it when memory ran out
             EXPECT_EQ(members.getState(), State::STATE_SCAN);
             EXPECT_TRUE(before != State::STATE_IDLE || members.m_status() == ongoingBefore(finished));
-            EXPECT_LE(members.m_results().size(), static_cast<std::size_t>(samplesOfAChannelScan)); // the last sweep's, perhaps
+            EXPECT_LE(
+                members.m_results().size(), static_cast<std::size_t>(samplesOfAChannelScan)); // the last sweep's, perhaps
         }
     }
 
