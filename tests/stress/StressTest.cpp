@@ -125,7 +125,9 @@ private:
         if (members().getState() == Controller::STATE_STOP) {
             members().setState(Controller::STATE_IDLE);
         }
-        members().m_condition().notify_all();
+        if (!holdsTheLock) {
+            members().m_condition().notify_all();
+        }
         return members().getState() == Controller::STATE_IDLE;
     }
 
