@@ -2,8 +2,7 @@
 #
 # sdc_tests(target source...): the same with the fakes and fixtures of tests/support.
 #
-# Tests are compiled without optimisation and with precompiled headers: what they test is not, and they build in a third of
-# the time.
+# Tests are compiled without optimisation and with precompiled headers, so that they build faster. What they test is not.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 

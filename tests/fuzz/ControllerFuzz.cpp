@@ -15,10 +15,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const bool doExpectationsEndTheRun = [] { return GTEST_FLAG_SET(break_on_failure, true), true; }();
-    if (!doExpectationsEndTheRun) {
-        return -1;
-    }
+    GTEST_FLAG_SET(break_on_failure, true); // there is no test that could fail
     constexpr std::size_t mostSteps = 60;
     property::Comparison comparison;
     for (std::size_t at = 0; at + 1 < size && at < 2 * mostSteps; at += 2) {

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <exception>
 #include <mutex>
 #include <string_view>
 
@@ -112,13 +111,7 @@ bool ObservedController::waitUntilQuiet() const
 
 void ObservedController::guarded(const std::function<std::int32_t()>& call)
 {
-    try {
-        m_outcomes.push_back("returned " + std::to_string(call()));
-    } catch (const std::exception& exception) {
-        m_outcomes.push_back(std::string("threw ") + exception.what());
-    } catch (...) {
-        m_outcomes.emplace_back("threw something else");
-    }
+    m_outcomes.push_back(outcomeOf(call));
 }
 
 void ObservedController::setCommand(std::int32_t command)

@@ -42,6 +42,17 @@ std::optional<planning::Plan> planOf(Family family, bool isChannelScan, const pl
 
 } // namespace
 
+std::string outcomeOf(const std::function<std::int32_t()>& call)
+{
+    try {
+        return "returned " + std::to_string(call());
+    } catch (const std::exception& exception) {
+        return std::string("threw ") + exception.what();
+    } catch (...) {
+        return "threw something else";
+    }
+}
+
 std::string sampleLine(const SDCResult& sample)
 {
     return "sample " + std::to_string(sample.frequency_kHz) + " " + std::to_string(sample.rssi);
@@ -73,13 +84,7 @@ std::optional<Misbehaviour> SequentialController::call(Operation operation, cons
 /// A call from outside: what it returns, or what comes out of it.
 void SequentialController::guarded(const std::function<std::int32_t()>& callFromOutside)
 {
-    try {
-        m_lines.push_back("returned " + std::to_string(callFromOutside()));
-    } catch (const std::exception& exception) {
-        m_lines.push_back(std::string("threw ") + exception.what());
-    } catch (...) {
-        m_lines.emplace_back("threw something else");
-    }
+    m_lines.push_back(outcomeOf(callFromOutside));
 }
 
 void SequentialController::start(std::int32_t command)

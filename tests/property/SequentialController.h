@@ -97,6 +97,9 @@ inline std::int32_t reading(std::int32_t nth)
 inline constexpr std::int32_t oddReading = -12000;
 inline constexpr std::int32_t oddCode = -1;
 
+/// What a call returned, or what came out of it, as a line.
+std::string outcomeOf(const std::function<std::int32_t()>& call);
+
 std::string sampleLine(const SDCResult& sample);
 
 /// The four bytes of a record.
