@@ -2,7 +2,8 @@
 #
 # C++17 and the standard library alone. Hidden visibility; what is exported is listed in the version script `exports`. The
 # host's symbols stay undefined until it loads the library. Paths in the binary are relative to the source tree, so that two
-# builds in two folders give the same file.
+# builds in two folders give the same file. Calls within a source are bound when it is compiled, calls out of it
+# take one jump less, and a function begins where the processor fetches it in one go: tools/bench shows all three.
 function(sdc_module target exports)
     add_library(${target} SHARED ${ARGN})
     set_target_properties(${target} PROPERTIES
@@ -13,6 +14,7 @@ function(sdc_module target exports)
     target_compile_options(${target} PRIVATE
         -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
         -ffile-prefix-map=${PROJECT_BINARY_DIR}=build
+        -fno-semantic-interposition -fno-plt -falign-functions=64
         $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
     target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
     target_include_directories(${target} PUBLIC
