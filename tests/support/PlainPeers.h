@@ -20,7 +20,8 @@
 namespace support {
 
 /// The peers of a channel, registered for as long as they live. They need no memory, take no lock and order nothing between
-/// threads. Their channel scan has 14 samples from 17987000 kHz up, 2000 kHz apart; their sub-band scan has seven.
+/// threads. Their channel scan has 14 samples from 17987000 kHz up, 2000 kHz apart; their sub-band scan has seven, unless
+/// they are given other frequency parameters.
 class PlainPeers : IFrameFormat, IFrequencyController, IRssiHandler, IRadioCapability, IRadio, ISystemPowerController {
 public:
     static constexpr std::uint32_t configured_kHz = 18000000;
@@ -29,8 +30,10 @@ public:
     static constexpr std::int32_t samplesOfAChannelScan = 14;
 
     /// @param channel  not 0, for which some names are others
-    explicit PlainPeers(std::uint32_t channel)
+    explicit PlainPeers(std::uint32_t channel,
+        RadioFrequencyParameters frequencyParameters = {18, {}, 17700000, 19700000, 250, 0, 17000000, {}, 2800, 2860})
         : m_suffix("_" + std::to_string(channel))
+        , m_frequencyParameters(frequencyParameters)
     {
         for (const auto& [name, peer] : named()) {
             InterfaceBroker::getInstance().registerInterface(name + m_suffix, peer);
@@ -79,13 +82,11 @@ private:
         rssi = -4500;
         return 0;
     }
-    RadioFrequencyParameters getFrequencyParameters() override
-    {
-        return {18, {}, 17700000, 19700000, 250, 0, 17000000, {}, 2800, 2860};
-    }
+    RadioFrequencyParameters getFrequencyParameters() override { return m_frequencyParameters; }
     std::unique_ptr<IRadioPropertiesProvider> createPropertiesProvider() override { return std::make_unique<Provider>(); }
 
     std::string m_suffix;
+    RadioFrequencyParameters m_frequencyParameters;
     std::atomic<std::uint32_t> m_receiver_kHz{configured_kHz};
 };
 

@@ -1,0 +1,82 @@
+// What the software adds to each sample of a sweep: the module's own, beside a loop that does the same calls and nothing
+// else, and beside the same sweep written on the hardware abstraction of software-defined radio, over its null device.
+
+#include "benchmarks/support/Limits.h"
+#include "benchmarks/support/Scanner.h"
+
+#include "Platform/Host/InterfaceBroker.h"
+
+#include <SoapySDR/Device.hpp>
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t nrOfSamples = 1000000;
+constexpr std::uint32_t channel = 1;
+
+/// What one sample takes, in seconds; an iteration is a sweep.
+void countSamples(benchmark::State& state)
+{
+    state.counters["per_sample"] =
+        benchmark::Counter(nrOfSamples, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+/// From the command to the idle worker, on the worker's thread but for the command.
+void sweepOfTheModule(benchmark::State& state)
+{
+    bench::Scanner scanner(channel, nrOfSamples);
+    for ([[maybe_unused]] auto _ : state) {
+        scanner.start();
+        scanner.waitForEnd();
+    }
+    std::int32_t count = nrOfSamples + 1;
+    std::vector<SDCResult> samples(nrOfSamples + 1);
+    scanner.controller().getResult(&count, samples.data());
+    if (count != static_cast<std::int32_t>(nrOfSamples)) {
+        state.SkipWithError("the sweep is not complete");
+    }
+    countSamples(state);
+}
+
+/// A peer of the channel, as a module finds it.
+template <typename Peer>
+Peer& peer(const std::string& name)
+{
+    return dynamic_cast<Peer&>(*InterfaceBroker::getInstance().interfaces().at(name + "_" + std::to_string(channel)));
+}
+
+void bareLoop(benchmark::State& state)
+{
+    const support::PlainPeers peers(channel);
+    auto& frequencyController = peer<IFrequencyController>("IFrequencyController");
+    auto& rssiHandler = peer<IRssiHandler>("IRssiHandler");
+    std::vector<SDCResult> samples;
+    for ([[maybe_unused]] auto _ : state) {
+        bench::bareLoop(frequencyController, rssiHandler, nrOfSamples, samples);
+        benchmark::ClobberMemory();
+    }
+    countSamples(state);
+}
+
+/// The null device has no sensor: what it says of one stands for a level.
+void sweepOfSoapySdr(benchmark::State& state)
+{
+    SoapySDR::Device* const device = SoapySDR::Device::make("driver=null");
+    std::vector<SDCResult> samples;
+    for ([[maybe_unused]] auto _ : state) {
+        bench::sweepOn(*device, nrOfSamples, samples);
+        benchmark::ClobberMemory();
+    }
+    SoapySDR::Device::unmake(device);
+    countSamples(state);
+}
+
+BENCHMARK(sweepOfTheModule)->Name("sweep/module")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(bareLoop)->Name("sweep/bare-loop")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(sweepOfSoapySdr)->Name("sweep/soapysdr")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace

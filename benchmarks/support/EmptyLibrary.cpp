@@ -1,0 +1,1 @@
+// A C++ library with nothing in it.

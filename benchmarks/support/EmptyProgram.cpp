@@ -1,0 +1,6 @@
+// Loads what sdc loads.
+
+int main()
+{
+    return 0;
+}
