@@ -9,15 +9,14 @@
 
 namespace {
 
-/// The default link with so many emitters, carriers and lines by turns, all over its receive range.
+/// The default link with so many emitters, carriers and lines by turns, all of them within the receive filter.
 simulator::Link linkWith(std::uint32_t nrOfEmitters)
 {
     simulator::Link link = simulator::loadScenario(std::string(simulator::defaultScenario)).channels.front().link;
-    const double lowest_kHz = link.frequencyParameters.minRxFrequency_kHz;
-    const double width_kHz = link.frequencyParameters.maxRxFrequency_kHz - lowest_kHz;
+    const double lowest_kHz = link.rxFrequency_kHz - link.filterWidth_kHz / 2.0;
     link.emitters.clear();
     for (std::uint32_t number = 0; number < nrOfEmitters; ++number) {
-        const double frequency_kHz = lowest_kHz + width_kHz * (number + 0.5) / nrOfEmitters;
+        const double frequency_kHz = lowest_kHz + link.filterWidth_kHz * (number + 0.5) / nrOfEmitters;
         if (number % 2 == 0) {
             link.emitters.emplace_back(simulator::Carrier{
                 .centre_kHz = frequency_kHz, .level_dBm = -50.0, .symbolRate_kBd = 22000.0, .rollOff = 0.25});

@@ -1,23 +1,39 @@
-// Many channels at once: what one sweep does in a second, all of them together must do as often as there are cores.
+// Many channels at once: what one sweep does in a second, all of them together must do as often as there are cores. What the
+// machine itself gives to two threads is shown by bare loops.
 
-#include "benchmarks/support/BareHost.h"
+#include "benchmarks/support/Limits.h"
 #include "benchmarks/support/Scanner.h"
+
+#include "Platform/Host/InterfaceBroker.h"
 
 #include <benchmark/benchmark.h>
 
 #include <deque>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
-constexpr std::uint32_t samplesOfAChannel = 30000;
+/// A sweep takes many times what the scheduler needs to find a core for its thread; those of many channels are shorter, so
+/// that their samples have room in memory.
+std::uint32_t samplesOfAChannel(const benchmark::State& state)
+{
+    return state.range(0) <= 8 ? 1000000 : 100000;
+}
+
+void countSamples(benchmark::State& state)
+{
+    const double samples = static_cast<double>(state.range(0)) * samplesOfAChannel(state);
+    state.counters["samples_per_second"] = benchmark::Counter(samples, benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["cores"] = std::thread::hardware_concurrency();
+}
 
 void atOnce(benchmark::State& state)
 {
-    const auto nrOfChannels = static_cast<std::uint32_t>(state.range(0));
     std::deque<bench::Scanner> scanners;
-    for (std::uint32_t channel = 1; channel <= nrOfChannels; ++channel) {
-        scanners.emplace_back(channel, samplesOfAChannel);
+    for (std::uint32_t channel = 1; channel <= state.range(0); ++channel) {
+        scanners.emplace_back(channel, samplesOfAChannel(state));
     }
     for ([[maybe_unused]] auto _ : state) {
         for (bench::Scanner& scanner : scanners) {
@@ -27,11 +43,47 @@ void atOnce(benchmark::State& state)
             scanner.waitForEnd();
         }
     }
-    state.counters["samples_per_second"] = benchmark::Counter(
-        static_cast<double>(nrOfChannels) * samplesOfAChannel, benchmark::Counter::kIsIterationInvariantRate);
-    state.counters["cores"] = std::thread::hardware_concurrency();
+    countSamples(state);
+}
+
+/// The bare loop over the peers of a channel, in a vector of its own.
+class BareLoop {
+public:
+    BareLoop(std::uint32_t channel, std::uint32_t nrOfSamples)
+        : m_nrOfSamples(nrOfSamples)
+        , m_peers(channel)
+        , m_frequencyController(bench::peer<IFrequencyController>("IFrequencyController", channel))
+        , m_rssiHandler(bench::peer<IRssiHandler>("IRssiHandler", channel))
+    {
+        run();
+    }
+
+    void run() { bench::bareLoop(m_frequencyController, m_rssiHandler, m_nrOfSamples, m_samples); }
+
+private:
+    std::uint32_t m_nrOfSamples;
+    support::PlainPeers m_peers;
+    IFrequencyController& m_frequencyController;
+    IRssiHandler& m_rssiHandler;
+    std::vector<SDCResult> m_samples;
+};
+
+void bareLoops(benchmark::State& state)
+{
+    std::deque<BareLoop> loops;
+    for (std::uint32_t channel = 1; channel <= state.range(0); ++channel) {
+        loops.emplace_back(channel, samplesOfAChannel(state));
+    }
+    for ([[maybe_unused]] auto _ : state) {
+        std::vector<std::jthread> threads;
+        for (BareLoop& loop : loops) {
+            threads.emplace_back([&loop] { loop.run(); });
+        }
+    }
+    countSamples(state);
 }
 
 BENCHMARK(atOnce)->Name("channels")->Arg(1)->Arg(2)->Arg(8)->Arg(64)->Arg(256)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(bareLoops)->Name("bare-loops")->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -1,7 +1,6 @@
 // What a thousand controllers cost that have nothing to do, beside as many threads that wait. Each measurement is a process
 // of its own, in which nothing has been before.
 
-#include "benchmarks/support/BareHost.h"
 #include "tests/support/PlainPeers.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
@@ -19,6 +18,7 @@
 #include <deque>
 #include <fstream>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -67,7 +67,7 @@ public:
         : m_controller(RadioChannel{number})
     {
         if (m_controller.onModuleInit() != 0) {
-            std::exit(EXIT_FAILURE);
+            throw std::runtime_error("a benchmark's controller cannot be initialised");
         }
     }
 

@@ -1,4 +1,4 @@
-// What a plan costs against its number of steps. Two plans count their steps in a loop; the others know them.
+// What a plan costs against the steps of its range. Two plans count their steps in a loop; the others compute the number.
 
 #include "benchmarks/support/Scanner.h"
 
@@ -10,14 +10,14 @@ constexpr std::uint32_t step_kHz = 2000;
 constexpr std::uint32_t middle_kHz = 2000000000;
 
 /// A range of so many steps of 2000 kHz, the configured channel in its middle. One channel is as wide as a step, or as the
-/// range where @p isOneChannel says so.
-template <typename Plan>
-void plan(benchmark::State& state, bool isOneChannel, Plan prepare)
+/// range where @p isOneChannel says so. @param samples  how many the plan must have for so many steps
+template <typename Plan, typename Samples>
+void plan(benchmark::State& state, bool isOneChannel, Plan prepare, Samples samples)
 {
     const auto steps = static_cast<std::uint32_t>(state.range(0));
-    bench::Scanner scanner(1, steps);
+    static bench::Scanner& scanner = *new bench::Scanner(1000, 1); // one for all: where it lies counts; never destroyed
     const ControllerInspector controller(scanner.controller());
-    controller.setGeneralParams();
+    controller.m_stepLimitHigh() = bench::subBandOf(steps).stepLimitHigh;
     controller.m_currentRxFrequency_kHz() = middle_kHz;
     controller.m_minRxFrequency_kHz() = middle_kHz - steps / 2 * step_kHz;
     controller.m_maxRxFrequency_kHz() = middle_kHz + steps / 2 * step_kHz;
@@ -26,32 +26,44 @@ void plan(benchmark::State& state, bool isOneChannel, Plan prepare)
         prepare(controller);
         benchmark::ClobberMemory();
     }
-    state.counters["samples"] = controller.m_totalNrOfSamples();
+    if (controller.m_totalNrOfSamples() != static_cast<std::int32_t>(samples(steps))) {
+        state.SkipWithError("the plan has another number of samples");
+    }
 }
 
 void channelScanStd(benchmark::State& state)
 {
-    plan(state, true, [](const ControllerInspector& controller) { controller.prepChannelScanStd(); });
+    plan(
+        state, true, [](const ControllerInspector& controller) { controller.prepChannelScanStd(); },
+        [](std::uint32_t steps) { return steps; });
 }
 
 void subBandScan4743(benchmark::State& state)
 {
-    plan(state, false, [](const ControllerInspector& controller) { controller.prepSubBandScan4743(); });
+    plan(
+        state, false, [](const ControllerInspector& controller) { controller.prepSubBandScan4743(); },
+        [](std::uint32_t steps) { return steps - 1; });
 }
 
 void subBandScanStd(benchmark::State& state)
 {
-    plan(state, false, [](const ControllerInspector& controller) { controller.prepSubBandScanStd(); });
+    plan(
+        state, false, [](const ControllerInspector& controller) { controller.prepSubBandScanStd(); },
+        [](std::uint32_t steps) { return steps; });
 }
 
 void subBandScan4742(benchmark::State& state)
 {
-    plan(state, false, [](const ControllerInspector& controller) { controller.prepSubBandScan4742(); });
+    plan(
+        state, false, [](const ControllerInspector& controller) { controller.prepSubBandScan4742(); },
+        [](std::uint32_t) { return 3U; });
 }
 
 void singleMeasurement(benchmark::State& state)
 {
-    plan(state, false, [](const ControllerInspector& controller) { controller.prepChannelScan4742_4743(); });
+    plan(
+        state, false, [](const ControllerInspector& controller) { controller.prepChannelScan4742_4743(); },
+        [](std::uint32_t) { return 1U; });
 }
 
 void upToAHundredThousand(benchmark::internal::Benchmark* benchmark)

@@ -1,7 +1,6 @@
 // How soon a scan begins: from the command to the first tuning on the worker, beside the waking of a thread that waits on a
-// condition variable.
+// condition variable. Both are told without the lock, and note the moment as soon as they run.
 
-#include "benchmarks/support/BareHost.h"
 #include "benchmarks/support/Scanner.h"
 
 #include <benchmark/benchmark.h>
@@ -12,117 +11,143 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr auto rest = std::chrono::microseconds(200); // before each start, so that both sides find a thread that sleeps
+constexpr auto rest = std::chrono::microseconds(200); // before each call, so that both find a thread that sleeps
 
-double seconds(Clock::duration duration)
-{
-    return std::chrono::duration<double>(duration).count();
-}
-
-/// Peers whose receiver notes when it was first tuned.
-class NotingPeers : public support::PlainPeers {
+/// A moment that one thread notes and another waits for, without a lock that could hold up the first.
+class Moment {
 public:
-    explicit NotingPeers(std::uint32_t channel)
-        : PlainPeers(channel)
+    void forget() { m_isNoted = false; }
+
+    /// The first call since forget counts.
+    void note()
     {
+        if (!m_isNoted) {
+            m_time = Clock::now();
+            m_isNoted = true;
+        }
     }
 
-    /// Forgets the last scan; while none runs.
-    void forget() { m_isTuned = false; }
+    Clock::time_point wait() const
+    {
+        while (!m_isNoted) {
+            std::this_thread::yield();
+        }
+        return m_time;
+    }
 
-    /// When the scan that has ended first tuned the receiver.
-    Clock::time_point firstTuning() const { return m_firstTuning; }
+private:
+    std::atomic<bool> m_isNoted{false};
+    Clock::time_point m_time;
+};
+
+/// The time of an iteration: from a call to the moment that it leads to.
+template <typename Call>
+void measure(benchmark::State& state, Moment& moment, Call call)
+{
+    moment.forget();
+    std::this_thread::sleep_for(rest);
+    const Clock::time_point begin = Clock::now();
+    call();
+    state.SetIterationTime(std::chrono::duration<double>(moment.wait() - begin).count());
+}
+
+class NotingPeers : public support::PlainPeers {
+public:
+    NotingPeers(std::uint32_t channel, Moment& firstTuning)
+        : PlainPeers(channel)
+        , m_firstTuning(firstTuning)
+    {
+    }
 
 private:
     std::int32_t setRxFrequency(std::uint32_t, bool) override
     {
-        if (!m_isTuned) {
-            m_firstTuning = Clock::now();
-            m_isTuned = true;
-        }
+        m_firstTuning.note();
         return 0;
     }
 
-    bool m_isTuned = false;
-    Clock::time_point m_firstTuning;
+    Moment& m_firstTuning;
 };
 
 void firstTuning(benchmark::State& state)
 {
-    auto peers = std::make_unique<NotingPeers>(1);
-    NotingPeers& receiver = *peers;
-    bench::Scanner scanner(1, std::move(peers));
+    Moment tuned;
+    bench::Scanner scanner(1, std::make_unique<NotingPeers>(1, tuned));
     for ([[maybe_unused]] auto _ : state) {
-        receiver.forget();
-        std::this_thread::sleep_for(rest);
-        const Clock::time_point command = Clock::now();
-        scanner.controller().setCommand(SDC_CMD_SUB_BAND_SCAN_START, 0);
         scanner.waitForEnd();
-        state.SetIterationTime(seconds(receiver.firstTuning() - command));
+        measure(state, tuned, [&] { scanner.controller().setCommand(SDC_CMD_SUB_BAND_SCAN_START, 0); });
     }
+    scanner.waitForEnd();
 }
 
 /// A thread that sleeps on a condition variable and notes when it was woken.
 class Sleeper {
 public:
-    ~Sleeper() { wake(Order::leave); }
-
-    /// Waits until the thread sleeps. @return when it was woken the last time
-    Clock::time_point woken()
+    explicit Sleeper(Moment& woken)
+        : m_woken(woken)
     {
-        while (true) {
-            {
-                const std::lock_guard<std::mutex> sleeps(m_mutex);
-                if (m_order == Order::sleep) {
-                    return m_woken;
-                }
-            }
+        while (!m_hasBegun) {
             std::this_thread::yield();
         }
     }
 
-    void wake() { wake(Order::note); }
-
-private:
-    enum class Order { sleep, note, leave };
-
-    void wake(Order order)
+    ~Sleeper()
     {
-        m_order = order;
-        m_condition.notify_all();
+        waitForSleep();
+        m_isOver = true;
+        wake();
     }
 
-    void run()
+    void waitForSleep()
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        while (m_order != Order::leave) {
-            m_condition.wait(lock, [this] { return m_order != Order::sleep; });
-            m_woken = Clock::now();
-            Order noted = Order::note;
-            m_order.compare_exchange_strong(noted, Order::sleep);
+        while (true) {
+            const std::lock_guard<std::mutex> sleeps(m_mutex);
+            if (!m_isCalled) {
+                return;
+            }
         }
     }
 
+    void wake()
+    {
+        m_isCalled = true;
+        m_condition.notify_all();
+    }
+
+private:
+    void run()
+    {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_hasBegun = true;
+        while (!m_isOver) {
+            m_condition.wait(lock, [this] { return m_isCalled.load(); });
+            m_woken.note();
+            m_isCalled = false;
+        }
+    }
+
+    Moment& m_woken;
     std::mutex m_mutex;
     std::condition_variable m_condition;
-    std::atomic<Order> m_order{Order::sleep};
-    Clock::time_point m_woken;
+    std::atomic<bool> m_hasBegun{false};
+    std::atomic<bool> m_isCalled{false};
+    std::atomic<bool> m_isOver{false};
     std::jthread m_thread{[this] { run(); }};
 };
 
 void wakeOfAThread(benchmark::State& state)
 {
-    Sleeper sleeper;
+    Moment woken;
+    Sleeper sleeper(woken);
     for ([[maybe_unused]] auto _ : state) {
-        std::this_thread::sleep_for(rest);
-        const Clock::time_point call = Clock::now();
-        sleeper.wake();
-        state.SetIterationTime(seconds(sleeper.woken() - call));
+        sleeper.waitForSleep();
+        measure(state, woken, [&] { sleeper.wake(); });
     }
 }
 

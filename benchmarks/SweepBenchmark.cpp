@@ -1,16 +1,14 @@
 // What the software adds to each sample of a sweep: the module's own, beside a loop that does the same calls and nothing
-// else, and beside the same sweep written on the hardware abstraction of software-defined radio, over its null device.
+// else, and beside a sweep by hand on the hardware abstraction of software-defined radio, over its null device. Each of them
+// has done one sweep before, so that there is room for the samples.
 
 #include "benchmarks/support/Limits.h"
 #include "benchmarks/support/Scanner.h"
-
-#include "Platform/Host/InterfaceBroker.h"
 
 #include <SoapySDR/Device.hpp>
 #include <benchmark/benchmark.h>
 
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace {
@@ -42,19 +40,13 @@ void sweepOfTheModule(benchmark::State& state)
     countSamples(state);
 }
 
-/// A peer of the channel, as a module finds it.
-template <typename Peer>
-Peer& peer(const std::string& name)
-{
-    return dynamic_cast<Peer&>(*InterfaceBroker::getInstance().interfaces().at(name + "_" + std::to_string(channel)));
-}
-
 void bareLoop(benchmark::State& state)
 {
     const support::PlainPeers peers(channel);
-    auto& frequencyController = peer<IFrequencyController>("IFrequencyController");
-    auto& rssiHandler = peer<IRssiHandler>("IRssiHandler");
+    auto& frequencyController = bench::peer<IFrequencyController>("IFrequencyController", channel);
+    auto& rssiHandler = bench::peer<IRssiHandler>("IRssiHandler", channel);
     std::vector<SDCResult> samples;
+    bench::bareLoop(frequencyController, rssiHandler, nrOfSamples, samples);
     for ([[maybe_unused]] auto _ : state) {
         bench::bareLoop(frequencyController, rssiHandler, nrOfSamples, samples);
         benchmark::ClobberMemory();
@@ -67,6 +59,7 @@ void sweepOfSoapySdr(benchmark::State& state)
 {
     SoapySDR::Device* const device = SoapySDR::Device::make("driver=null");
     std::vector<SDCResult> samples;
+    bench::sweepOn(*device, nrOfSamples, samples);
     for ([[maybe_unused]] auto _ : state) {
         bench::sweepOn(*device, nrOfSamples, samples);
         benchmark::ClobberMemory();

@@ -1,5 +1,5 @@
 // The simulated terminal with the module in it: how much longer a scan in real time takes than its settle delays, which no
-// software can shorten, and how many samples of simulated radio many channels take at once.
+// software can shorten, and the samples per second of many channels together in virtual time.
 
 #include "simulator/terminal/SimulatedTerminal.h"
 
@@ -25,15 +25,12 @@ std::vector<TerminalChannel> channels(std::uint32_t count)
     return all;
 }
 
-/// Scans all channels at once. @return the number of samples
+/// Scans all channels at once; sleeps until each worker has left its sweep, without polling. @return the number of samples
 std::int64_t scanAll(SimulatedTerminal& terminal, const std::vector<TerminalChannel>& all, ESDCCommand start)
 {
     std::int64_t samples = 0;
     for (const TerminalChannel& channel : all) {
         terminal.startScan(channel.number, start);
-    }
-    for (const TerminalChannel& channel : all) {
-        terminal.waitForEnd(channel.number);
     }
     for (const TerminalChannel& channel : all) {
         terminal.waitForIdle(channel.number);

@@ -2,8 +2,7 @@
 #
 # C++17 and the standard library alone. Hidden visibility; what is exported is listed in the version script `exports`. The
 # host's symbols stay undefined until it loads the library. Paths in the binary are relative to the source tree, so that two
-# builds in two folders give the same file. Calls within a source are bound when it is compiled, calls out of it
-# take one jump less, and a function begins where the processor fetches it in one go: tools/bench shows all three.
+# builds in two folders give the same file. What the three options for speed do is told in docs/performance.md.
 function(sdc_module target exports)
     add_library(${target} SHARED ${ARGN})
     set_target_properties(${target} PROPERTIES

@@ -50,6 +50,12 @@ std::int32_t VirtualLoad::load()
     return m_value;
 }
 
+std::int32_t VirtualLoad::tracedLoad()
+{
+    SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER, "m_value=" << m_value);
+    return m_value;
+}
+
 void callTimes(std::uint32_t times, Util::SleepApi& callee)
 {
     for (std::uint32_t call = 0; call < times; ++call) {

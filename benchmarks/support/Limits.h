@@ -26,15 +26,16 @@ namespace bench {
 void bareLoop(IFrequencyController& frequencyController, IRssiHandler& rssiHandler, std::uint32_t nrOfSamples,
     std::vector<SDCResult>& samples);
 
-/// The same sweep on the hardware abstraction of software-defined radio: set the frequency, read a level, append.
+/// A sweep on the hardware abstraction of software-defined radio: set the frequency, read a level, append.
 /// @param device  one whose sensor "RSSI" gives a number, or nothing for 0
 void sweepOn(SoapySDR::Device& device, std::uint32_t nrOfSamples, std::vector<SDCResult>& samples);
 
-/// A virtual call that loads an atomic.
+/// A virtual call that loads an atomic, and one that asks the trace first whether function entries are written.
 class VirtualLoad {
 public:
     virtual ~VirtualLoad() = default;
     virtual std::int32_t load();
+    virtual std::int32_t tracedLoad();
 
 private:
     std::atomic<std::int32_t> m_value{0};

@@ -4,9 +4,11 @@
 #include "tests/support/PlainPeers.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
+#include "Platform/Host/InterfaceBroker.h"
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace bench {
 
@@ -17,6 +19,13 @@ constexpr RadioFrequencyParameters subBandOf(std::uint32_t samples)
     constexpr std::uint32_t rasterStep_kHz = 250;
     constexpr std::uint32_t rasterStepsOfASample = 8;
     return {18, {}, 0, 4000000000, rasterStep_kHz, 0, 0, {}, 0, samples * rasterStepsOfASample};
+}
+
+/// A peer of a channel, as a module finds it.
+template <typename Peer>
+Peer& peer(const std::string& name, std::uint32_t channel)
+{
+    return dynamic_cast<Peer&>(*InterfaceBroker::getInstance().interfaces().at(name + "_" + std::to_string(channel)));
 }
 
 /// A channel whose peers do next to nothing, and its controller after one scan: the worker has begun, and there is room for
@@ -33,7 +42,7 @@ public:
     /// Starts a sub-band scan, once the worker waits for one.
     void start();
 
-    /// Waits until the scan has ended and the worker waits for the next. No thread turns round while the sweep runs.
+    /// Waits until the scan has ended and the worker waits for the next. Sleeps while the sweep runs.
     void waitForEnd();
 
     SpectrumDiagnosticsController& controller() { return *m_controller; }

@@ -22,6 +22,8 @@ public:
         , m_site(&write)
     {
     }
+    TraceText(const TraceText&) = delete;
+    TraceText& operator=(const TraceText&) = delete;
 
     void writeTo(std::ostream& stream) const { m_write(m_site, stream); }
 
@@ -44,7 +46,7 @@ void sdcTraceEntry(PlxTraceLevel level, const PlxTraceHeader& header);
         }                                                                                                                   \
     } while (false)
 
-#define SDC_TRACE_TEXT(expression) , TraceText([&](std::ostream& sdcTraceStream) { sdcTraceStream << expression; })
+#define SDC_TRACE_TEXT(...) , TraceText([&](std::ostream& sdcTraceStream) { sdcTraceStream << __VA_ARGS__; })
 
 #define SDC_TRACE_ENTER_TEXT(level, expression) SDC_TRACE_SITE(level, sdcTraceEntry, SDC_TRACE_TEXT(expression))
 
