@@ -1,15 +1,11 @@
 // Many channels at once: what one sweep does in a second, all of them together must do as often as there are cores. What the
 // machine itself gives to two threads is shown by bare loops.
 
-#include "benchmarks/support/Limits.h"
 #include "benchmarks/support/Scanner.h"
-
-#include "Platform/Host/InterfaceBroker.h"
 
 #include <benchmark/benchmark.h>
 
 #include <deque>
-#include <string>
 #include <thread>
 #include <vector>
 
@@ -46,37 +42,15 @@ void atOnce(benchmark::State& state)
     countSamples(state);
 }
 
-/// The bare loop over the peers of a channel, in a vector of its own.
-class BareLoop {
-public:
-    BareLoop(std::uint32_t channel, std::uint32_t nrOfSamples)
-        : m_nrOfSamples(nrOfSamples)
-        , m_peers(channel)
-        , m_frequencyController(bench::peer<IFrequencyController>("IFrequencyController", channel))
-        , m_rssiHandler(bench::peer<IRssiHandler>("IRssiHandler", channel))
-    {
-        run();
-    }
-
-    void run() { bench::bareLoop(m_frequencyController, m_rssiHandler, m_nrOfSamples, m_samples); }
-
-private:
-    std::uint32_t m_nrOfSamples;
-    support::PlainPeers m_peers;
-    IFrequencyController& m_frequencyController;
-    IRssiHandler& m_rssiHandler;
-    std::vector<SDCResult> m_samples;
-};
-
 void bareLoops(benchmark::State& state)
 {
-    std::deque<BareLoop> loops;
+    std::deque<bench::BareLoop> loops;
     for (std::uint32_t channel = 1; channel <= state.range(0); ++channel) {
         loops.emplace_back(channel, samplesOfAChannel(state));
     }
     for ([[maybe_unused]] auto _ : state) {
         std::vector<std::jthread> threads;
-        for (BareLoop& loop : loops) {
+        for (bench::BareLoop& loop : loops) {
             threads.emplace_back([&loop] { loop.run(); });
         }
     }

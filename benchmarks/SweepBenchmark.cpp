@@ -8,7 +8,6 @@
 #include <SoapySDR/Device.hpp>
 #include <benchmark/benchmark.h>
 
-#include <memory>
 #include <vector>
 
 namespace {
@@ -42,13 +41,9 @@ void sweepOfTheModule(benchmark::State& state)
 
 void bareLoop(benchmark::State& state)
 {
-    const support::PlainPeers peers(channel);
-    auto& frequencyController = bench::peer<IFrequencyController>("IFrequencyController", channel);
-    auto& rssiHandler = bench::peer<IRssiHandler>("IRssiHandler", channel);
-    std::vector<SDCResult> samples;
-    bench::bareLoop(frequencyController, rssiHandler, nrOfSamples, samples);
+    bench::BareLoop loop(channel, nrOfSamples);
     for ([[maybe_unused]] auto _ : state) {
-        bench::bareLoop(frequencyController, rssiHandler, nrOfSamples, samples);
+        loop.run();
         benchmark::ClobberMemory();
     }
     countSamples(state);

@@ -1,11 +1,27 @@
 #include "benchmarks/support/Scanner.h"
 
+#include "benchmarks/support/Limits.h"
+
+#include "Platform/Host/InterfaceBroker.h"
+
 #include <mutex>
 #include <stdexcept>
+#include <string>
 #include <thread>
 #include <utility>
 
 namespace bench {
+
+namespace {
+
+/// A peer of a channel, as a module finds it.
+template <typename Peer>
+Peer& peer(const std::string& name, std::uint32_t channel)
+{
+    return dynamic_cast<Peer&>(*InterfaceBroker::getInstance().interfaces().at(name + "_" + std::to_string(channel)));
+}
+
+} // namespace
 
 Scanner::Scanner(std::uint32_t channel, std::uint32_t samples)
     : Scanner(channel, std::make_unique<support::PlainPeers>(channel, subBandOf(samples)))
@@ -42,6 +58,20 @@ void Scanner::waitForEnd()
         }
         std::this_thread::yield();
     }
+}
+
+BareLoop::BareLoop(std::uint32_t channel, std::uint32_t nrOfSamples)
+    : m_nrOfSamples(nrOfSamples)
+    , m_peers(channel)
+    , m_frequencyController(peer<IFrequencyController>("IFrequencyController", channel))
+    , m_rssiHandler(peer<IRssiHandler>("IRssiHandler", channel))
+{
+    run();
+}
+
+void BareLoop::run()
+{
+    bareLoop(m_frequencyController, m_rssiHandler, m_nrOfSamples, m_samples);
 }
 
 } // namespace bench

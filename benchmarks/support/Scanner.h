@@ -4,11 +4,10 @@
 #include "tests/support/PlainPeers.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
-#include "Platform/Host/InterfaceBroker.h"
 
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <vector>
 
 namespace bench {
 
@@ -19,13 +18,6 @@ constexpr RadioFrequencyParameters subBandOf(std::uint32_t samples)
     constexpr std::uint32_t rasterStep_kHz = 250;
     constexpr std::uint32_t rasterStepsOfASample = 8;
     return {18, {}, 0, 4000000000, rasterStep_kHz, 0, 0, {}, 0, samples * rasterStepsOfASample};
-}
-
-/// A peer of a channel, as a module finds it.
-template <typename Peer>
-Peer& peer(const std::string& name, std::uint32_t channel)
-{
-    return dynamic_cast<Peer&>(*InterfaceBroker::getInstance().interfaces().at(name + "_" + std::to_string(channel)));
 }
 
 /// A channel whose peers do next to nothing, and its controller after one scan: the worker has begun, and there is room for
@@ -50,6 +42,21 @@ public:
 private:
     std::unique_ptr<support::PlainPeers> m_peers;
     std::unique_ptr<SpectrumDiagnosticsController> m_controller;
+};
+
+/// The bare loop over the peers of a channel, in a vector of its own, after one run of it.
+class BareLoop {
+public:
+    BareLoop(std::uint32_t channel, std::uint32_t nrOfSamples);
+
+    void run();
+
+private:
+    std::uint32_t m_nrOfSamples;
+    support::PlainPeers m_peers;
+    IFrequencyController& m_frequencyController;
+    IRssiHandler& m_rssiHandler;
+    std::vector<SDCResult> m_samples;
 };
 
 } // namespace bench
