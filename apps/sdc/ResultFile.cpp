@@ -1,7 +1,7 @@
 #include "apps/sdc/ResultFile.h"
 
 #include "apps/sdc/results/ResultJson.h"
-#include "simulator/scenario/InputText.h"
+#include "support/Text.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -18,7 +18,7 @@ std::string readAll(std::istream& stream, const std::string& file)
 {
     constexpr std::size_t largest_MiB = 512;
     try {
-        return simulator::readToEnd(stream, largest_MiB);
+        return support::readToEnd(stream, largest_MiB);
     } catch (const std::runtime_error& error) {
         throw ResultError(file + ": " + error.what());
     }

@@ -1,11 +1,11 @@
 #include "simulator/scenario/Scenario.h"
 
-#include "simulator/scenario/InputText.h"
 #include "simulator/scenario/JsonText.h"
 #include "simulator/scenario/RecordedSweep.h"
 #include "simulator/scenario/ScenarioReader.h"
 #include "simulator/scenario/SchemaCheck.h"
 #include "simulator/scenario/Suggestion.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -34,7 +34,7 @@ const embedded::Text* findIn(std::span<const embedded::Text> texts, std::string_
 
 [[noreturn]] void refuse(const std::string& file, const std::vector<std::string>& findings)
 {
-    throw ScenarioError(listed(file, findings));
+    throw ScenarioError(support::listed(file, findings));
 }
 
 Scenario parse(std::string_view text, const std::string& file, const RecordingReader& readRecording)
@@ -83,7 +83,7 @@ std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB
 {
     std::ifstream stream = openFile(file);
     try {
-        return readToEnd(stream, largest_MiB);
+        return support::readToEnd(stream, largest_MiB);
     } catch (const std::runtime_error& error) {
         throw ScenarioError(file.string() + ": " + error.what());
     }

@@ -3,9 +3,9 @@
 #include "apps/sdc/results/ResultWords.h"
 #include "apps/sdc/results/TimeText.h"
 #include "simulator/scenario/EmbeddedText.h"
-#include "simulator/scenario/InputText.h"
 #include "simulator/scenario/JsonText.h"
 #include "simulator/scenario/SchemaCheck.h"
+#include "support/Text.h"
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ using nlohmann::json;
 
 [[noreturn]] void refuse(const std::string& file, const std::vector<std::string>& findings)
 {
-    throw ResultError(simulator::listed(file, findings));
+    throw ResultError(support::listed(file, findings));
 }
 
 json parse(std::string_view text, const std::string& file)

@@ -1,0 +1,133 @@
+#include "support/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <stdexcept>
+
+namespace support {
+
+namespace {
+
+/// The first character of a text.
+struct Character {
+    std::size_t bytes;
+    char32_t codePoint;
+    bool isValid; ///< otherwise it is one byte that does not begin a character of UTF-8
+};
+
+/// How the first byte of a character tells its length; the code point is the least that may be so long.
+struct Lead {
+    unsigned char mask;
+    unsigned char value;
+    std::size_t bytes;
+    char32_t least;
+};
+constexpr std::array<Lead, 4> leads{
+    {{0x80, 0x00, 1, 0x00}, {0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}}};
+
+Character firstOf(std::string_view text)
+{
+    const auto byte = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
+    const Character invalid{1, byte(0), false};
+    const auto lead = std::ranges::find_if(leads, [&](const Lead& one) { return (byte(0) & one.mask) == one.value; });
+    if (lead == leads.end() || text.size() < lead->bytes) {
+        return invalid;
+    }
+    char32_t codePoint = byte(0) & static_cast<unsigned char>(~lead->mask);
+    for (std::size_t index = 1; index < lead->bytes; ++index) {
+        if ((byte(index) & 0xC0U) != 0x80U) {
+            return invalid;
+        }
+        codePoint = codePoint << 6U | (byte(index) & 0x3FU);
+    }
+    const bool isSurrogate = 0xD800 <= codePoint && codePoint <= 0xDFFF;
+    return codePoint < lead->least || codePoint > 0x10FFFF || isSurrogate ? invalid
+                                                                          : Character{lead->bytes, codePoint, true};
+}
+
+/// Whether a terminal might obey it: it moves, hides or turns round what stands beside it.
+bool isObeyed(char32_t codePoint)
+{
+    struct Range {
+        char32_t first;
+        char32_t last;
+    };
+    constexpr Range obeyed[] = {{0x00, 0x1F}, {0x7F, 0x9F}, {0x061C, 0x061C}, {0x200E, 0x200F}, {0x2028, 0x202E},
+        {0x2066, 0x2069}, {0xFEFF, 0xFEFF}};
+    return std::ranges::any_of(
+        obeyed, [codePoint](const Range& range) { return range.first <= codePoint && codePoint <= range.last; });
+}
+
+std::string hexadecimal(char32_t value, unsigned digits)
+{
+    std::string text;
+    for (unsigned digit = digits; digit > 0; --digit) {
+        text += "0123456789ABCDEF"[value >> 4U * (digit - 1) & 0xFU];
+    }
+    return text;
+}
+
+std::string escaped(const Character& character)
+{
+    return character.isValid && character.codePoint > 0x7F ? "\\u" + hexadecimal(character.codePoint, 4)
+                                                           : "\\x" + hexadecimal(character.codePoint, 2);
+}
+
+} // namespace
+
+std::string shown(std::string_view foreign, std::size_t most)
+{
+    constexpr std::string_view dots = "...";
+    std::string text;
+    std::size_t characters = 0;
+    std::size_t roomForDots = 0; // the length up to which there is
+    while (!foreign.empty()) {
+        const Character next = firstOf(foreign);
+        const bool plain = next.isValid && !isObeyed(next.codePoint);
+        const std::string piece = plain ? std::string(foreign.substr(0, next.bytes)) : escaped(next);
+        characters += plain ? 1 : piece.size();
+        if (characters > most) {
+            text.resize(roomForDots);
+            return text.append(dots);
+        }
+        text += piece;
+        roomForDots = characters + dots.size() <= most ? text.size() : roomForDots;
+        foreign.remove_prefix(next.bytes);
+    }
+    return text;
+}
+
+std::string readToEnd(std::istream& stream, std::size_t largest_MiB)
+{
+    constexpr std::streamsize chunk = 1 << 16;
+    std::string text;
+    while (stream && text.size() <= largest_MiB << 20U) {
+        const std::size_t before = text.size();
+        text.resize(before + chunk);
+        stream.read(text.data() + before, chunk);
+        text.resize(before + static_cast<std::size_t>(stream.gcount()));
+    }
+    if (stream.bad()) {
+        throw std::runtime_error("cannot be read");
+    }
+    if (text.size() > largest_MiB << 20U) {
+        throw std::runtime_error("is larger than " + std::to_string(largest_MiB) + " MiB; must be smaller");
+    }
+    return text;
+}
+
+std::string listed(const std::string& file, const std::vector<std::string>& errors)
+{
+    constexpr std::size_t most = 10;
+    std::string text;
+    for (std::size_t index = 0; index < std::min(errors.size(), most); ++index) {
+        text += (index == 0 ? "" : "\n") + file + ": " + errors[index];
+    }
+    if (errors.size() > most) {
+        text += "\n" + file + ": and " + std::to_string(errors.size() - most) + " more";
+    }
+    return text;
+}
+
+} // namespace support

@@ -1,0 +1,93 @@
+#include "support/Text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+using support::shown;
+using testing::HasSubstr;
+
+TEST(ShownText, leavesWhatCanBeRead)
+{
+    for (const char* const plain : {"", "a b~", "C:\\x\"'", "M\u00FCnchen", "\u00A0", "18\u2009GHz", "\u2027\u202F",
+             "\u65E5\u672C", "\U0001F4E1", "\U0010FFFF"}) {
+        EXPECT_EQ(shown(plain), plain);
+    }
+}
+
+TEST(ShownText, escapesWhatATerminalWouldObey)
+{
+    const std::pair<std::string, const char*> rows[] = {
+        {std::string(1, '\0'), "\\x00"},
+        {"two\nlines", "two\\x0Alines"},
+        {"\033[31m", "\\x1B[31m"},
+        {"\x7F", "\\x7F"},
+        {"\u0080", "\\u0080"},
+        {"\u009B31m", "\\u009B31m"},
+        {"\u061C", "\\u061C"},
+        {"\u200E\u200F", "\\u200E\\u200F"},
+        {"\u2028\u2029", "\\u2028\\u2029"},
+        {"gpj.\u202Eexe", "gpj.\\u202Eexe"},
+        {"\u202A\u202D", "\\u202A\\u202D"},
+        {"\u2066\u2069", "\\u2066\\u2069"},
+        {"\uFEFF", "\\uFEFF"},
+    };
+    for (const auto& [foreign, text] : rows) {
+        EXPECT_EQ(shown(foreign), text);
+    }
+}
+
+TEST(ShownText, escapesBytesThatAreNoUtf8)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"\x9B", "\\x9B"},                            // a control character of an older encoding
+        {"a\xFF", "a\\xFF"},                          // begins nothing
+        {"\xC3", "\\xC3"},                            // ends too early
+        {"\xE2\x80z", "\\xE2\\x80z"},                 // goes on with something else
+        {"\xC1\x9B", "\\xC1\\x9B"},                   // longer than it need be
+        {"\xE0\x82\x9B", "\\xE0\\x82\\x9B"},          // likewise
+        {"\xF0\x80\x82\x9B", "\\xF0\\x80\\x82\\x9B"}, // likewise
+        {"\xED\xA0\x80", "\\xED\\xA0\\x80"},          // half of a pair
+        {"\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80"}, // above the last character
+    };
+    for (const auto& [foreign, text] : rows) {
+        EXPECT_EQ(shown(foreign), text);
+    }
+}
+
+TEST(ShownText, isShortenedBetweenCharacters)
+{
+    EXPECT_EQ(shown("1234567890", 10), "1234567890");
+    EXPECT_EQ(shown("12345678901", 10), "1234567...");
+    EXPECT_EQ(shown("\u00FC\u00FC\u00FC\u00FC\u00FC", 4), "\u00FC...");
+    EXPECT_EQ(shown("\u00FC\u00FC\u00FC\u00FC", 4), "\u00FC\u00FC\u00FC\u00FC");
+    EXPECT_EQ(shown("abc\033\033", 10), "abc\\x1B...");
+    EXPECT_EQ(shown("abc\033\033", 9), "abc...");
+    EXPECT_EQ(shown("abc\033", 7), "abc\\x1B");
+    EXPECT_EQ(shown("\033\033", 3), "...");
+    EXPECT_EQ(shown(std::string(1000000, 'a')).size(), 200U);
+}
+
+TEST(Input, isReadToItsEndButNotBeyondItsLimit)
+{
+    std::istringstream small("a\nb\n");
+    EXPECT_EQ(support::readToEnd(small, 1), "a\nb\n");
+    std::istringstream full(std::string(1 << 20, 'x'));
+    EXPECT_EQ(support::readToEnd(full, 1).size(), 1U << 20U);
+    std::istringstream large(std::string((1 << 20) + 1, 'x'));
+    EXPECT_THAT([&] { support::readToEnd(large, 1); },
+        testing::ThrowsMessage<std::runtime_error>("is larger than 1 MiB; must be smaller"));
+}
+
+TEST(Errors, standOnALineEach)
+{
+    EXPECT_EQ(support::listed("a.json", {"one", "two"}), "a.json: one\na.json: two");
+    EXPECT_THAT(support::listed("a", std::vector<std::string>(10, "e")), testing::Not(HasSubstr("more")));
+    EXPECT_THAT(support::listed("a", std::vector<std::string>(13, "e")), testing::EndsWith("\na: e\na: and 3 more"));
+}
+
+} // namespace
