@@ -7,12 +7,13 @@ namespace sdc {
 
 namespace {
 
-std::atomic<bool> interrupted{false};
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler writes it");
+// A word, not a byte: there are processors without atomic operations on bytes.
+std::atomic<int> interrupted{0};
+static_assert(std::atomic<int>::is_always_lock_free, "a signal handler writes it");
 
 extern "C" void onInterrupt(int)
 {
-    interrupted = true;
+    interrupted = 1;
 }
 
 } // namespace
@@ -32,7 +33,7 @@ void watchForInterrupt()
 
 bool isInterrupted()
 {
-    return interrupted;
+    return interrupted != 0;
 }
 
 } // namespace sdc
