@@ -105,18 +105,20 @@ TEST(Naming, functionsAreStaticAndReturnTheNameByValue)
 {
     using General = std::string (*)(const std::string&, unsigned int);
     using GeneralForRadioChannel = std::string (*)(const std::string&, const RadioChannel&);
-    using Typed = std::string (*)(unsigned int);
-    using TypedForRadioChannel = std::string (*)(RadioChannel);
     const General general = &IInterface::interfaceName;
     const GeneralForRadioChannel generalForRadioChannel = &IInterface::interfaceName;
-    const Typed typed[] = {&IRssiHandler::interfaceName, &IFrequencyController::interfaceName, &IRadio::interfaceName};
-    const TypedForRadioChannel typedForRadioChannel = &IRadioCapability::interfaceName;
     EXPECT_EQ(general("P", 0), "P");
     EXPECT_EQ(generalForRadioChannel("P", RadioChannel{0}), "P_0");
-    EXPECT_EQ(typed[0](2), "IRssiHandler_2");
-    EXPECT_EQ(typed[1](2), "IFrequencyController_2");
-    EXPECT_EQ(typed[2](2), "IRadio_2");
-    EXPECT_EQ(typedForRadioChannel(RadioChannel{2}), "IRadioCapability_2");
+}
+
+/// decltype of an overloaded function does not compile.
+TEST(Naming, peersWithANameOfTheirOwnHaveExactlyOne)
+{
+    using Unsigned = std::string (*)(unsigned int);
+    static_assert(std::is_same_v<decltype(&IRssiHandler::interfaceName), Unsigned>);
+    static_assert(std::is_same_v<decltype(&IFrequencyController::interfaceName), Unsigned>);
+    static_assert(std::is_same_v<decltype(&IRadio::interfaceName), Unsigned>);
+    static_assert(std::is_same_v<decltype(&IRadioCapability::interfaceName), std::string (*)(RadioChannel)>);
 }
 
 TEST(Naming, radioChannelIsOneUnsignedNumberOf32Bits)

@@ -8,10 +8,11 @@
 /// Tunes the radio of one channel.
 class IFrequencyController : public IInterface {
 public:
-    using IInterface::interfaceName;
-
     /// Unsigned form: "IFrequencyController" for channel 0, else "IFrequencyController_" and the channel.
-    static std::string interfaceName(unsigned int channel) { return interfaceName("IFrequencyController", channel); }
+    static std::string interfaceName(unsigned int channel)
+    {
+        return IInterface::interfaceName("IFrequencyController", channel);
+    }
 
     /// The configured receive frequency in kHz, to which a scan puts the receiver back. Called once for each start, on
     /// its thread; an exception reaches the caller of the start.

@@ -32,10 +32,8 @@ public:
 /// The radio unit of one channel.
 class IRadio : public IInterface {
 public:
-    using IInterface::interfaceName;
-
     /// Unsigned form: "IRadio" for channel 0, else "IRadio_" and the channel.
-    static std::string interfaceName(unsigned int channel) { return interfaceName("IRadio", channel); }
+    static std::string interfaceName(unsigned int channel) { return IInterface::interfaceName("IRadio", channel); }
 
     /// A new properties provider, owned by the caller; never null. Called once for each controller, on the host's thread,
     /// which an exception reaches.

@@ -24,10 +24,8 @@ static_assert(sizeof(RadioFrequencyParameters) == 13 * sizeof(std::uint32_t), "t
 /// What the radio of one channel is able to do.
 class IRadioCapability : public IInterface {
 public:
-    using IInterface::interfaceName;
-
     /// RadioChannel form: "IRadioCapability_" and the channel, for every channel.
-    static std::string interfaceName(RadioChannel channel) { return interfaceName("IRadioCapability", channel); }
+    static std::string interfaceName(RadioChannel channel) { return IInterface::interfaceName("IRadioCapability", channel); }
 
     /// Band, receive limits and raster as they are now, taken unchecked: a raster step of 0 divides by zero. Called once for
     /// each start, on its thread; an exception reaches the caller of the start.

@@ -8,10 +8,8 @@
 /// Reads the received signal strength of one channel.
 class IRssiHandler : public IInterface {
 public:
-    using IInterface::interfaceName;
-
     /// Unsigned form: "IRssiHandler" for channel 0, else "IRssiHandler_" and the channel.
-    static std::string interfaceName(unsigned int channel) { return interfaceName("IRssiHandler", channel); }
+    static std::string interfaceName(unsigned int channel) { return IInterface::interfaceName("IRssiHandler", channel); }
 
     /// One reading into @p rssi, in the publisher's unit; a scan raises readings below -9970 to that floor.
     /// Returns 0, or 32768 or more for a failure. A scan does not look at the result: it takes the value that @p rssi then
