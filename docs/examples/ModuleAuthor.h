@@ -6,7 +6,6 @@
 
 #include <ostream>
 
-// begin
 inline void tryScans(std::ostream& out)
 {
     using namespace simulator;
@@ -38,4 +37,3 @@ inline void tryScans(std::ostream& out)
         }
     }
 }
-// end

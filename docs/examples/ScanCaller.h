@@ -1,6 +1,6 @@
 #pragma once
 
-// How another module runs a scan. The README shows this code, and the tests run it.
+// How another module runs a scan. The tests run it.
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 
@@ -10,7 +10,6 @@
 #include <thread>
 #include <vector>
 
-// begin
 inline bool isOngoing(ISpectrumDiagnosticsController& controller)
 {
     const ESDCStatus status = controller.getStatus();
@@ -55,4 +54,3 @@ inline std::vector<SDCResult> runScan(
     samples.resize(static_cast<std::size_t>(count));
     return samples;
 }
-// end
