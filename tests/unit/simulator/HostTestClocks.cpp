@@ -59,13 +59,11 @@ TEST(VirtualTime, isNotSharedByTwoClocks)
     EXPECT_EQ(other.now(), milliseconds(0));
 }
 
-TEST(HeldClock, letsNoSleepBeginUntilItIsReleased)
+TEST(HeldClock, letsNoSleepEndUntilItIsReleased)
 {
     VirtualClock clock;
-    std::atomic<int> arrived = 0;
     std::atomic<int> slept = 0;
     const auto sleep = [&] {
-        ++arrived;
         clock.sleepMs(300);
         ++slept;
         return clock.now();
@@ -73,8 +71,7 @@ TEST(HeldClock, letsNoSleepBeginUntilItIsReleased)
     clock.hold();
     std::future<Clock::Duration> one = std::async(std::launch::async, sleep);
     std::future<Clock::Duration> other = std::async(std::launch::async, sleep);
-    EXPECT_TRUE(support::eventually([&] { return arrived == 2; }));
-
+    EXPECT_TRUE(eventually([&] { return clock.sleepers() == 2 || slept > 0; }));
     EXPECT_EQ(slept, 0);
     clock.release();
     for (std::future<Clock::Duration>* sleeper : {&one, &other}) {
