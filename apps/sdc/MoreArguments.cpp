@@ -109,7 +109,7 @@ void addCompare(CLI::App& app, Command& command)
     CLI::App& comparing = *app.add_subcommand("compare", "Tell what has changed between two scans");
     comparing.add_option("BEFORE", options->before, "What 'sdc scan --json' wrote first")->required()->type_name("");
     comparing.add_option("AFTER", options->after, "What it wrote later")->required()->type_name("");
-    addParsed(comparing, "--threshold", options->threshold_dB, parseLevel, "no level: write 0 or more, such as 3",
+    addParsed(comparing, "--threshold", options->threshold_dB, parseLevel, "no level: write 0 to 1000, such as 3",
         "Tell differences from so many dB on (3)")
         ->type_name("DB");
     comparing.footer("Exit status 0 whether or not something has changed.\n\n"

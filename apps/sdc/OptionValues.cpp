@@ -89,8 +89,9 @@ std::optional<std::uint32_t> parseCount(std::string_view text)
 
 std::optional<double> parseLevel(std::string_view text)
 {
+    constexpr double highest_dB = 1000.0; // no two readings are further apart
     const auto level = parseNumber<double>(text);
-    return level && std::isfinite(*level) && *level >= 0.0 ? level : std::nullopt;
+    return level && *level >= 0.0 && *level <= highest_dB ? level : std::nullopt;
 }
 
 std::optional<std::vector<std::uint32_t>> parseChannels(std::string_view text)

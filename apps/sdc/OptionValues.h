@@ -17,7 +17,7 @@ std::optional<double> parseSpeed(std::string_view text);
 /// A plain decimal from 0 to what 32 bits hold: "010", "+1" and "" are none.
 std::optional<std::uint32_t> parseCount(std::string_view text);
 
-/// A level difference in dB: 0 or above.
+/// A level difference in dB: 0 to 1000.
 std::optional<double> parseLevel(std::string_view text);
 
 /// "all" is an empty list; otherwise channel numbers with commas between them, each once.

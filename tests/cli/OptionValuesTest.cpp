@@ -35,11 +35,12 @@ TEST(OptionValues, countIsAPlainDecimalOf32Bits)
     }
 }
 
-TEST(OptionValues, levelIs0OrMoreDecibels)
+TEST(OptionValues, levelIs0To1000Decibels)
 {
     EXPECT_EQ(sdc::parseLevel("0"), 0.0);
     EXPECT_EQ(sdc::parseLevel("2.5"), 2.5);
-    for (const char* const none : {"", "-1", "nan", "inf", "3dB"}) {
+    EXPECT_EQ(sdc::parseLevel("1000"), 1000.0);
+    for (const char* const none : {"", "-1", "nan", "inf", "3dB", "1000.1", "1e17"}) {
         EXPECT_EQ(sdc::parseLevel(none), std::nullopt) << none;
     }
 }

@@ -52,7 +52,8 @@ constexpr Row commandRows[] = {
     {"plot a.json --width 9", "--width: '9' is no size: write a number from 10 to 10000"},
     {"plot a.json --height 10001", "--height: '10001' is no size: write a number from 10 to 10000"},
     {"compare a.json", "'sdc compare' needs AFTER behind it; 'sdc compare --help' tells more"},
-    {"compare a.json b.json --threshold -1", "--threshold: '-1' is no level: write 0 or more, such as 3"},
+    {"compare a.json b.json --threshold -1", "--threshold: '-1' is no level: write 0 to 1000, such as 3"},
+    {"compare a.json b.json --threshold 1e17", "--threshold: '1e17' is no level: write 0 to 1000, such as 3"},
 };
 INSTANTIATE_TEST_SUITE_P(Commands, RefusedUsage, testing::ValuesIn(commandRows));
 

@@ -1,6 +1,7 @@
 #include "apps/sdc/results/Compare.h"
 #include "apps/sdc/results/Format.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <string>
@@ -20,6 +21,13 @@ std::string change(std::int32_t before, std::int32_t after)
     const std::int64_t difference = std::int64_t{after} - before;
     return right(hundredths(before), 9) + " -> " + right(hundredths(after), 8) + " dBm"
         + right((difference < 0 ? "" : "+") + hundredths(difference), 10) + " dB";
+}
+
+/// As it is asked for, but no more than any difference can be.
+std::string thresholdText(double threshold_dB)
+{
+    constexpr double highest_dB = 1e8;
+    return hundredths(std::llround(std::min(threshold_dB, highest_dB) * 100.0));
 }
 
 /// "3 frequencies only in the first: 19164.750 to 19170.750 MHz"
@@ -78,7 +86,7 @@ std::string channelLines(const std::vector<std::uint32_t>& channels, const std::
 
 void writeComparison(std::ostream& stream, const Comparison& comparison)
 {
-    const auto threshold = hundredths(std::llround(comparison.threshold_dB * 100.0));
+    const std::string threshold = thresholdText(comparison.threshold_dB);
     for (const ChannelComparison& channel : comparison.channels) {
         const std::string changes = changesOf(channel, comparison.threshold_dB);
         stream << "channel " << std::to_string(channel.channel) << ": " << std::to_string(channel.compared)

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace testing_results;
 using sdc::compare;
 using testing::ElementsAre;
@@ -49,6 +51,13 @@ TEST(Comparisons, equalResultsHaveNoDifference)
     EXPECT_TRUE(comparison.channelsOnlyBefore.empty() && comparison.channelsOnlyAfter.empty());
     EXPECT_EQ(reportOf(withPeakAt(5), withPeakAt(5)),
         "channel 1: 11 frequencies compared, 0 changed by more than 3.00 dB\n  nothing changed\n");
+}
+
+TEST(Comparisons, noThresholdIsTooHigh)
+{
+    for (const double threshold_dB : {1e17, std::numeric_limits<double>::max()}) {
+        EXPECT_THAT(reportOf(scanOf({-2147483600}), scanOf({2147483600}), threshold_dB), HasSubstr("  nothing changed\n"));
+    }
 }
 
 TEST(Comparisons, onlyMoreThanTheThresholdIsAChange)
