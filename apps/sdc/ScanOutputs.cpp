@@ -10,14 +10,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <exception>
 #include <filesystem>
 #include <iterator>
 #include <map>
 #include <ostream>
-#include <stdexcept>
-#include <system_error>
 
 namespace sdc {
 
@@ -69,20 +66,6 @@ std::string failureOf(const ScanResult& result, const Output& output, const Outp
     }
 }
 
-/// Why a file cannot be written, as far as that can be known beforehand.
-std::string obstacle(const std::filesystem::path& file)
-{
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(file, error);
-    if (std::filesystem::is_directory(status)) {
-        return "it is a folder";
-    }
-    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
-    const bool isWritten = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
-    const int result = isWritten ? access(file.c_str(), W_OK) : access(folder.c_str(), W_OK | X_OK);
-    return result == 0 ? "" : std::generic_category().message(errno);
-}
-
 } // namespace
 
 std::string_view toString(OutputFormat format)
@@ -103,13 +86,9 @@ void refuseTwice(const std::vector<Output>& outputs)
 {
     std::map<std::filesystem::path, OutputFormat> files;
     for (const Output& output : outputs) {
-        std::error_code error;
-        const std::filesystem::path file = std::filesystem::weakly_canonical(std::filesystem::absolute(output.file), error);
-        const std::filesystem::file_status status = std::filesystem::status(file, error);
-        const bool isReplaced = !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
-        const auto [first, isNew] = files.try_emplace(file, output.format);
-        if (output.file != standardOutput && isReplaced && !isNew) {
-            throw UsageError("--" + std::string(toString(first->second)) + " and --" + std::string(toString(output.format))
+        const auto file = regularFile(output.file);
+        if (file && !files.try_emplace(*file, output.format).second) {
+            throw UsageError("--" + std::string(toString(files.at(*file))) + " and --" + std::string(toString(output.format))
                 + " both write to " + output.file + "; give each a file of its own");
         }
     }
@@ -121,10 +100,7 @@ void checkOutputs(const std::vector<Output>& outputs)
 {
     refuseTwice(outputs);
     for (const Output& output : outputs) {
-        const std::string reason = output.file == standardOutput ? "" : obstacle(output.file);
-        if (!reason.empty()) {
-            throw std::runtime_error("cannot write to " + output.file + ": " + reason);
-        }
+        checkWritable(output.file);
     }
 }
 

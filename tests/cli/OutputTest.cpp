@@ -149,4 +149,14 @@ TEST_F(Output, goesIntoADeviceRatherThanInItsPlace)
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
+TEST_F(Output, goesToWhatTheShellHasOpened)
+{
+    run("scan channel --csv plain.csv --quiet");
+    write("log", "a line\n");
+    EXPECT_EQ(run("scan channel --csv /dev/stdout --table /dev/null --quiet", "", ">>log").status, 0);
+    EXPECT_THAT(read("log"), StartsWith("a line\n" + read("plain.csv")));
+    EXPECT_EQ(run("scan channel --csv /dev/fd/7 --quiet", "", "7>&1 | cat >piped.csv").status, 0);
+    EXPECT_THAT(read("piped.csv"), StartsWith(read("plain.csv")));
+}
+
 } // namespace

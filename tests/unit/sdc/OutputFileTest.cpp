@@ -2,11 +2,15 @@
 
 #include "TestResults.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -48,6 +52,13 @@ protected:
             return error.what();
         }
     }
+
+    /// A descriptor, and the name by which a shell passes it.
+    struct Opened {
+        int number;
+        std::string name;
+    };
+    static Opened openedOf(int number) { return {number, "/dev/fd/" + std::to_string(number)}; }
 
     std::size_t filesInFolder() const
     {
@@ -137,6 +148,56 @@ TEST_F(OutputFile, devicesAreWrittenTo)
     write("/dev/null", "text");
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
     EXPECT_EQ(failureOf("/dev/full"), "cannot write to /dev/full: No space left on device");
+}
+
+TEST_F(OutputFile, noRightsOfTheOwnerAreHandedOn)
+{
+    write(in("file"), "old");
+    fs::permissions(in("file"), fs::perms(07755));
+    write(in("file"), "new");
+    EXPECT_EQ(fs::status(in("file")).permissions(), fs::perms(0755));
+}
+
+TEST_F(OutputFile, ownDescriptorsAreWrittenToWhereTheyStand)
+{
+    const Opened file = openedOf(open(in("file").c_str(), O_RDWR | O_CREAT, 0600));
+    ASSERT_EQ(::write(file.number, "before ", 7), 7);
+    write(file.name, "text");
+    ASSERT_EQ(::write(file.number, " after", 6), 6);
+    EXPECT_EQ(contentsOf(in("file")), "before text after");
+    EXPECT_EQ(sdc::regularFile(file.name), fs::canonical(in("file")));
+    close(file.number);
+}
+
+TEST_F(OutputFile, pipesAreWrittenToByTheNameOfTheirDescriptor)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const Opened file = openedOf(ends[1]);
+    EXPECT_NO_THROW(sdc::checkWritable(file.name));
+    EXPECT_EQ(sdc::regularFile(file.name), std::nullopt);
+    write(file.name, "text");
+    std::array<char, 8> bytes{};
+    EXPECT_EQ(read(ends[0], bytes.data(), bytes.size()), 4);
+    EXPECT_STREQ(bytes.data(), "text");
+    close(ends[0]);
+    close(ends[1]);
+}
+
+TEST_F(OutputFile, whatAnotherProgramHasOpenedGrows)
+{
+    const Opened file = openedOf(open(in("file").c_str(), O_RDWR | O_CREAT, 0600));
+    ASSERT_EQ(::write(file.number, "before ", 7), 7);
+    const pid_t other = fork();
+    if (other == 0) {
+        pause();
+        _exit(0);
+    }
+    write("/proc/" + std::to_string(other) + "/fd/" + std::to_string(file.number), "text");
+    EXPECT_EQ(contentsOf(in("file")), "before text");
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
+    close(file.number);
 }
 
 TEST_F(OutputFile, failuresNameTheFileAndTheReason)
