@@ -1,5 +1,5 @@
-// Many channels at once: what one sweep does in a second, all of them together must do as often as there are cores. What the
-// machine itself gives to two threads is shown by bare loops.
+// Many channels at once: samples per second of all of them together, beside as many threads with the least code that does
+// the job of a sweep, which meet the same cores.
 
 #include "benchmarks/support/Scanner.h"
 
@@ -22,7 +22,6 @@ void countSamples(benchmark::State& state)
 {
     const double samples = static_cast<double>(state.range(0)) * samplesOfAChannel(state);
     state.counters["samples_per_second"] = benchmark::Counter(samples, benchmark::Counter::kIsIterationInvariantRate);
-    state.counters["cores"] = std::thread::hardware_concurrency();
 }
 
 void atOnce(benchmark::State& state)
@@ -42,22 +41,27 @@ void atOnce(benchmark::State& state)
     countSamples(state);
 }
 
-void bareLoops(benchmark::State& state)
+void leastCodeAtOnce(benchmark::State& state)
 {
-    std::deque<bench::BareLoop> loops;
+    std::deque<bench::PlainSweep> sweeps;
     for (std::uint32_t channel = 1; channel <= state.range(0); ++channel) {
-        loops.emplace_back(channel, samplesOfAChannel(state));
+        sweeps.emplace_back(channel, samplesOfAChannel(state));
     }
     for ([[maybe_unused]] auto _ : state) {
         std::vector<std::jthread> threads;
-        for (bench::BareLoop& loop : loops) {
-            threads.emplace_back([&loop] { loop.run(); });
+        for (bench::PlainSweep& sweep : sweeps) {
+            threads.emplace_back([&sweep] { sweep.run(); });
         }
     }
     countSamples(state);
 }
 
-BENCHMARK(atOnce)->Name("channels")->Arg(1)->Arg(2)->Arg(8)->Arg(64)->Arg(256)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(bareLoops)->Name("bare-loops")->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+void ofManyChannels(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->Arg(1)->Arg(2)->Arg(8)->Arg(64)->Arg(256)->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+BENCHMARK(atOnce)->Name("channels/module")->Apply(ofManyChannels);
+BENCHMARK(leastCodeAtOnce)->Name("channels/least-code")->Apply(ofManyChannels);
 
 } // namespace

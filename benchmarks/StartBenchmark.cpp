@@ -5,12 +5,15 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -45,16 +48,38 @@ private:
     Clock::time_point m_time;
 };
 
-/// The time of an iteration: from a call to the moment that it leads to.
-template <typename Call>
-void measure(benchmark::State& state, Moment& moment, Call call)
-{
-    moment.forget();
-    std::this_thread::sleep_for(rest);
-    const Clock::time_point begin = Clock::now();
-    call();
-    state.SetIterationTime(std::chrono::duration<double>(moment.wait() - begin).count());
-}
+/// The times of a benchmark's iterations. Their median, a counter, tells of a call what their mean does not where other
+/// programs take the processor now and then.
+class Times {
+public:
+    explicit Times(benchmark::State& state)
+        : m_state(state)
+    {
+    }
+
+    /// The time of an iteration: from a call to the moment that it leads to.
+    template <typename Call>
+    void measure(Moment& moment, Call call)
+    {
+        moment.forget();
+        std::this_thread::sleep_for(rest);
+        const Clock::time_point begin = Clock::now();
+        call();
+        m_seconds.push_back(std::chrono::duration<double>(moment.wait() - begin).count());
+        m_state.SetIterationTime(m_seconds.back());
+    }
+
+    void countMedian()
+    {
+        const auto middle = m_seconds.begin() + static_cast<std::ptrdiff_t>(m_seconds.size() / 2);
+        std::nth_element(m_seconds.begin(), middle, m_seconds.end());
+        m_state.counters["median"] = *middle;
+    }
+
+private:
+    benchmark::State& m_state;
+    std::vector<double> m_seconds;
+};
 
 class NotingPeers : public support::PlainPeers {
 public:
@@ -78,10 +103,12 @@ void firstTuning(benchmark::State& state)
 {
     Moment tuned;
     bench::Scanner scanner(1, std::make_unique<NotingPeers>(1, tuned));
+    Times times(state);
     for ([[maybe_unused]] auto _ : state) {
         scanner.waitForEnd();
-        measure(state, tuned, [&] { scanner.controller().setCommand(SDC_CMD_SUB_BAND_SCAN_START, 0); });
+        times.measure(tuned, [&] { scanner.controller().setCommand(SDC_CMD_SUB_BAND_SCAN_START, 0); });
     }
+    times.countMedian();
     scanner.waitForEnd();
 }
 
@@ -144,10 +171,12 @@ void wakeOfAThread(benchmark::State& state)
 {
     Moment woken;
     Sleeper sleeper(woken);
+    Times times(state);
     for ([[maybe_unused]] auto _ : state) {
         sleeper.waitForSleep();
-        measure(state, woken, [&] { sleeper.wake(); });
+        times.measure(woken, [&] { sleeper.wake(); });
     }
+    times.countMedian();
 }
 
 BENCHMARK(firstTuning)->Name("start/first-tuning")->Unit(benchmark::kMicrosecond)->UseManualTime();

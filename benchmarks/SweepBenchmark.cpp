@@ -1,6 +1,6 @@
-// What the software adds to each sample of a sweep: the module's own, beside a loop that does the same calls and nothing
-// else, and beside a sweep by hand on the hardware abstraction of software-defined radio, over its null device. Each of them
-// has done one sweep before, so that there is room for the samples.
+// What the software adds to each sample of a sweep: the module's own, beside the least code that does the same job, a loop
+// of the same calls that shows nobody anything, and a sweep by hand on the hardware abstraction of software-defined radio,
+// over its null device. Each of them has done one sweep before, so that there is room for the samples.
 
 #include "benchmarks/support/Limits.h"
 #include "benchmarks/support/Scanner.h"
@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t nrOfSamples = 1000000;
 constexpr std::uint32_t channel = 1;
 
-/// What one sample takes, in seconds; an iteration is a sweep.
+/// What one sample takes of the processor, in seconds; an iteration is a sweep.
 void countSamples(benchmark::State& state)
 {
     state.counters["per_sample"] =
@@ -39,11 +39,11 @@ void sweepOfTheModule(benchmark::State& state)
     countSamples(state);
 }
 
-void bareLoop(benchmark::State& state)
+void plainSweep(benchmark::State& state, void (bench::PlainSweep::*run)())
 {
-    bench::BareLoop loop(channel, nrOfSamples);
+    bench::PlainSweep sweep(channel, nrOfSamples);
     for ([[maybe_unused]] auto _ : state) {
-        loop.run();
+        (sweep.*run)();
         benchmark::ClobberMemory();
     }
     countSamples(state);
@@ -63,8 +63,15 @@ void sweepOfSoapySdr(benchmark::State& state)
     countSamples(state);
 }
 
-BENCHMARK(sweepOfTheModule)->Name("sweep/module")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(bareLoop)->Name("sweep/bare-loop")->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(sweepOfSoapySdr)->Name("sweep/soapysdr")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(sweepOfTheModule)->Name("sweep/module")->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK_CAPTURE(plainSweep, 0, &bench::PlainSweep::run)
+    ->Name("sweep/least-code")
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime();
+BENCHMARK_CAPTURE(plainSweep, 1, &bench::PlainSweep::runBare)
+    ->Name("sweep/bare-loop")
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime();
+BENCHMARK(sweepOfSoapySdr)->Name("sweep/soapysdr")->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 
 } // namespace

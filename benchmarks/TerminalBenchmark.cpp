@@ -64,7 +64,12 @@ void inVirtualTime(benchmark::State& state)
     state.counters["samples_per_second"] = benchmark::Counter(static_cast<double>(samples), benchmark::Counter::kIsRate);
 }
 
-BENCHMARK(inRealTime)->Name("terminal/real-time")->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(inRealTime)
+    ->Name("terminal/real-time")
+    ->Iterations(1)
+    ->Repetitions(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(inVirtualTime)->Name("terminal/virtual-time")->Arg(1)->Arg(64)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -15,21 +15,43 @@ namespace {
 
 constexpr std::uint32_t lowest_kHz = 1000;
 constexpr std::uint32_t step_kHz = 2000;
+constexpr std::uint32_t settle_ms = 300;
+
+SDCResult measure(IFrequencyController& frequencyController, IRssiHandler& rssiHandler, std::uint32_t sample)
+{
+    const std::uint32_t frequency_kHz = lowest_kHz + sample * step_kHz;
+    std::int32_t rssi = 0;
+    frequencyController.setRxFrequency(frequency_kHz, true);
+    Util::DefaultSleepApi::get().sleepMs(settle_ms);
+    rssiHandler.readRssi(rssi);
+    return {frequency_kHz, rssi};
+}
 
 } // namespace
+
+void leastSweep(
+    IFrequencyController& frequencyController, IRssiHandler& rssiHandler, std::uint32_t nrOfSamples, SharedSweep& shared)
+{
+    {
+        const std::lock_guard<std::mutex> guard(shared.guard);
+        shared.samples.clear();
+    }
+    for (std::uint32_t sample = 0; sample < nrOfSamples; ++sample) {
+        const SDCResult result = measure(frequencyController, rssiHandler, sample);
+        {
+            const std::lock_guard<std::mutex> guard(shared.guard);
+            shared.samples.push_back(result);
+        }
+        shared.progress.store(static_cast<std::int32_t>(100 * sample / nrOfSamples), std::memory_order_relaxed);
+    }
+}
 
 void bareLoop(IFrequencyController& frequencyController, IRssiHandler& rssiHandler, std::uint32_t nrOfSamples,
     std::vector<SDCResult>& samples)
 {
-    std::uint32_t frequency_kHz = lowest_kHz;
     samples.clear();
     for (std::uint32_t sample = 0; sample < nrOfSamples; ++sample) {
-        std::int32_t rssi = 0;
-        frequencyController.setRxFrequency(frequency_kHz, true);
-        Util::DefaultSleepApi::get().sleepMs(300);
-        rssiHandler.readRssi(rssi);
-        samples.push_back({frequency_kHz, rssi});
-        frequency_kHz += step_kHz;
+        samples.push_back(measure(frequencyController, rssiHandler, sample));
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
 class IFrequencyController;
@@ -22,7 +23,19 @@ class Device;
 
 namespace bench {
 
-/// Tune, settle, read, append: the calls of a sweep and nothing else. The vector keeps its room from one to the next.
+/// Samples and progress that readers on other threads can ask for while a sweep goes on. They keep their room from one sweep
+/// to the next.
+struct SharedSweep {
+    std::mutex guard; ///< of the samples
+    std::vector<SDCResult> samples;
+    std::atomic<std::int32_t> progress{0}; ///< percent
+};
+
+/// The least code that does the job of a sweep: tune, settle, read, append under the guard, store the progress.
+void leastSweep(
+    IFrequencyController& frequencyController, IRssiHandler& rssiHandler, std::uint32_t nrOfSamples, SharedSweep& shared);
+
+/// The calls of a sweep and nothing else: nobody can look at the samples before its end.
 void bareLoop(IFrequencyController& frequencyController, IRssiHandler& rssiHandler, std::uint32_t nrOfSamples,
     std::vector<SDCResult>& samples);
 

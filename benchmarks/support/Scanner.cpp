@@ -1,7 +1,5 @@
 #include "benchmarks/support/Scanner.h"
 
-#include "benchmarks/support/Limits.h"
-
 #include "Platform/Host/InterfaceBroker.h"
 
 #include <mutex>
@@ -60,18 +58,13 @@ void Scanner::waitForEnd()
     }
 }
 
-BareLoop::BareLoop(std::uint32_t channel, std::uint32_t nrOfSamples)
+PlainSweep::PlainSweep(std::uint32_t channel, std::uint32_t nrOfSamples)
     : m_nrOfSamples(nrOfSamples)
     , m_peers(channel)
     , m_frequencyController(peer<IFrequencyController>("IFrequencyController", channel))
     , m_rssiHandler(peer<IRssiHandler>("IRssiHandler", channel))
 {
     run();
-}
-
-void BareLoop::run()
-{
-    bareLoop(m_frequencyController, m_rssiHandler, m_nrOfSamples, m_samples);
 }
 
 } // namespace bench

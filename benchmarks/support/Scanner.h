@@ -1,5 +1,6 @@
 #pragma once
 
+#include "benchmarks/support/Limits.h"
 #include "tests/support/ControllerInspector.h"
 #include "tests/support/PlainPeers.h"
 
@@ -7,7 +8,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace bench {
 
@@ -44,19 +44,20 @@ private:
     std::unique_ptr<SpectrumDiagnosticsController> m_controller;
 };
 
-/// The bare loop over the peers of a channel, in a vector of its own, after one run of it.
-class BareLoop {
+/// What a controller's sweeps are held against: sweeps over the peers of a channel, there being room for the samples.
+class PlainSweep {
 public:
-    BareLoop(std::uint32_t channel, std::uint32_t nrOfSamples);
+    PlainSweep(std::uint32_t channel, std::uint32_t nrOfSamples);
 
-    void run();
+    void run() { leastSweep(m_frequencyController, m_rssiHandler, m_nrOfSamples, m_shared); }
+    void runBare() { bareLoop(m_frequencyController, m_rssiHandler, m_nrOfSamples, m_shared.samples); }
 
 private:
     std::uint32_t m_nrOfSamples;
     support::PlainPeers m_peers;
     IFrequencyController& m_frequencyController;
     IRssiHandler& m_rssiHandler;
-    std::vector<SDCResult> m_samples;
+    SharedSweep m_shared;
 };
 
 } // namespace bench
