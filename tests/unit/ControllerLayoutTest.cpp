@@ -67,6 +67,8 @@ TEST_F(ControllerLayout, membersHaveTheListedTypes)
     EXPECT_TRUE(areAll<std::atomic<ESDCCommand>>(is.m_command()));
     EXPECT_EQ(sizeof is.m_state() + sizeof is.m_status() + sizeof is.m_command() + sizeof is.m_progress(), 4 * 4U);
     EXPECT_EQ(sizeof is.m_properties(), 4U);
+    EXPECT_TRUE(areAll<std::atomic<std::uint8_t>>(is.m_properties().longHaul, is.m_properties().extendedRxWait,
+        is.m_properties().slowRxWait, is.m_properties().spareFlag));
     EXPECT_TRUE(areAll<std::unique_ptr<IRadioPropertiesProvider>>(is.m_propertiesProvider()));
     EXPECT_TRUE(areAll<std::vector<SDCResult>>(is.m_results()));
     EXPECT_TRUE(areAll<std::mutex>(is.m_mutex()));

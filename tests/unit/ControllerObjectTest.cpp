@@ -213,7 +213,7 @@ TEST_F(ControllerObject, stateStatusAndCommandHaveTheirDefaultsAfterConstruction
     EXPECT_EQ(is.m_status(), SDC_STATUS_SCAN_NOT_STARTED);
     EXPECT_EQ(is.m_command(), SDC_CMD_SCAN_STOP);
     EXPECT_EQ(is.m_progress(), 0);
-    EXPECT_EQ(std::bit_cast<std::uint32_t>(is.m_properties().load()), 0U);
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(static_cast<SDCProperties>(is.m_properties())), 0U);
 }
 
 TEST_F(ControllerObject, planMembersWithADefaultAreZeroAfterConstruction)

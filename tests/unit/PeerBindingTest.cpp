@@ -338,7 +338,7 @@ TEST_F(PeerBinding, providerIsAskedForOnceAndIsTheOneThatThenAnswers)
     EXPECT_EQ(log.count("IRadio.createPropertiesProvider"), 1U);
     EXPECT_EQ(log.count("provider.destroyed"), 0U);
     EXPECT_EQ(log.count("provider.getProperties"), 0U);
-    EXPECT_EQ(int{inspect().m_properties().load().longHaul}, 0);
+    EXPECT_EQ(int{inspect().m_properties().longHaul}, 0);
     EXPECT_EQ(int{controller->getSpectrumDiagnosticsProperties().spareFlag}, 4);
     EXPECT_EQ(log.count("provider.getProperties"), 1U);
 }

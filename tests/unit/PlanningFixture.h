@@ -104,7 +104,7 @@ protected:
         members.m_stepLimitLow() = word(in.low);
         members.m_stepLimitHigh() = word(in.high);
         members.m_frequencyBand_GHz() = word(in.band);
-        members.m_properties().store({static_cast<std::uint8_t>(in.longHaul), 0, 0, 0});
+        members.m_properties() = SDCProperties{static_cast<std::uint8_t>(in.longHaul), 0, 0, 0};
         members.m_frequencyMargin_kHz() = word(in.margin);
         members.m_scanStep_kHz() = word(in.step);
         members.m_scanHighestRxFrequency_kHz() = word(in.highest);
@@ -123,7 +123,7 @@ protected:
             .low = members.m_stepLimitLow(),
             .high = members.m_stepLimitHigh(),
             .band = members.m_frequencyBand_GHz(),
-            .longHaul = members.m_properties().load().longHaul,
+            .longHaul = members.m_properties().longHaul,
             .margin = members.m_frequencyMargin_kHz(),
             .step = members.m_scanStep_kHz(),
             .highest = members.m_scanHighestRxFrequency_kHz()};

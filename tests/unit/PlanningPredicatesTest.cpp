@@ -69,9 +69,9 @@ TEST_F(Predicates, longHaulIsAnyValueButZero)
 
 TEST_F(Predicates, longHaulIsTheFirstPropertyAndNoOther)
 {
-    inspect().m_properties().store({0, 1, 1, 1});
+    inspect().m_properties() = SDCProperties{0, 1, 1, 1};
     EXPECT_FALSE(inspect().isLongHaul());
-    inspect().m_properties().store({1, 0, 0, 0});
+    inspect().m_properties() = SDCProperties{1, 0, 0, 0};
     EXPECT_TRUE(inspect().isLongHaul());
 }
 

@@ -4,41 +4,24 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstring>
 
-/// The properties record as one atomic word, so that no reader sees half of a refresh. Used like a std::atomic; one of
-/// the record itself is not lock-free with every compiler, because the record alone is aligned to one byte.
-class AtomicProperties {
-public:
-    explicit AtomicProperties(SDCProperties properties)
-        : m_word(toWord(properties))
+/// The properties record as threads share it: its four fields, each an atomic, copied in and out together. Copies that
+/// overlap on two threads may mix the fields of two records; no field is ever seen half.
+struct AtomicProperties {
+    std::atomic<std::uint8_t> longHaul{0};
+    std::atomic<std::uint8_t> extendedRxWait{0};
+    std::atomic<std::uint8_t> slowRxWait{0};
+    std::atomic<std::uint8_t> spareFlag{0};
+
+    operator SDCProperties() const { return {longHaul, extendedRxWait, slowRxWait, spareFlag}; }
+
+    AtomicProperties& operator=(const SDCProperties& properties)
     {
-    }
-
-    SDCProperties load() const
-    {
-        const std::uint32_t word = m_word;
-        SDCProperties properties;
-        std::memcpy(&properties, &word, sizeof properties);
-        return properties;
-    }
-
-    void store(SDCProperties properties) { m_word = toWord(properties); }
-
-    operator SDCProperties() const { return load(); }
-    AtomicProperties& operator=(SDCProperties properties)
-    {
-        store(properties);
+        longHaul = properties.longHaul;
+        extendedRxWait = properties.extendedRxWait;
+        slowRxWait = properties.slowRxWait;
+        spareFlag = properties.spareFlag;
         return *this;
     }
-
-private:
-    static std::uint32_t toWord(SDCProperties properties)
-    {
-        std::uint32_t word = 0;
-        std::memcpy(&word, &properties, sizeof word);
-        return word;
-    }
-
-    std::atomic<std::uint32_t> m_word;
 };
+static_assert(sizeof(AtomicProperties) == sizeof(SDCProperties), "the controller holds four bytes");

@@ -71,7 +71,7 @@ SpectrumDiagnosticsController::SpectrumDiagnosticsController(RadioChannel radioC
     , m_progress(0)
     , m_nrOfSamplesDone(0)
     , m_totalNrOfSamples(0)
-    , m_properties(SDCProperties{})
+    , m_properties{}
 {
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER, "m_radioChannelId=" << m_radioChannelId);
     InterfaceBroker::getInstance().registerInterface(ownInterfaceName(RadioChannel{m_radioChannelId}), this);

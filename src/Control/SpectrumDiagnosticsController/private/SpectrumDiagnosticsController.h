@@ -186,6 +186,6 @@ private:
     // The plan, continued.
     std::int32_t m_totalNrOfSamples;
 
-    // Shared, atomic: four bytes in one record.
+    // Shared, atomic: four bytes.
     AtomicProperties m_properties;
 };

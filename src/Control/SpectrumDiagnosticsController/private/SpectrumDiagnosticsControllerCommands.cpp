@@ -78,13 +78,12 @@ std::int32_t SpectrumDiagnosticsController::stopScan()
 /// From the properties as they stand: the caller's delay, stored by the start, is overwritten on every path.
 void SpectrumDiagnosticsController::chooseSettleDelays()
 {
-    const SDCProperties properties = m_properties;
-    if (properties.extendedRxWait != 0) {
+    if (m_properties.extendedRxWait != 0) {
         m_setRxWait_ms = 60000;
         m_firstSetRxWait_ms = 60000;
     } else {
         m_firstSetRxWait_ms = 3000;
-        m_setRxWait_ms = properties.slowRxWait != 0 ? 2000 : 300;
+        m_setRxWait_ms = m_properties.slowRxWait != 0 ? 2000 : 300;
     }
 }
 

@@ -192,7 +192,7 @@ bool SpectrumDiagnosticsController::isChannelSpcaingOdd() const
 bool SpectrumDiagnosticsController::isLongHaul() const
 {
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER);
-    return m_properties.load().longHaul != 0;
+    return m_properties.longHaul != 0;
 }
 
 bool SpectrumDiagnosticsController::isLowerFrequencyBand() const
