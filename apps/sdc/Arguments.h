@@ -3,6 +3,7 @@
 #include "apps/sdc/CommandLine.h"
 
 #include "simulator/scenario/Scenario.h"
+#include "support/Text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -31,7 +32,7 @@ CLI::Option* addParsed(CLI::App& app, const std::string& name, Target& target,
     const auto store = [name, &target, parse, complaint](const std::string& text) {
         const std::optional<Value> parsed = parse(text);
         if (!parsed) {
-            throw CLI::ValidationError(name, "'" + text + "' is " + complaint);
+            throw CLI::ValidationError(name, "'" + support::shown(text) + "' is " + complaint);
         }
         target = *parsed;
     };

@@ -2,6 +2,7 @@
 
 #include "apps/sdc/CommandLine.h"
 #include "simulator/terminal/PlanPreview.h"
+#include "support/Text.h"
 
 #include <algorithm>
 
@@ -30,8 +31,8 @@ std::vector<simulator::TerminalChannel> chooseChannels(
     for (const std::uint32_t number : numbers) {
         const auto found = std::ranges::find(scenario.channels, RadioChannel{number}, &simulator::TerminalChannel::number);
         if (found == scenario.channels.end()) {
-            throw UsageError("--channel: scenario '" + scenario.name + "' has no channel " + std::to_string(number)
-                + "; it has " + numbersOf(scenario));
+            throw UsageError("--channel: scenario '" + support::shown(scenario.name) + "' has no channel "
+                + std::to_string(number) + "; it has " + numbersOf(scenario));
         }
         chosen.push_back(*found);
     }

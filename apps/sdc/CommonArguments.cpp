@@ -1,5 +1,6 @@
 #include "apps/sdc/Arguments.h"
 #include "apps/sdc/OptionValues.h"
+#include "support/Text.h"
 
 namespace sdc {
 
@@ -40,7 +41,8 @@ CLI::Validator fileName()
             return "the name of the file is empty: write a name, or - for standard output";
         }
         if (text.size() > 1 && text.front() == '-') {
-            return "'" + text + "' looks like an option: write the name of a file (./" + text + " if that is one)";
+            const std::string name = support::shown(text);
+            return "'" + name + "' looks like an option: write the name of a file (./" + name + " if that is one)";
         }
         return "";
     };

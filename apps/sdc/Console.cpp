@@ -2,10 +2,10 @@
 
 #include "apps/sdc/results/Format.h"
 #include "simulator/scenario/Suggestion.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <charconv>
-#include <iostream>
 #include <iterator>
 
 namespace sdc {
@@ -13,6 +13,9 @@ namespace sdc {
 namespace {
 
 using simulator::ScanStart;
+using support::shown;
+
+constexpr std::size_t longestText = 300; ///< of what ended a worker
 
 template <typename Number>
 Number parse(const std::string& word, const char* what)
@@ -20,7 +23,7 @@ Number parse(const std::string& word, const char* what)
     Number number{};
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
     if (error != std::errc{} || end != word.data() + word.size()) {
-        throw BadLine("'" + word + "' is no " + what);
+        throw BadLine("'" + shown(word) + "' is no " + what);
     }
     return number;
 }
@@ -35,7 +38,7 @@ Value named(const std::string& word, const char* what, std::initializer_list<Val
         }
         names += (names.empty() ? "" : ", ") + std::string(simulator::toString(value));
     }
-    throw BadLine("there is no " + std::string(what) + " '" + word + "'; there are " + names);
+    throw BadLine("there is no " + std::string(what) + " '" + shown(word) + "'; there are " + names);
 }
 
 simulator::Operation operationNamed(const std::string& word)
@@ -72,7 +75,7 @@ Console::Console(const simulator::Scenario& scenario, RadioChannel channel, std:
     , m_output(output)
 {
     m_terminal.controller(m_channel); // throws for a channel that there is not
-    showTrace(traceLevel);
+    m_trace.emplace(traceLevel);
 }
 
 const std::vector<Console::Verb>& Console::verbs()
@@ -104,7 +107,7 @@ bool Console::act(const Words& words)
         std::vector<std::string_view> names;
         std::ranges::transform(verbs(), std::back_inserter(names), &Verb::name);
         const auto nearest = simulator::nearest(words.front(), names);
-        throw BadLine("unknown command '" + words.front() + "'; "
+        throw BadLine("unknown command '" + shown(words.front()) + "'; "
             + (nearest ? "did you mean '" + std::string(*nearest) + "'?" : std::string("'help' lists the commands")));
     }
     if (words.size() - 1 > verb->mostArguments) {
@@ -140,7 +143,7 @@ void Console::start(const Words& words)
     }
     switch (m_terminal.startScan(m_channel, command)) {
     case ScanStart::failed: m_output << resultText(SDC_RC_FAILED) << '\n'; break;
-    case ScanStart::noWorker: m_output << m_terminal.workerFailure(m_channel).value() << '\n'; break;
+    case ScanStart::noWorker: m_output << shown(m_terminal.workerFailure(m_channel).value(), longestText) << '\n'; break;
     default: m_output << resultText(SDC_RC_OK) << '\n'; break;
     }
 }
@@ -164,7 +167,7 @@ void Console::status(const Words&)
 {
     m_output << SDCStatus::toString(controller().getStatus()) << ", progress " << controller().getProgress() << " %\n";
     if (const auto failure = m_terminal.workerFailure(m_channel)) {
-        m_output << *failure << '\n';
+        m_output << shown(*failure, longestText) << '\n';
     }
 }
 
@@ -233,17 +236,10 @@ void Console::trace(const Words& words)
 {
     const std::string level = words.size() > 1 ? words[1] : "";
     if (level.size() != 1 || level[0] < '0' || level[0] > '7') {
-        throw BadLine(
-            "'" + level + "' is no trace level: write 0 (nothing), 1 (errors), 5 (information), 6 (calls) or 7 (steps)");
+        throw BadLine("'" + shown(level)
+            + "' is no trace level: write 0 (nothing), 1 (errors), 5 (information), 6 (calls) or 7 (steps)");
     }
-    showTrace(static_cast<std::uint32_t>(level[0] - '0'));
-}
-
-/// The controllers write level 5 all the time, which tells the terminal the plans.
-void Console::showTrace(std::uint32_t level)
-{
-    simulator::trace::setLevel("ZRP.SDC", static_cast<PlxTraceLevel>(std::max<std::uint32_t>(level, PLX_TRACE_LEVEL_INFO)));
-    m_trace.emplace(std::cerr, static_cast<PlxTraceLevel>(level));
+    m_trace.emplace(static_cast<std::uint32_t>(level[0] - '0'));
 }
 
 void Console::fault(const Words& words)

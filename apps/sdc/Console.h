@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/ShownTrace.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
 #include <cstdint>
@@ -16,22 +17,6 @@ namespace sdc {
 class BadLine : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
-};
-
-/// Shows the trace up to a level for as long as it lives.
-class ShownTrace {
-public:
-    ShownTrace(std::ostream& stream, PlxTraceLevel level)
-        : m_sink(stream, level)
-    {
-        simulator::trace::addSink(m_sink);
-    }
-    ~ShownTrace() { simulator::trace::removeSink(m_sink); }
-    ShownTrace(const ShownTrace&) = delete;
-    ShownTrace& operator=(const ShownTrace&) = delete;
-
-private:
-    simulator::StreamTraceSink m_sink;
 };
 
 /// A terminal at the command of somebody who types, or of a script.
@@ -69,7 +54,6 @@ private:
     void channel(const Words& words);
     void fault(const Words& words);
     void trace(const Words& words);
-    void showTrace(std::uint32_t level);
     void help(const Words& words);
     void quit(const Words& words);
 

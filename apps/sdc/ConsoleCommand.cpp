@@ -2,6 +2,7 @@
 
 #include "apps/sdc/ChannelChoice.h"
 #include "apps/sdc/Console.h"
+#include "support/Text.h"
 
 #include <memory>
 #include <sstream>
@@ -52,11 +53,11 @@ ExitStatus console(const ConsoleOptions& options, std::istream& input, std::ostr
     while (goesOn && output << (options.isInteractive ? prompt : "") << std::flush && std::getline(input, line)) {
         const Console::Words words = split(line);
         if (!options.isInteractive) {
-            output << prompt << line << '\n';
+            output << prompt << support::shown(line) << '\n';
         }
         const std::string complaint = words.empty() ? "" : obey(console, words, goesOn);
         if (!complaint.empty()) {
-            output << "error: " << complaint << '\n';
+            output << "error: " << support::shown(complaint, 1000) << '\n';
             isUnderstood = false;
         }
     }

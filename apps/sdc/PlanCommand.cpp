@@ -3,6 +3,7 @@
 #include "apps/sdc/ChannelChoice.h"
 #include "apps/sdc/Texts.h"
 #include "apps/sdc/results/Format.h"
+#include "support/Text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -29,7 +30,7 @@ const char* nameOf(ScanKind kind)
 
 std::string refusal(const PlannedChannel& channel)
 {
-    return "the controller does not support the unit type \"" + channel.channel.link.unitTypeText + "\"";
+    return "the controller does not support the unit type \"" + support::shown(channel.channel.link.unitTypeText) + "\"";
 }
 
 std::string settling(const ScanPlan& plan)
@@ -108,13 +109,13 @@ void writeJson(
     }
     const Json document{
         {"schema_version", 1}, {"scenario", scenario.name}, {"description", scenario.description}, {"channels", channels}};
-    output << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    output << document.dump(2, ' ', true, Json::error_handler_t::replace) << '\n';
 }
 
 void writeTable(
     std::ostream& output, const simulator::Scenario& scenario, const std::vector<PlannedScans>& scans, double speed)
 {
-    output << scenario.name << ": " << scenario.description << "\n\n";
+    output << support::shown(scenario.name) << ": " << support::shown(scenario.description) << "\n\n";
     std::vector<Row> rows{{"channel", "scan", "from MHz", "to MHz", "step MHz", "samples", "settling", "time"}};
     for (const auto& [channelScan, subBandScan] : scans) {
         rows.push_back(rowOf(channelScan, ScanKind::channel, speed));

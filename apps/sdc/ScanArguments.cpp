@@ -3,6 +3,7 @@
 #include "apps/sdc/PlotName.h"
 #include "apps/sdc/ScanCommand.h"
 #include "apps/sdc/UsageText.h"
+#include "support/Text.h"
 
 #include <array>
 #include <memory>
@@ -29,7 +30,7 @@ void addKind(CLI::App& command, ScanKind& kind)
     const auto store = [&kind](const std::string& text) {
         if (text != kinds[0] && text != kinds[1]) {
             throw CLI::ValidationError(
-                "'" + text + "' is no kind of scan: write channel or sub-band" + suggestion(text, kinds));
+                "'" + support::shown(text) + "' is no kind of scan: write channel or sub-band" + suggestion(text, kinds));
         }
         kind = text == kinds[0] ? ScanKind::channel : ScanKind::subBand;
     };

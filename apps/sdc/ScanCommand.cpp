@@ -4,12 +4,12 @@
 #include "apps/sdc/Interrupt.h"
 #include "apps/sdc/ScanReport.h"
 #include "apps/sdc/ScanSession.h"
+#include "apps/sdc/ShownTrace.h"
 #include "apps/sdc/Texts.h"
 
 #include <unistd.h>
 
 #include <iostream>
-#include <sstream>
 
 namespace sdc {
 
@@ -17,35 +17,6 @@ namespace {
 
 using simulator::Scenario;
 using simulator::TerminalChannel;
-
-/// Shows the controllers' trace on standard error for as long as it lives, each record in one piece and on a line of its
-/// own.
-class TraceOnStandardError : public simulator::TraceSink {
-public:
-    TraceOnStandardError(std::uint32_t level, bool isTerminal)
-        : m_level(static_cast<PlxTraceLevel>(level))
-        , m_isTerminal(isTerminal)
-    {
-        simulator::trace::setLevel("ZRP.SDC", m_level);
-        simulator::trace::addSink(*this);
-    }
-    ~TraceOnStandardError() override { simulator::trace::removeSink(*this); }
-    TraceOnStandardError(const TraceOnStandardError&) = delete;
-    TraceOnStandardError& operator=(const TraceOnStandardError&) = delete;
-
-    void write(const simulator::TraceRecord& record) override
-    {
-        std::ostringstream text;
-        simulator::StreamTraceSink(text, m_level).write(record);
-        if (!text.view().empty()) {
-            std::cerr << (m_isTerminal ? "\r\033[K" : "") + text.str() << std::flush;
-        }
-    }
-
-private:
-    PlxTraceLevel m_level;
-    bool m_isTerminal;
-};
 
 TimePoint now()
 {
@@ -121,7 +92,7 @@ ExitStatus scan(const ScanOptions& options)
     const std::vector<PlannedChannel> plannedChannels = planAll(channels, options.kind);
     tell(options, planReport(plannedChannels, sessionOptions));
 
-    const TraceOnStandardError trace(options.traceLevel, isCapableTerminal(STDERR_FILENO));
+    const ShownTrace trace(options.traceLevel);
     Progress progress = makeProgress(options);
     ScanSession session(plannedChannels, sessionOptions, progress, std::cerr);
     session.run(scenario.channels);

@@ -1,5 +1,7 @@
 #include "apps/sdc/ScanLane.h"
 
+#include "support/Text.h"
+
 #include <exception>
 #include <utility>
 
@@ -17,8 +19,8 @@ std::string startFailure(ScanStart start, const std::string& unitTypeText)
     switch (start) {
     case ScanStart::underWay: return "";
     case ScanStart::failed:
-        return "the controller cannot plan a scan: it does not support the unit type that the radio tells, \"" + unitTypeText
-            + "\" (trace, level 1: \"Unsupported QRU\")";
+        return "the controller cannot plan a scan: it does not support the unit type that the radio tells, \""
+            + support::shown(unitTypeText) + "\" (trace, level 1: \"Unsupported QRU\")";
     case ScanStart::busy: return "the controller refused the start: its worker is busy (trace, level 5)";
     case ScanStart::noWorker: return "the controller refused the start: an exception has ended its worker (trace, level 1)";
     }
@@ -56,7 +58,8 @@ void ScanLane::begin(SimulatedTerminal& terminal, ScanKind kind)
         terminal.controller(number()).getSpectrumDiagnosticsProperties();
         m_facts.startFailure = startFailure(terminal.startScan(number(), startCommand(kind)), m_channel.link.unitTypeText);
     } catch (const std::exception& exception) {
-        m_facts.startFailure = std::string("the start ended with an exception of the radio: ") + exception.what();
+        m_facts.startFailure =
+            std::string("the start ended with an exception of the radio: ") + support::shown(exception.what());
     }
     m_hasBegun = m_facts.startFailure.empty();
     if (const auto plan = terminal.plan(number()); plan && m_hasBegun) {

@@ -2,6 +2,7 @@
 
 #include "apps/sdc/Texts.h"
 #include "apps/sdc/results/Format.h"
+#include "support/Text.h"
 
 #include <algorithm>
 
@@ -10,6 +11,7 @@ namespace sdc {
 namespace {
 
 using std::chrono::milliseconds;
+using support::shown;
 
 std::string line(const std::string& label, const std::string& text)
 {
@@ -70,9 +72,9 @@ std::string sweepEnd(const Sweep& sweep, const simulator::ScanPlan& plan)
 
 std::string introduction(const simulator::Scenario& scenario, ScanKind kind)
 {
-    std::string text = line("scenario", scenario.name + ": " + scenario.description);
+    std::string text = line("scenario", shown(scenario.name) + ": " + shown(scenario.description));
     for (const std::string& source : scenario.sources) {
-        text += line("source", source);
+        text += line("source", shown(source, 1000));
     }
     return text + line("command", SDCCommand::toString(startCommand(kind)));
 }
@@ -82,7 +84,7 @@ std::string planReport(const std::vector<PlannedChannel>& channels, const Sessio
     std::string text;
     for (const auto& [channel, plan] : channels) {
         text += line("channel",
-            std::to_string(static_cast<std::uint32_t>(channel.number)) + ": unit " + channel.link.unitTypeText
+            std::to_string(static_cast<std::uint32_t>(channel.number)) + ": unit " + shown(channel.link.unitTypeText)
                 + ", receiver at " + megahertz(channel.link.rxFrequency_kHz) + " MHz");
         if (!plan) {
             text += line("plan", "none: the controller does not support this unit type");

@@ -2,6 +2,7 @@
 
 #include "apps/sdc/Interrupt.h"
 #include "apps/sdc/Texts.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <exception>
@@ -32,7 +33,7 @@ void ScanSession::run(const std::vector<simulator::TerminalChannel>& allChannels
         terminal.emplace(allChannels, *clock);
     } catch (const std::exception& exception) {
         for (ScanLane& lane : m_lanes) {
-            lane.setStartFailure(std::string("the terminal did not come up: ") + exception.what());
+            lane.setStartFailure(std::string("the terminal did not come up: ") + support::shown(exception.what()));
         }
         finishAll();
         return;

@@ -3,6 +3,7 @@
 #include "apps/sdc/CommandLine.h"
 #include "apps/sdc/Texts.h"
 #include "simulator/scenario/Scenario.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -99,9 +100,9 @@ ExitStatus checkScenarios(const std::vector<std::string>& namesOrFiles, std::ost
     for (const std::string& file : namesOrFiles) {
         try {
             const Scenario scenario = simulator::loadScenario(file);
-            output << file << ": ok\n";
+            output << support::shown(file) << ": ok\n";
         } catch (const simulator::ScenarioError& error) {
-            output << error.what() << '\n';
+            output << message(error.what(), "");
             status = EXIT_USAGE;
         }
     }

@@ -1,6 +1,7 @@
 #include "apps/sdc/SweepVerdict.h"
 
 #include "apps/sdc/results/Format.h"
+#include "support/Text.h"
 
 #include <vector>
 
@@ -41,7 +42,7 @@ std::string sweepFailure(const SweepFacts& facts)
     const bool isFinished =
         facts.status == SDC_STATUS_CHANNEL_SCAN_FINISHED || facts.status == SDC_STATUS_SUB_BAND_SCAN_FINISHED;
     if (facts.workerFailure) {
-        return "an exception ended the controller's worker" + seenAs(*facts.workerFailure);
+        return "an exception ended the controller's worker" + seenAs(support::shown(*facts.workerFailure, 300));
     }
     if (facts.isStopped) {
         return "";

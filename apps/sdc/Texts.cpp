@@ -1,5 +1,7 @@
 #include "apps/sdc/Texts.h"
 
+#include "support/Text.h"
+
 #include <algorithm>
 #include <cmath>
 #include <sstream>
@@ -35,12 +37,13 @@ std::string counted(std::size_t count, const std::string& what)
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string message(const std::string& text)
+std::string message(const std::string& text, const std::string& before)
 {
+    constexpr std::size_t longestLine = 1000;
     std::istringstream lines(text);
     std::string messages;
     for (std::string line; std::getline(lines, line);) {
-        messages += line.empty() ? "" : "sdc: " + line + "\n";
+        messages += line.empty() ? "" : before + support::shown(line, longestLine) + "\n";
     }
     return messages;
 }

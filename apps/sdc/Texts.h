@@ -18,7 +18,8 @@ std::string left(const std::string& text, std::size_t width);
 /// "1 sample", "13 samples".
 std::string counted(std::size_t count, const std::string& what);
 
-/// A message of the program: "sdc: " before each line, without empty ones.
-std::string message(const std::string& text);
+/// What is said of an error: each line of the text, without empty ones, behind the name of the program. Whatever stands
+/// in it may be shown on a terminal.
+std::string message(const std::string& text, const std::string& before = "sdc: ");
 
 } // namespace sdc

@@ -1,6 +1,7 @@
 #include "apps/sdc/UsageText.h"
 
 #include "simulator/scenario/Suggestion.h"
+#include "support/Text.h"
 
 #include <optional>
 
@@ -31,7 +32,7 @@ std::string unknownOption(const CLI::App& command, const std::string& name)
     const bool isLong = name.starts_with(dashes);
     const auto nearest = isLong ? simulator::nearest(std::string_view(name).substr(dashes.size()), known) : std::nullopt;
     const std::string hint = nearest ? "did you mean '" + dashes + std::string(*nearest) + "'?" : helpHint(command);
-    return "unknown option '" + name + "'; " + hint;
+    return "unknown option '" + support::shown(name) + "'; " + hint;
 }
 
 std::string unknownCommand(const CLI::App& command, const std::string& word)
@@ -42,7 +43,8 @@ std::string unknownCommand(const CLI::App& command, const std::string& word)
         known.push_back(subcommand->get_name());
         list += (list.empty() ? "" : ", ") + subcommand->get_name();
     }
-    return "'" + nameOf(command) + "' has no command '" + word + "'" + suggestion(word, known, "; there are " + list);
+    return "'" + nameOf(command) + "' has no command '" + support::shown(word) + "'"
+        + suggestion(word, known, "; there are " + list);
 }
 
 /// Goes through the arguments as the parser does, from command to command.
@@ -116,7 +118,7 @@ std::string reword(const CLI::App& app, const CLI::App& command, const CLI::Pars
         return text;
     }
     if (is<CLI::ExtrasError>(error) && !app.remaining(true).empty()) {
-        return "'" + app.remaining(true).front() + "' is one word too many; " + helpHint(command);
+        return "'" + support::shown(app.remaining(true).front()) + "' is one word too many; " + helpHint(command);
     }
     if (is<CLI::ArgumentMismatch>(error)) {
         return rewordMismatch(text) + "; " + helpHint(command);

@@ -1,0 +1,40 @@
+#include "apps/sdc/ShownTrace.h"
+
+#include "apps/sdc/TerminalDevice.h"
+#include "support/Text.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <iostream>
+#include <sstream>
+
+namespace sdc {
+
+/// The controllers write level 5 all the time, which tells the terminal the plans.
+ShownTrace::ShownTrace(std::uint32_t level)
+    : m_level(static_cast<PlxTraceLevel>(level))
+    , m_isLineWrittenOver(isCapableTerminal(STDERR_FILENO))
+{
+    simulator::trace::setLevel("ZRP.SDC", std::max(m_level, PLX_TRACE_LEVEL_INFO));
+    simulator::trace::addSink(*this);
+}
+
+ShownTrace::~ShownTrace()
+{
+    simulator::trace::removeSink(*this);
+}
+
+void ShownTrace::write(const simulator::TraceRecord& record)
+{
+    constexpr std::size_t longestText = 1000;
+    simulator::TraceRecord plain = record;
+    plain.text = support::shown(record.text, longestText);
+    std::ostringstream text;
+    simulator::StreamTraceSink(text, m_level).write(plain);
+    if (!text.view().empty()) {
+        std::cerr << (m_isLineWrittenOver ? "\r\033[K" : "") + text.str() << std::flush;
+    }
+}
+
+} // namespace sdc

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "simulator/host/Trace.h"
+
+#include <cstdint>
+
+namespace sdc {
+
+/// Shows the controllers' trace up to a level on standard error for as long as it lives, each record in one piece and on a
+/// line of its own.
+class ShownTrace : public simulator::TraceSink {
+public:
+    explicit ShownTrace(std::uint32_t level);
+    ~ShownTrace() override;
+    ShownTrace(const ShownTrace&) = delete;
+    ShownTrace& operator=(const ShownTrace&) = delete;
+
+    void write(const simulator::TraceRecord& record) override;
+
+private:
+    PlxTraceLevel m_level;
+    bool m_isLineWrittenOver; ///< on a terminal the progress may stand in the line
+};
+
+} // namespace sdc
