@@ -6,6 +6,7 @@
 function(sdc_warnings target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+        $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
         $<$<CXX_COMPILER_ID:GNU>:-Wuseless-cast -Wduplicated-cond -Wlogical-op -Wno-restrict>
         $<$<BOOL:${SDC_WARNINGS_AS_ERRORS}>:-Werror>)
     if(SDC_SANITIZERS)

@@ -39,7 +39,7 @@ public:
     auto& m_frequencyMargin_kHz() const { return m_controller.m_frequencyMargin_kHz; }
     auto& m_scanLowestRxFrequency_kHz() const { return m_controller.m_scanLowestRxFrequency_kHz; }
     auto& m_scanHighestRxFrequency_kHz() const { return m_controller.m_scanHighestRxFrequency_kHz; }
-    auto& m_results() const { return m_controller.m_results; }
+    auto& m_results() const SDC_THREAD_SAFETY(no_thread_safety_analysis) { return m_controller.m_results; }
     auto& m_resultsGuard() const { return m_controller.m_resultsGuard; }
     auto& m_setRxWait_ms() const { return m_controller.m_setRxWait_ms; }
     auto& m_firstSetRxWait_ms() const { return m_controller.m_firstSetRxWait_ms; }

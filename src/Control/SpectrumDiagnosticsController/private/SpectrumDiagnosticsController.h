@@ -4,6 +4,7 @@
 /// ISpectrumDiagnosticsController.
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Control/SpectrumDiagnosticsController/private/AnnotatedMutex.h"
 #include "Control/SpectrumDiagnosticsController/private/AtomicProperties.h"
 #include "Platform/Host/ModuleInterface.h"
 #include "Platform/Host/RadioChannel.h"
@@ -170,8 +171,8 @@ private:
 
     // Shared; under m_resultsGuard, which is held for an append, a clear or a copy-out and never while a peer or the host is
     // called.
-    std::vector<SDCResult> m_results;
-    std::mutex m_resultsGuard;
+    std::vector<SDCResult> m_results SDC_GUARDED_BY(m_resultsGuard);
+    AnnotatedMutex m_resultsGuard;
 
     // The plan, continued.
     std::uint32_t m_setRxWait_ms;

@@ -132,7 +132,7 @@ std::int32_t SpectrumDiagnosticsController::getResult(std::int32_t* count, SDCRe
         SDC_TRACE(PLX_TRACE_LEVEL_ERROR, "Called with NULL pointer(s)");
         return SDC_RC_FAILED;
     }
-    const std::lock_guard<std::mutex> guard(m_resultsGuard);
+    const AnnotatedLock guard(m_resultsGuard);
     *count = std::min(static_cast<std::int32_t>(m_results.size()), *count);
     std::copy_n(m_results.begin(), *count, samples); // copies nothing for a negative count
     return SDC_RC_OK;

@@ -88,7 +88,7 @@ void SpectrumDiagnosticsController::traceScanParameters() const
 
 void SpectrumDiagnosticsController::clearSamples()
 {
-    const std::lock_guard<std::mutex> guard(m_resultsGuard);
+    const AnnotatedLock guard(m_resultsGuard);
     m_results.clear();
     m_nrOfSamplesDone = 0;
 }
@@ -141,7 +141,7 @@ std::int32_t SpectrumDiagnosticsController::readClampedRssi() const
 void SpectrumDiagnosticsController::storeSample(std::uint32_t frequency_kHz, std::int32_t rssi)
 {
     {
-        const std::lock_guard<std::mutex> guard(m_resultsGuard);
+        const AnnotatedLock guard(m_resultsGuard);
         m_results.push_back({frequency_kHz, rssi});
     }
     const std::int32_t samplesBefore = m_nrOfSamplesDone;
