@@ -5,6 +5,7 @@
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 
+#include "Control/SpectrumDiagnosticsController/private/ScanConstants.h"
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
 #include "Platform/Radio/IFrameFormat.h"
 #include "Platform/Radio/IFrequencyController.h"
@@ -79,11 +80,11 @@ std::int32_t SpectrumDiagnosticsController::stopScan()
 void SpectrumDiagnosticsController::chooseSettleDelays()
 {
     if (m_properties.extendedRxWait != 0) {
-        m_setRxWait_ms = 60000;
-        m_firstSetRxWait_ms = 60000;
+        m_setRxWait_ms = extendedRxWait_ms;
+        m_firstSetRxWait_ms = extendedRxWait_ms;
     } else {
-        m_firstSetRxWait_ms = 3000;
-        m_setRxWait_ms = m_properties.slowRxWait != 0 ? 2000 : 300;
+        m_firstSetRxWait_ms = firstRxWait_ms;
+        m_setRxWait_ms = m_properties.slowRxWait != 0 ? slowRxWait_ms : rxWait_ms;
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 
+#include "Control/SpectrumDiagnosticsController/private/ScanConstants.h"
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
 #include "Platform/Host/DefaultSleepApi.h"
 #include "Platform/Radio/IFrequencyController.h"
@@ -16,9 +17,6 @@
 #include <exception>
 
 namespace {
-
-constexpr std::int32_t RSSI_FLOOR = -9970; // in the RSSI handler's unit
-constexpr std::uint32_t SINGLE_MEASUREMENT_DELAY_MS = 5000;
 
 /// 100 * part / whole, truncated; the product wraps at 32 bits, and the division is done where it cannot overflow.
 std::int32_t percentage(std::int32_t part, std::int32_t whole)

@@ -5,6 +5,7 @@
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 
+#include "Control/SpectrumDiagnosticsController/private/ScanConstants.h"
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
 #include "Platform/Radio/IRadio.h"
 #include "Platform/Radio/IRadioCapability.h"
@@ -28,9 +29,6 @@ constexpr UnitTypeRow unitTypeRows[] = {
     {"KLM", ODU_TYPE_KLM},
     {"SDC", ODU_TYPE_SDC},
 };
-
-constexpr std::uint32_t oddChannelSpacing_kHz = 7000;
-constexpr std::uint32_t upperFrequencyBand_GHz = 43;
 
 } // namespace
 
@@ -77,11 +75,11 @@ std::int32_t SpectrumDiagnosticsController::prepChannelScanStd()
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER);
     std::uint32_t samples = 1;
     if (isLongHaul() || isLowerFrequencyBand()) {
-        m_frequencyMargin_kHz = 1000;
-        m_scanStep_kHz = isChannelSpcaingOdd() ? 1000 : 2000;
+        m_frequencyMargin_kHz = fineMargin_kHz;
+        m_scanStep_kHz = isChannelSpcaingOdd() ? fineStepInOddSpacing_kHz : fineStep_kHz;
     } else {
-        m_scanStep_kHz = 10000;
-        m_frequencyMargin_kHz = 5000;
+        m_scanStep_kHz = coarseStep_kHz;
+        m_frequencyMargin_kHz = coarseMargin_kHz;
     }
     if (validMinFrequencyMargin()) {
         m_scanLowestRxFrequency_kHz = m_currentRxFrequency_kHz + m_frequencyMargin_kHz - (m_channelSpacing_kHz >> 1);
@@ -110,11 +108,11 @@ std::int32_t SpectrumDiagnosticsController::prepSubBandScanStd()
 {
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER);
     if (!isLongHaul() && isLowerFrequencyBand()) {
-        m_scanStep_kHz = 2000;
-        m_frequencyMargin_kHz = 1000;
+        m_scanStep_kHz = fineStep_kHz;
+        m_frequencyMargin_kHz = fineMargin_kHz;
     } else {
-        m_scanStep_kHz = 10000;
-        m_frequencyMargin_kHz = 5000;
+        m_scanStep_kHz = coarseStep_kHz;
+        m_frequencyMargin_kHz = coarseMargin_kHz;
     }
     m_scanLowestRxFrequency_kHz =
         m_rxBaseFrequency_kHz + m_frequencyStepSize_kHz * (m_stepLimitLow + m_frequencyMargin_kHz / m_frequencyStepSize_kHz);
