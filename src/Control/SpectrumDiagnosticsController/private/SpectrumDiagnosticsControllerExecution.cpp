@@ -144,7 +144,8 @@ void SpectrumDiagnosticsController::storeSample(std::uint32_t frequency_kHz, std
     }
     const std::int32_t samplesBefore = m_nrOfSamplesDone;
     m_nrOfSamplesDone = static_cast<std::int32_t>(static_cast<std::uint32_t>(samplesBefore) + 1);
-    m_progress = percentage(samplesBefore, m_totalNrOfSamples);
+    // Whoever sees the progress move sees the sweep that moved it; no more than that needs an order.
+    m_progress.store(percentage(samplesBefore, m_totalNrOfSamples), std::memory_order_release);
 }
 
 void SpectrumDiagnosticsController::restoreRxFrequency() const
