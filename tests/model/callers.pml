@@ -2,10 +2,16 @@
 
 mtype = { starter, stopper, host };
 
-#ifdef FAULT_COMMANDS_LOCK
-#define setStateOfCommand(value) lock(aCaller); setState(value); unlock()
+#define setLocked(value) lock(aCaller); setState(value); unlock()
+#if defined(FAULT_COMMANDS_LOCK)
+#define setStateOfStart(value) setLocked(value)
+#define setStateOfStop(value) setLocked(value)
+#elif defined(START_LOCKS)
+#define setStateOfStart(value) setLocked(value)
+#define setStateOfStop(value) setState(value)
 #else
-#define setStateOfCommand(value) setState(value)
+#define setStateOfStart(value) setState(value)
+#define setStateOfStop(value) setState(value)
 #endif
 
 inline startScan()
@@ -29,7 +35,7 @@ inline startScan()
            isCleared = false;
            printf("%e: sets the status, scan_ongoing\n", me);
        }
-          setStateOfCommand(STATE_SCAN);
+          setStateOfStart(STATE_SCAN);
        fi;
     :: d_step { !mayStart -> touch; printf("%e: its start is refused, %e\n", me, m_state); }
     fi;
@@ -40,7 +46,7 @@ inline stopScan()
     if
     :: d_step { m_state == STATE_IDLE -> touch; printf("%e: stops, finds STATE_IDLE\n", me); }
     :: d_step { m_state != STATE_IDLE -> touch; printf("%e: stops, finds %e\n", me, m_state); }
-       setStateOfCommand(STATE_STOP);
+       setStateOfStop(STATE_STOP);
     fi;
     d_step { touch; m_progress = 0; printf("%e: sets the progress, 0\n", me); }
     d_step {
