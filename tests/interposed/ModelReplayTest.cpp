@@ -128,6 +128,22 @@ protected:
         EXPECT_TRUE(m_stop->returns());
     }
 
+    /// Lets a sweep that is held end, and a stop fall between the worker's test of the state and its wait.
+    void loseStopAtTheSweepsEnd()
+    {
+        ASSERT_NO_FATAL_FAILURE(giveStopAndHold(State::STATE_SCAN));
+        afterTheWorkersReading.set([this, readings = std::make_shared<int>(0)](State state) {
+            if (state == State::STATE_IDLE && ++*readings == 3) { // one to go on, one to say that it waits, one to wait
+                letStopGoOn();
+            }
+        });
+        sleep.open();
+        ASSERT_TRUE(eventually([this] { return inspect().getState() == State::STATE_STOP; }));
+        ASSERT_TRUE(workerRests());
+        EXPECT_EQ(inspect().getState(), State::STATE_STOP);
+        afterTheWorkersReading.set({});
+    }
+
     /// Waits, bounded, until the worker has given the lock up, as it does in its wait alone.
     bool workerRests() const
     {
@@ -265,19 +281,18 @@ TEST_F(ModelReplay, stopBetweenTestAndWaitIsLostAndTheWorkerRests)
 {
     startAndWait();
     launchAndHold();
-    ASSERT_NO_FATAL_FAILURE(giveStopAndHold(State::STATE_SCAN));
-    afterTheWorkersReading.set([this, readings = std::make_shared<int>(0)](State state) {
-        if (state == State::STATE_IDLE && ++*readings == 3) { // one to go on, one to say that it waits, one to wait
-            letStopGoOn();
-        }
-    });
-    sleep.open();
-    ASSERT_TRUE(eventually([this] { return inspect().getState() == State::STATE_STOP; }));
-    ASSERT_TRUE(workerRests());
-    EXPECT_EQ(inspect().getState(), State::STATE_STOP);
+    ASSERT_NO_FATAL_FAILURE(loseStopAtTheSweepsEnd());
     expectStartsRefused();
-    afterTheWorkersReading.set({});
     expectClearedByOnPhaseStop();
+}
+
+TEST_F(ModelReplay, wakeUpWithoutAReasonAfterALostStopMakesTheWorkerSpin)
+{
+    startAndWait();
+    launchAndHold();
+    ASSERT_NO_FATAL_FAILURE(loseStopAtTheSweepsEnd());
+    inspect().m_condition().notify_all();
+    EXPECT_TRUE(workerSpins());
 }
 
 TEST_F(ModelReplay, startThatTheHostClearsBeforeTheWorkerWakesIsDroppedAndStaysOngoing)
@@ -295,6 +310,23 @@ TEST_F(ModelReplay, startThatTheHostClearsBeforeTheWorkerWakesIsDroppedAndStaysO
     EXPECT_EQ(controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
     EXPECT_EQ(log.count(sweepEntry), 0U);
     EXPECT_TRUE(scan(SDC_CMD_CHANNEL_SCAN_START));
+}
+
+TEST_F(ModelReplay, stopOverTheIdleOfThePhaseStopMakesTheWorkerSpin)
+{
+    startAndWait();
+    const std::uint64_t times = worker.timesBlocked();
+    {
+        const std::lock_guard<std::mutex> hostIsFirst(inspect().m_mutex());
+        give(SDC_CMD_CHANNEL_SCAN_START);
+        ASSERT_NO_FATAL_FAILURE(giveStopAndHold(State::STATE_SCAN));
+        setState(State::STATE_IDLE); // onPhaseStop, with the lock
+    }
+    ASSERT_TRUE(worker.blocks(times + 1));
+    letStopGoOn();
+    EXPECT_TRUE(workerSpins());
+    EXPECT_EQ(log.count(sweepEntry), 0U);
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
 }
 
 TEST_F(ModelReplay, slowStopThatFoundNoScanClearsTheStatusOfTheNext)

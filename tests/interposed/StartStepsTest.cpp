@@ -82,6 +82,25 @@ TEST_F(StartSteps, statusIsWrittenBeforeTheState)
     }
 }
 
+TEST_F(StartSteps, stopBetweenTheTwoLeavesAScanThatSaysNothingOfItself)
+{
+    for (const ESDCCommand command : starts) {
+        SCOPED_TRACE(command);
+        fillPlannable();
+        onSetState = [this](SpectrumDiagnosticsController::State state) {
+            if (state == SpectrumDiagnosticsController::STATE_SCAN) {
+                EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
+            }
+        };
+        EXPECT_EQ(controller->setCommand(command, 0), 0);
+        EXPECT_EQ(inspect().getState(), SpectrumDiagnosticsController::STATE_SCAN);
+        EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+        inspect().runScan();
+        EXPECT_EQ(samples().size(), static_cast<std::size_t>(inspect().m_totalNrOfSamples()));
+        EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+    }
+}
+
 TEST_F(StartSteps, stopRecordsItsCommandThenTheStateThenProgressAndStatus)
 {
     inspect().m_state() = SpectrumDiagnosticsController::STATE_SCAN;

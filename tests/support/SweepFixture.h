@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include <pthread.h>
+
 namespace support {
 
 using Calls = std::vector<std::string>;
@@ -88,6 +90,17 @@ protected:
             return std::unique_lock<std::mutex>(inspect().m_mutex(), std::try_to_lock).owns_lock();
         };
         return std::async(std::launch::async, tryLock).get();
+    }
+
+    /// Makes a mutex one that fails when its own thread locks it again.
+    static void makeCheckErrors(std::mutex& mutex)
+    {
+        pthread_mutexattr_t attributes{};
+        pthread_mutexattr_init(&attributes);
+        pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
+        pthread_mutex_destroy(mutex.native_handle());
+        pthread_mutex_init(mutex.native_handle(), &attributes);
+        pthread_mutexattr_destroy(&attributes);
     }
 
     /// Logs, from now on, also every question whether a level is enabled.

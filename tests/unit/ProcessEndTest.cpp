@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <stdexcept>
 
 #include <sys/time.h>
 
@@ -22,6 +23,28 @@ TEST_F(InitialisationDeathTest, secondOneWhileTheWorkerRunsEndsTheProcess)
         controller->onModuleInit();
     };
     EXPECT_DEATH(initialiseTwice(), "terminate called without an active exception");
+}
+
+class TraceDeathTest : public InitialisationDeathTest {};
+
+TEST_F(TraceDeathTest, exceptionInTheDestructorEndsTheProcess)
+{
+    const auto destroyIt = [this] {
+        construct();
+        at("enter 6 ~SpectrumDiagnosticsController", [] { throw std::runtime_error("disk is full"); });
+        destroy();
+    };
+    EXPECT_DEATH(destroyIt(), "disk is full");
+}
+
+TEST_F(TraceDeathTest, exceptionInTheWorkersLastTextEndsTheProcess)
+{
+    const auto endTheWorker = [this] {
+        startAndWait();
+        at(exited + "scan-not-started", [] { throw std::runtime_error("disk is full"); });
+        destroy();
+    };
+    EXPECT_DEATH(endTheWorker(), "disk is full");
 }
 
 // Elsewhere a division by zero has a result.

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <future>
+#include <system_error>
 
 namespace {
 
@@ -74,6 +75,27 @@ TEST_F(ResultsGuard, isWaitedForByEachAppend)
     held.unlock();
     EXPECT_TRUE(call.returns());
     EXPECT_THAT(samples(), ElementsAre(SDCResult{100000, -4500}));
+}
+
+TEST_F(ResultsGuard, thatFailsReachesTheCallerOfTheCopyWithNothingWritten)
+{
+    makeCheckErrors(inspect().m_resultsGuard());
+    const std::unique_lock<std::mutex> held = hold();
+    SDCResult sample{5, 6};
+    std::int32_t count = 1;
+    EXPECT_THROW(controller->getResult(&count, &sample), std::system_error);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(sample, (SDCResult{5, 6}));
+}
+
+TEST_F(ResultsGuard, thatFailsEndsTheWorkerLikeAnyException)
+{
+    makeCheckErrors(inspect().m_resultsGuard());
+    const std::unique_lock<std::mutex> held = hold();
+    inspect().scanThread();
+    EXPECT_EQ(log.callsStartingWith("trace 1 Exception timerThread SpectDiagCtrl7: ").size(), 1U);
+    EXPECT_EQ(inspect().getState(), SpectrumDiagnosticsController::STATE_SCAN);
+    EXPECT_EQ(log.count(tune(100000)), 0U);
 }
 
 TEST_F(ResultsGuard, isFreeWhileTheCopyIsTraced)

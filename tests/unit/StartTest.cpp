@@ -89,6 +89,18 @@ protected:
     }
 };
 
+TEST_F(Start, stopWhileItReadsTheRadioIsLost)
+{
+    for (std::size_t peer = 0; peer < 4; ++peer) {
+        SCOPED_TRACE(peer);
+        onPeer(peer, [this] { EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0); });
+        EXPECT_EQ(freshStart(SDC_CMD_CHANNEL_SCAN_START, "4742"), 0);
+        EXPECT_EQ(inspect().getState(), SpectrumDiagnosticsController::STATE_SCAN);
+        EXPECT_EQ(inspect().m_status(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
+        onPeer(peer, {});
+    }
+}
+
 TEST_F(Start, callsPeersAndTracesInThisOrder)
 {
     std::vector<std::string> expected = startLog("sub-band-scan-start", "-5");

@@ -6,6 +6,7 @@
 
 #include <future>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -150,6 +151,19 @@ TEST_F(SweepSamples, propertiesAreRefreshedBeforeTheParameterDumpWhateverTheResu
         EXPECT_EQ(log.count("provider.getProperties"), 1U);
         EXPECT_EQ(samples().size(), 3U);
     }
+}
+
+TEST_F(SweepSamples, refreshOverwritesAQueryOfThatMoment)
+{
+    peers.radio.onGetProperties = [this, isInSweep = false]() mutable {
+        if (!std::exchange(isInSweep, true)) { // the sweep's call; the query's falls into it
+            peers.radio.properties = {1, 2, 3, 4};
+            EXPECT_EQ(bytesOf(controller->getSpectrumDiagnosticsProperties()), std::make_tuple(1, 2, 3, 4));
+            peers.radio.properties = {5, 6, 7, 8};
+        }
+    };
+    inspect().runScan();
+    EXPECT_EQ(bytesOf(inspect().m_properties()), std::make_tuple(5, 6, 7, 8));
 }
 
 TEST_F(SweepSamples, refreshedPropertiesDoNotChangeTheDelaysOfThisSweep)

@@ -8,8 +8,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include <pthread.h>
-
 namespace {
 
 using support::Calls;
@@ -38,18 +36,6 @@ protected:
         {[] { throw 5; }, "trace 1 Unknown exception in timerThread SpectDiagCtrl7"},
         {[] { throw "text"; }, "trace 1 Unknown exception in timerThread SpectDiagCtrl7"},
     };
-
-    /// Makes m_mutex one that fails when its own thread locks it again.
-    void makeMutexCheckErrors() const
-    {
-        pthread_mutex_t* const mutex = inspect().m_mutex().native_handle();
-        pthread_mutexattr_t attributes{};
-        pthread_mutexattr_init(&attributes);
-        pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_ERRORCHECK);
-        pthread_mutex_destroy(mutex);
-        pthread_mutex_init(mutex, &attributes);
-        pthread_mutexattr_destroy(&attributes);
-    }
 };
 
 TEST_F(WorkerFailure, exceptionAnywhereInSweepEndsTheWorkerAndLeavesTheStateAndTheReceiver)
@@ -103,6 +89,29 @@ TEST_F(WorkerFailure, stateThatWasSetMeanwhileStaysToo)
         EXPECT_EQ(inspect().m_status(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
         EXPECT_EQ(log.count(restore), 0U);
     }
+}
+
+TEST_F(WorkerFailure, restoreThatThrowsAfterARefusedTuningLeavesAStopAndAnOngoingScan)
+{
+    peers.frequencyController.onSetRxFrequency = [](std::uint32_t frequency_kHz) {
+        return frequency_kHz == configured_kHz ? throw std::runtime_error("no answer") : 32768;
+    };
+    inspect().scanThread();
+    EXPECT_EQ(inspect().getState(), State::STATE_STOP);
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_ONGOING);
+    EXPECT_EQ(log.count("trace 1 Exception timerThread SpectDiagCtrl7: no answer"), 1U);
+}
+
+TEST_F(WorkerFailure, readingThatThrowsInAStoppedSweepLeavesAStopAndAScanNotStarted)
+{
+    peers.rssiHandler.onReadRssi = [this](std::int32_t&) -> std::int32_t {
+        controller->setCommand(SDC_CMD_SCAN_STOP, 0);
+        throw std::runtime_error("no answer");
+    };
+    inspect().scanThread();
+    EXPECT_EQ(inspect().getState(), State::STATE_STOP);
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+    EXPECT_EQ(log.count(restore), 0U);
 }
 
 TEST_F(WorkerFailure, lockIsReleasedBeforeTheExceptionIsTraced)
@@ -201,7 +210,7 @@ TEST_F(WorkerFailure, endedWorkerIsNotRestartedAndIsJoinedByDestruction)
 
 TEST_F(WorkerFailure, lockThatFailsEndsTheWorker)
 {
-    makeMutexCheckErrors();
+    makeCheckErrors(inspect().m_mutex());
     const std::string what = std::system_error(EDEADLK, std::generic_category()).what();
     const std::lock_guard<std::mutex> held(inspect().m_mutex());
     inspect().scanThread();
@@ -212,7 +221,7 @@ TEST_F(WorkerFailure, lockThatFailsEndsTheWorker)
 
 TEST_F(WorkerFailure, lockThatFailsReachesTheCallersOfStopAndExit)
 {
-    makeMutexCheckErrors();
+    makeCheckErrors(inspect().m_mutex());
     const std::function<void()> calls[] = {[this] { controller->onPhaseStop(); }, [this] { inspect().exitThread(); }};
     for (const auto& call : calls) {
         const std::lock_guard<std::mutex> held(inspect().m_mutex());

@@ -106,6 +106,22 @@ TEST_F(WorkerStart, aThreadThatCannotBeStartedIsTracedAndInitialisationSucceeds)
             "broker.unregister ISpectrumDiagnosticsController_5", "provider.destroyed", "module.unregister"));
 }
 
+TEST_F(WorkerStart, secondInitialisationMakesUpForAThreadThatCouldNotBeStarted)
+{
+    construct(5);
+    {
+        const NoMoreThreads noMoreThreads;
+        EXPECT_EQ(controller->onModuleInit(), 0U);
+    }
+    EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), SDC_RC_OK); // planned, and swept by nobody
+    EXPECT_EQ(controller->onModuleInit(), 0U);
+    EXPECT_EQ(log.count("provider.destroyed"), 1U); // the first one
+    EXPECT_TRUE(waitForWaits(1));
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+    EXPECT_TRUE(scan(SDC_CMD_SUB_BAND_SCAN_START));
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SUB_BAND_SCAN_FINISHED);
+}
+
 TEST_F(WorkerStart, standardExceptionIsTracedWithItsTextAndInitialisationSucceeds)
 {
     EXPECT_THAT(traceOfInitWhen([] { throw std::runtime_error("name: too long"); }),

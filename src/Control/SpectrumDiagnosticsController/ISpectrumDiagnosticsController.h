@@ -8,12 +8,14 @@
 ///
 /// Finding it. The controller is registered with the InterfaceBroker under
 /// IInterface::interfaceName("ISpectrumDiagnosticsController", RadioChannel), for example
-/// "ISpectrumDiagnosticsController_7", from its construction to its destruction; do not use the pointer beyond. Give
-/// commands and ask for the properties only once the host has initialised the module with success.
+/// "ISpectrumDiagnosticsController_7", from its construction to its destruction. Every call, a query too, must have returned
+/// before the destruction begins. Give commands and ask for the properties only once the host has initialised the module
+/// with success.
 ///
-/// Threads. Any number of threads may call the queries at any time, and any thread may stop a scan that runs; none of these
-/// calls ever waits for a sweep. Starts are not serialised: let one thread at a time give them. Exceptions that the host's
-/// trace throws pass through every operation.
+/// Threads. Any number of threads may call the queries, and any thread may stop a scan that runs; none of these calls ever
+/// waits for a sweep. Starts are not serialised: let one thread at a time give them. No stop may overlap a start: it would
+/// stop nothing, or leave the scan mute, with the status scan-not-started while the sweep runs and after it. Exceptions that
+/// the host's trace throws pass through every operation.
 ///
 /// Starting and polling, as a correct caller does it:
 ///
@@ -42,10 +44,15 @@
 /// samples. Give the polling a limit: where a peer threw during a sweep, the worker could not be created, its wake-up was
 /// lost or the host ran its stop phase before the sweep began, the status shows an ongoing scan until a stop.
 ///
+/// Exceptions. One that a peer, the trace or the sleep service throws in a sweep ends the worker for good; the receiver
+/// stays where it is. The status stays as it was: ongoing, also after a refused tuning; scan-not-started after a stop. From
+/// then on starts are refused, or accepted and never swept.
+///
 /// Stopping. Stop only a scan that is seen to run: one with a sample taken (getProgress moves, or getResult shows new
-/// samples) and its end not near, and never while the controller is being destroyed. A stop that comes before the worker has
-/// begun the sweep, or crosses the sweep's very end, leaves the worker spinning until the process ends; so do not send one
-/// merely to clear a finished status.
+/// samples) and its end not near. On a stop that is stored while no sweep runs the worker spins until the process ends: one
+/// that comes before the worker has begun the sweep, crosses the sweep's very end, or overlaps the host's stop phase. Where
+/// the worker sleeps over such a stop, its next wake-up does it, be it a spurious one. So do not send a stop merely to clear
+/// a finished status.
 
 #include "Platform/Host/IInterface.h"
 
@@ -145,8 +152,8 @@ public:
     ///         SDC_RC_FAILED: unit type not supported or planning failed; status and progress are 0, the samples of the
     ///         previous sweep stay. SDC_RC_UNKNOWN_COMMAND: any other command; nothing changes.
     /// @throws whatever a peer throws while a start reads it; no scan is started then, status and progress are 0.
-    /// Thread: any; starts from one thread at a time, and not while a stop has yet to return: it would clear the new scan's
-    /// status. Does not wait for a sweep; calls peers, so takes as long as they do.
+    /// Thread: any; starts from one thread at a time, and no start while a stop has yet to return, nor a stop while a start
+    /// has. Does not wait for a sweep; calls peers, so takes as long as they do.
     virtual std::int32_t setCommand(ESDCCommand command, std::int32_t setRxWait_ms) = 0;
 
     /// Copies samples of the current or last sweep, in the order taken: lowest frequency first.
@@ -159,6 +166,7 @@ public:
     ///                A negative count is left as it is and nothing is copied.
     /// @param samples array of at least @p count elements; elements beyond the number copied are left alone
     /// @return SDC_RC_OK; SDC_RC_FAILED when a pointer is null, with nothing written.
+    /// @throws std::system_error when the samples cannot be locked, with nothing written.
     /// Thread: any, at any time. Waits for no sweep, only for another copy of the samples, or for one to be added or all to
     /// be cleared.
     virtual std::int32_t getResult(std::int32_t* count, SDCResult* samples) = 0;
@@ -175,7 +183,9 @@ public:
 
     /// Asks the radio for its properties, keeps them for the next start, and returns them. Before the host has initialised
     /// the module: the record as it stands, all false after construction. The provider's result code is not looked at.
-    /// @throws whatever the radio's properties provider throws.
+    /// A sweep asks for them too when it begins: what comes of the two at the same moment is the record of either, or some
+    /// fields of each, both as it is kept and as it is returned.
+    /// @throws whatever the radio's properties provider throws; the record stays as it was then.
     /// Thread: any, at any time; not while another thread starts a scan whose delays matter. Waits for no sweep; takes as
     /// long as the provider does.
     virtual SDCProperties getSpectrumDiagnosticsProperties() = 0;

@@ -68,8 +68,9 @@ public:
     SpectrumDiagnosticsController(const SpectrumDiagnosticsController&) = delete;
     SpectrumDiagnosticsController& operator=(const SpectrumDiagnosticsController&) = delete;
 
-    /// Binds the six peers, takes over the radio's properties provider and starts the worker. Called once.
+    /// Binds the six peers, takes over the radio's properties provider and starts the worker.
     /// Returns 0 also when the worker could not be started (traced at level 1), 32768 when a peer is missing.
+    /// Called once. A second call makes up for a worker that could not be started; where one was, it ends the process.
     unsigned int onModuleInit() override;
 
     /// Forces the idle state; waits for a running sweep first. Returns 0.
