@@ -47,6 +47,22 @@ std::vector<TraceComponentInfo> components();
 void addSink(TraceSink& sink);
 void removeSink(TraceSink& sink);
 
+/// Adds a sink for as long as it lives.
+class SinkInForce {
+public:
+    explicit SinkInForce(TraceSink& sink)
+        : m_sink(sink)
+    {
+        addSink(m_sink);
+    }
+    ~SinkInForce() { removeSink(m_sink); }
+    SinkInForce(const SinkInForce&) = delete;
+    SinkInForce& operator=(const SinkInForce&) = delete;
+
+private:
+    TraceSink& m_sink;
+};
+
 } // namespace trace
 
 /// Writes readable lines: component, level, function, text; entry records are marked with ">". Records above a level of its

@@ -32,13 +32,23 @@ std::string workerName(RadioChannel channel)
     return "SpectDiagCtrl" + std::to_string(static_cast<std::int32_t>(channel));
 }
 
-/// The thread's name in "Exception timerThread SpectDiagCtrl1: what happened" and "Unknown exception in timerThread
-/// SpectDiagCtrl1"; nothing for any other text.
+/// The thread's name in a text that tells how a worker ended or that there is none; nothing for any other text.
 std::optional<std::string> parseWorkerFailure(std::string_view text)
 {
-    for (const std::string_view beginning : {"Exception timerThread ", "Unknown exception in timerThread "}) {
-        if (text.starts_with(beginning)) {
-            return std::string(text.substr(beginning.size(), text.find(':') - beginning.size()));
+    struct Failure {
+        std::string_view before; ///< the name
+        std::string_view after;  ///< what stands there; empty: the name is the rest
+    };
+    constexpr Failure failures[] = {
+        {"Exception timerThread ", ": "},
+        {"Unknown exception in timerThread ", ""},
+        {"Thread ", " caught exception ["},
+        {"Unknown exception when trying to create the thread ", ""},
+    };
+    for (const Failure& failure : failures) {
+        const std::size_t end = failure.after.empty() ? text.size() : text.find(failure.after);
+        if (text.starts_with(failure.before) && end != std::string_view::npos) {
+            return std::string(text.substr(failure.before.size(), end - failure.before.size()));
         }
     }
     return std::nullopt;

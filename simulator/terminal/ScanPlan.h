@@ -34,7 +34,7 @@ struct ScanPlan {
 };
 
 /// Reads out of the controllers' trace what their interface does not tell: the plans, from the parameter dumps (trace level
-/// 5), and the exceptions that ended a worker (trace level 1).
+/// 5), and the exceptions that ended a worker or let none begin (trace level 1).
 class WorkerRecorder : public TraceSink {
 public:
     void write(const TraceRecord& record) override;
@@ -42,7 +42,7 @@ public:
     /// The plan of the channel's last sweep, if one has begun.
     std::optional<ScanPlan> planOf(RadioChannel channel) const;
 
-    /// What ended the channel's worker, in the controller's words; nothing while the worker lives.
+    /// What ended the channel's worker or let none begin, in the controller's words; nothing while the worker lives.
     std::optional<std::string> failureOf(RadioChannel channel) const;
 
     /// Whether the channel's worker has begun a sweep and neither come back from it nor ended in it.

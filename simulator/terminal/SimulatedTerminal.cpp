@@ -61,18 +61,29 @@ struct SimulatedTerminal::Channel {
 SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock)
     : m_clock(clock)
     , m_sleepInForce(clock)
+    , m_workersInForce(m_workers)
 {
+    traceAtLeast("ZRP.SDC", PLX_TRACE_LEVEL_INFO);
     for (const TerminalChannel& channel : channels) {
         m_channels.push_back(std::make_unique<Channel>(channel, clock));
     }
     const std::vector<PhaseFailure> failures = ModuleManager::instance().start();
     if (!failures.empty()) {
         const PhaseFailure& failure = failures.front();
-        throw std::runtime_error(
-            failure.module + " did not come up: " + failure.phase + " returned " + std::to_string(failure.result));
+        throw NotUp(failure.module + " did not come up: " + failure.phase + " returned " + std::to_string(failure.result));
     }
-    traceAtLeast("ZRP.SDC", PLX_TRACE_LEVEL_INFO);
-    trace::addSink(m_workers);
+    requireWorkers();
+}
+
+/// A module counts as initialised without its worker, too.
+void SimulatedTerminal::requireWorkers() const
+{
+    for (const auto& channel : m_channels) {
+        if (const auto failure = workerFailure(channel->number)) {
+            throw NotUp(
+                "channel " + std::to_string(static_cast<std::uint32_t>(channel->number)) + " has no worker: " + *failure);
+        }
+    }
 }
 
 /// No stop is sent: one that crosses the end of a sweep would leave its worker spinning.
@@ -82,7 +93,6 @@ SimulatedTerminal::~SimulatedTerminal()
     ModuleManager::instance().stop();
     m_channels.clear();
     m_clock.endHurry();
-    trace::removeSink(m_workers);
 }
 
 SimulatedTerminal::Channel& SimulatedTerminal::find(RadioChannel channel) const

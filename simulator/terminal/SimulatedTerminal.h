@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 namespace simulator {
@@ -24,14 +25,20 @@ enum class ScanStart {
     noWorker, ///< an exception has ended the worker; workerFailure tells which
 };
 
+/// A terminal does not come up: a module fails a phase of the start, or a channel gets no worker. what() tells which.
+class NotUp : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// A whole terminal without a radio: the host, the radio peers of each channel, and one spectrum diagnostics controller per
 /// channel out of the module library, brought up as a host does it. For programs and for tests of modules that use the
 /// controller's interface. One at a time per process, because a host is one; its operations belong to the thread that made
 /// it.
 class SimulatedTerminal {
 public:
-    /// Brings the terminal up. Throws std::invalid_argument for a link that cannot work, and std::runtime_error when a
-    /// module does not come up.
+    /// Brings the terminal up. Throws std::invalid_argument for a link that cannot work, NotUp, and what a peer throws
+    /// while a module binds it.
     /// @param clock  the terminal's time; must outlive it
     SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock);
     SimulatedTerminal(const Scenario& scenario, Clock& clock)
@@ -87,6 +94,7 @@ private:
     struct Channel;
     enum class Answer { accepted, refused, failed };
 
+    void requireWorkers() const;
     Channel& find(RadioChannel channel) const;
     Answer command(Channel& channel, ESDCCommand start) const;
     bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const;
@@ -96,6 +104,7 @@ private:
     Clock& m_clock;
     SleepServiceInForce m_sleepInForce;
     WorkerRecorder m_workers;
+    trace::SinkInForce m_workersInForce;
     std::vector<std::unique_ptr<Channel>> m_channels;
 };
 

@@ -103,6 +103,19 @@ TEST_F(ScanFailure, ofATerminalThatDoesNotComeUpIsTold)
     EXPECT_EQ(sweep["taken"], 0);
 }
 
+/// A thread's stack is as large as the limit of this.
+TEST_F(ScanFailure, ofAWorkerThatCannotBeCreatedIsToldAtOnceByEveryCommand)
+{
+    for (const char* const command : {"scan channel", "plan", "console"}) {
+        SCOPED_TRACE(command);
+        outcome = run(command, "ulimit -s 137438953472 &&");
+        EXPECT_EQ(outcome.status, 3);
+        EXPECT_THAT(outcome.err,
+            testing::EndsWith("sdc: the terminal did not come up: channel 1 has no worker: Thread SpectDiagCtrl1 caught "
+                              "exception [Resource temporarily unavailable].\n"));
+    }
+}
+
 TEST_F(ScanFailure, ofOneSweepDoesNotKeepTheOthersFromBeingMade)
 {
     const Json all = sweeps(R"({ "operation": "setRxFrequency", "action": "refuse", "first_call": 2 })", "--repeat 3");

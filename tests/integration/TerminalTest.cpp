@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
@@ -324,10 +326,61 @@ TEST_F(Terminal, aModuleThatDoesNotComeUpIsNamedAndNothingIsLeftBehind)
     {
         const FailingModule failing;
         EXPECT_THAT([this] { bringUp(); },
-            testing::ThrowsMessage<std::runtime_error>("Failing did not come up: onModuleInit returned 32769"));
+            testing::ThrowsMessage<simulator::NotUp>("Failing did not come up: onModuleInit returned 32769"));
     }
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
     EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+}
+
+/// While it lives no thread can be created: none has room for its stack.
+class NoRoomForThreads {
+public:
+    NoRoomForThreads()
+    {
+        pthread_getattr_default_np(&m_before);
+        pthread_attr_t huge;
+        pthread_attr_init(&huge);
+        pthread_attr_setstacksize(&huge, std::size_t{1} << 62);
+        EXPECT_EQ(pthread_setattr_default_np(&huge), 0);
+        pthread_attr_destroy(&huge);
+    }
+    ~NoRoomForThreads()
+    {
+        pthread_setattr_default_np(&m_before);
+        pthread_attr_destroy(&m_before);
+    }
+    NoRoomForThreads(const NoRoomForThreads&) = delete;
+    NoRoomForThreads& operator=(const NoRoomForThreads&) = delete;
+
+private:
+    pthread_attr_t m_before{};
+};
+
+TEST_F(Terminal, aWorkerThatCannotBeCreatedIsToldAndNothingIsLeftBehind)
+{
+    {
+        const NoRoomForThreads full;
+        EXPECT_THAT([this] { bringUp(); },
+            testing::ThrowsMessage<simulator::NotUp>(
+                "channel 1 has no worker: Thread SpectDiagCtrl1 caught exception [Resource temporarily unavailable]."));
+    }
+    EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
+    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    bringUp();
+    EXPECT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+}
+
+TEST_F(Terminal, aWorkerWithoutAKnownReasonIsToldToo)
+{
+    simulator::setHostObserver([](const std::string& event) {
+        if (event == "thread.name SpectDiagCtrl1") {
+            throw 1;
+        }
+    });
+    EXPECT_THAT([this] { bringUp(); },
+        testing::ThrowsMessage<simulator::NotUp>(
+            "channel 1 has no worker: Unknown exception when trying to create the thread SpectDiagCtrl1"));
+    simulator::setHostObserver({});
 }
 
 TEST_F(Terminal, aLinkThatCannotWorkOrATakenNameLeavesNothingBehind)
