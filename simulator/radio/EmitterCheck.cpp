@@ -1,7 +1,5 @@
 #include "simulator/radio/LinkChecks.h"
 
-#include <cmath>
-
 namespace simulator {
 
 namespace {
@@ -63,20 +61,12 @@ std::string whyWrong(const EdgeLeakage& leakage)
 
 std::string whyWrong(const Recording& recording)
 {
-    if (recording.levels_dBm.empty()) {
+    if (recording.bins == nullptr) {
         return "the recording is empty; it must have at least one bin";
-    }
-    for (const double level_dBm : recording.levels_dBm) {
-        std::string why = std::isnan(level_dBm)
-            ? std::string()
-            : outOfRange({"level of a recording's bin", level_dBm, lowest_dBm, highest_dBm, " dBm"});
-        if (!why.empty()) {
-            return why;
-        }
     }
     return firstOutOfRange({
         {"recording's lowest frequency", recording.lowest_kHz, 0, largestWord, " kHz"},
-        {"recording's step", recording.step_kHz, 0.001, widest_kHz, " kHz"},
+        {"recording's step", recording.bins->step_kHz(), 0.001, widest_kHz, " kHz"},
     });
 }
 

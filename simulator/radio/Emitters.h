@@ -1,8 +1,11 @@
 #pragma once
 
+#include "simulator/radio/RecordedBins.h"
+
 #include <concepts>
 #include <cstddef>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <variant>
@@ -55,9 +58,8 @@ struct EdgeLeakage {
 
 /// The air as a recorded sweep shows it: a power per bin, evenly spread over the bin.
 struct Recording {
-    double lowest_kHz;              ///< lower edge of the first bin
-    double step_kHz;                ///< width of each bin
-    std::vector<double> levels_dBm; ///< power in each bin; not a number: nothing is known, nothing is on the air
+    double lowest_kHz; ///< lower edge of the first bin
+    std::shared_ptr<const RecordedBins> bins;
 };
 
 /// When an emitter is on, in simulated time: from the beginning of a turn on, and no longer at its end. Each thread has a

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace simulator {
 
@@ -141,38 +142,17 @@ double EdgeSpectrum::onOneSide_mW(double nearest_kHz, double farthest_kHz) const
     return m_oneSide_mW * std::exp(-m_decayPerkHz * nearest_kHz) * -std::expm1(-m_decayPerkHz * width_kHz);
 }
 
-BinnedSpectrum::BinnedSpectrum(const Recording& recording)
-    : m_lowest_kHz(recording.lowest_kHz)
-    , m_step_kHz(recording.step_kHz)
+BinnedSpectrum::BinnedSpectrum(Recording recording) noexcept
+    : m_recording(std::move(recording))
 {
-    m_sums_mW.reserve(recording.levels_dBm.size() + 1);
-    long double sum_mW = 0.0L; // millions of bins: the errors of a double would add up to a visible level
-    m_sums_mW.push_back(0.0);
-    for (const double level_dBm : recording.levels_dBm) {
-        sum_mW += std::isnan(level_dBm) ? 0.0 : milliwatts(level_dBm);
-        m_sums_mW.push_back(static_cast<double>(sum_mW));
-    }
-    const double width_kHz = m_step_kHz * static_cast<double>(recording.levels_dBm.size());
-    setWhole({m_lowest_kHz, m_lowest_kHz + width_kHz}, m_sums_mW.back());
+    const double lowest_kHz = m_recording.lowest_kHz;
+    setWhole({lowest_kHz, lowest_kHz + m_recording.bins->width_kHz()}, m_recording.bins->total_mW());
 }
 
 double BinnedSpectrum::power_mW(const Band& band) const noexcept
 {
-    return powerBelow_mW(band.high_kHz) - powerBelow_mW(band.low_kHz);
-}
-
-double BinnedSpectrum::powerBelow_mW(double frequency_kHz) const noexcept
-{
-    const std::size_t bins = m_sums_mW.size() - 1;
-    const double position = (frequency_kHz - m_lowest_kHz) / m_step_kHz;
-    if (!(position > 0.0)) {
-        return 0.0;
-    }
-    if (position >= static_cast<double>(bins)) {
-        return m_sums_mW[bins];
-    }
-    const auto bin = static_cast<std::size_t>(position);
-    return std::lerp(m_sums_mW[bin], m_sums_mW[bin + 1], position - static_cast<double>(bin));
+    return m_recording.bins->powerBelow_mW(band.high_kHz - m_recording.lowest_kHz)
+        - m_recording.bins->powerBelow_mW(band.low_kHz - m_recording.lowest_kHz);
 }
 
 } // namespace simulator

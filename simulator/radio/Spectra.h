@@ -3,7 +3,6 @@
 #include "simulator/radio/Emitters.h"
 
 #include <limits>
-#include <vector>
 
 // The emitters as Air integrates over them, with all that depends neither on the tuning nor on the time worked out. Each
 // spectrum gives the power between two frequencies in closed form; no operation allocates or throws.
@@ -104,15 +103,11 @@ private:
 
 class BinnedSpectrum : public Spread {
 public:
-    explicit BinnedSpectrum(const Recording& recording);
+    explicit BinnedSpectrum(Recording recording) noexcept;
     double power_mW(const Band& band) const noexcept;
 
 private:
-    double powerBelow_mW(double frequency_kHz) const noexcept;
-
-    double m_lowest_kHz;
-    double m_step_kHz;
-    std::vector<double> m_sums_mW; ///< power below each bin, and that of all of them
+    Recording m_recording;
 };
 
 } // namespace simulator

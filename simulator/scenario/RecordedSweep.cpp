@@ -6,51 +6,66 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
+#include <iterator>
 #include <map>
+#include <memory>
+#include <optional>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace simulator {
 
 namespace {
 
-constexpr std::size_t mostBins = 10'000'000;
-
 double milliwatts(double level_dBm)
 {
-    return std::pow(10.0, level_dBm / 10.0);
+    return std::isnan(level_dBm) ? 0.0 : std::pow(10.0, level_dBm / 10.0);
 }
 
 /// Where the scanner stood, and the powers it has seen there in all sweeps.
-struct Hop {
-    double highest_Hz;
-    std::size_t line; ///< of its first row
-    std::vector<double> sums_mW;
-    std::vector<std::uint32_t> counts; ///< number of powers in each sum
-
-    explicit Hop(const SweepRow& row, std::size_t theLine)
-        : highest_Hz(row.highest_Hz)
-        , line(theLine)
-        , sums_mW(row.levels_dBm.size())
-        , counts(row.levels_dBm.size())
+class Hop {
+public:
+    Hop(SweepRow row, std::size_t line)
+        : m_highest_Hz(row.highest_Hz)
+        , m_line(line)
+        , m_powers_mW(std::move(row.levels_dBm))
     {
+        std::ranges::transform(m_powers_mW, m_powers_mW.begin(), milliwatts);
     }
 
+    double highest_Hz() const { return m_highest_Hz; }
+    std::size_t line() const { return m_line; } ///< of its first row
+    std::size_t bins() const { return m_powers_mW.size(); }
+
+    /// The same hop of a later sweep.
     void add(const std::vector<double>& levels_dBm)
     {
+        if (m_counts.empty()) {
+            std::ranges::transform(
+                m_powers_mW, std::back_inserter(m_counts), [](double power_mW) { return power_mW > 0.0 ? 1U : 0U; });
+        }
         for (std::size_t index = 0; index < levels_dBm.size(); ++index) {
-            if (!std::isnan(levels_dBm[index])) {
-                sums_mW[index] += milliwatts(levels_dBm[index]);
-                ++counts[index];
-            }
+            m_powers_mW[index] += milliwatts(levels_dBm[index]);
+            m_counts[index] += std::isnan(levels_dBm[index]) ? 0U : 1U;
         }
     }
 
-    double level_dBm(std::size_t index) const
+    /// The mean of what the sweeps saw, where they saw anything.
+    std::vector<double> takePowers_mW()
     {
-        return counts[index] == 0 ? std::numeric_limits<double>::quiet_NaN()
-                                  : 10.0 * std::log10(sums_mW[index] / counts[index]);
+        for (std::size_t index = 0; index < m_counts.size(); ++index) {
+            m_powers_mW[index] /= std::max(m_counts[index], std::uint32_t{1});
+        }
+        m_counts = {};
+        return std::move(m_powers_mW);
     }
+
+private:
+    double m_highest_Hz;
+    std::size_t m_line;
+    std::vector<double> m_powers_mW;     ///< of all sweeps together
+    std::vector<std::uint32_t> m_counts; ///< number of powers in each sum; empty: there was one sweep
 };
 
 std::string inLine(std::size_t line)
@@ -61,36 +76,46 @@ std::string inLine(std::size_t line)
 /// Collects rows and joins them.
 class Joiner {
 public:
-    void add(const SweepRow& row, std::size_t line)
+    explicit Joiner(std::size_t mostBins)
+        : m_mostBins(mostBins)
     {
-        checkStep(row);
-        Hop& hop = m_hops.try_emplace(row.lowest_Hz, row, line).first->second;
-        if (hop.sums_mW.size() != row.levels_dBm.size()) {
-            throw std::runtime_error("has " + std::to_string(row.levels_dBm.size()) + " levels; line "
-                + std::to_string(hop.line) + " begins at the same frequency and has " + std::to_string(hop.sums_mW.size()));
-        }
-        hop.add(row.levels_dBm);
     }
 
-    Recording joined() const
+    void add(SweepRow row, std::size_t line)
+    {
+        checkStep(row);
+        const auto hop = m_hops.find(row.lowest_Hz);
+        if (hop == m_hops.end()) {
+            addHop(std::move(row), line);
+        } else if (hop->second.bins() != row.levels_dBm.size()) {
+            throw std::runtime_error("has " + std::to_string(row.levels_dBm.size()) + " levels; line "
+                + std::to_string(hop->second.line()) + " begins at the same frequency and has "
+                + std::to_string(hop->second.bins()));
+        } else {
+            hop->second.add(row.levels_dBm);
+        }
+    }
+
+    /// Takes what was collected.
+    Recording join()
     {
         if (m_hops.empty()) {
             throw std::runtime_error("has no rows; must have at least one");
         }
-        Recording recording{m_hops.begin()->first / Hz_per_kHz, 0.0, {}};
-        std::vector<double>& levels_dBm = recording.levels_dBm;
+        const double lowest_Hz = m_hops.begin()->first;
+        const double width_Hz = m_hops.rbegin()->second.highest_Hz() - lowest_Hz;
+        std::vector<RecordedBins::Stretch> stretches;
+        double end = 0.0; // bins so far, gaps included
         for (auto hop = m_hops.begin(); hop != m_hops.end(); ++hop) {
-            const double gap =
-                hop == m_hops.begin() ? 0.0 : gapBetween(std::prev(hop)->second, hop->first, hop->second.line);
-            checkSize(static_cast<double>(levels_dBm.size() + hop->second.sums_mW.size()) + gap);
-            levels_dBm.insert(levels_dBm.end(), static_cast<std::size_t>(gap), std::numeric_limits<double>::quiet_NaN());
-            for (std::size_t index = 0; index < hop->second.sums_mW.size(); ++index) {
-                levels_dBm.push_back(hop->second.level_dBm(index));
+            const double gap = hop == m_hops.begin() ? 0.0 : gapBelow(*hop, std::prev(hop)->second);
+            if (hop == m_hops.begin() || gap > 0.0) {
+                stretches.push_back({end + gap, {}});
             }
+            end += gap + static_cast<double>(hop->second.bins());
+            append(hop->second.takePowers_mW(), stretches.back().powers_mW);
         }
-        const double width_Hz = m_hops.rbegin()->second.highest_Hz - m_hops.begin()->first;
-        recording.step_kHz = width_Hz / static_cast<double>(recording.levels_dBm.size()) / Hz_per_kHz;
-        return recording;
+        const double step_kHz = width_Hz / end / Hz_per_kHz;
+        return {lowest_Hz / Hz_per_kHz, std::make_shared<RecordedBins>(step_kHz, std::move(stretches))};
     }
 
 private:
@@ -107,53 +132,68 @@ private:
         }
     }
 
-    static void checkSize(double bins)
+    void addHop(SweepRow row, std::size_t line)
     {
-        if (bins > static_cast<double>(mostBins)) {
-            throw std::runtime_error("makes more than 10000000 bins; a recording has that many at most");
+        m_bins += row.levels_dBm.size();
+        if (m_bins > m_mostBins) {
+            throw std::runtime_error("makes more bins than the 10000000 that a scenario's recordings may have together");
+        }
+        const double lowest_Hz = row.lowest_Hz;
+        m_hops.try_emplace(lowest_Hz, std::move(row), line);
+    }
+
+    static void append(std::vector<double> powers_mW, std::vector<double>& stretch_mW)
+    {
+        if (stretch_mW.empty()) {
+            stretch_mW = std::move(powers_mW);
+        } else {
+            stretch_mW.insert(stretch_mW.end(), powers_mW.begin(), powers_mW.end());
         }
     }
 
     /// Whole bins from the end of one hop to the beginning of the next. Scanners cut frequencies to whole Hz: neighbours may
     /// miss each other by so much.
-    double gapBetween(const Hop& below, double lowest_Hz, std::size_t line) const
+    double gapBelow(const std::pair<const double, Hop>& hop, const Hop& below) const
     {
         constexpr double cut_Hz = 2.0;
-        const double gap = (lowest_Hz - below.highest_Hz) / m_step_Hz;
+        const double gap = (hop.first - below.highest_Hz()) / m_step_Hz;
         const double tolerance = std::min(0.01 + cut_Hz / m_step_Hz, 0.25);
         if (gap < -tolerance) {
             throw std::runtime_error(
-                inLine(line) + "overlaps line " + std::to_string(below.line) + "; must begin where it ends");
+                inLine(hop.second.line()) + "overlaps line " + std::to_string(below.line()) + "; must begin where it ends");
         }
         if (std::abs(gap - std::round(gap)) > tolerance) {
-            throw std::runtime_error(
-                inLine(line) + "leaves a gap above line " + std::to_string(below.line) + " that is no whole number of bins");
+            throw std::runtime_error(inLine(hop.second.line()) + "leaves a gap above line " + std::to_string(below.line())
+                + " that is no whole number of bins");
         }
         return std::max(std::round(gap), 0.0);
     }
 
+    const std::size_t m_mostBins;
+    std::size_t m_bins = 0;
     double m_step_Hz = 0.0;
     std::map<double, Hop> m_hops; ///< by their lowest frequencies
 };
 
 } // namespace
 
-Recording readRecordedSweep(std::istream& stream, const std::string& file)
+Recording readRecordedSweep(std::string_view text, const std::string& file, std::size_t mostBins)
 {
-    Joiner joiner;
+    Joiner joiner(mostBins);
     std::size_t number = 0;
-    for (std::string line; std::getline(stream, line);) {
+    for (std::size_t begin = 0, end = 0; begin < text.size(); begin = end + 1) {
+        end = std::min(text.find('\n', begin), text.size());
         ++number;
         try {
-            if (const std::optional<SweepRow> row = readSweepRow(line)) {
-                joiner.add(*row, number);
+            if (std::optional<SweepRow> row = readSweepRow(text.substr(begin, end - begin), mostBins)) {
+                joiner.add(*std::move(row), number);
             }
         } catch (const std::runtime_error& error) {
             throw ScenarioError(file + ": " + inLine(number) + error.what());
         }
     }
     try {
-        return joiner.joined();
+        return joiner.join();
     } catch (const std::runtime_error& error) {
         throw ScenarioError(file + ": " + error.what());
     }

@@ -11,8 +11,10 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <functional>
+#include <map>
 #include <system_error>
+#include <utility>
 
 namespace embedded {
 
@@ -77,7 +79,7 @@ std::ifstream openFile(const std::filesystem::path& file)
 }
 
 constexpr std::size_t largestScenario_MiB = 1;
-constexpr std::size_t largestRecording_MiB = 256; // ten million bins and more
+constexpr std::size_t largestRecordings_MiB = 64; // ten million bins
 
 std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB)
 {
@@ -89,15 +91,50 @@ std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB
     }
 }
 
+/// The recordings that a scenario names. Each is read once, whoever shows it, and all of them together are bounded.
+class Recordings {
+public:
+    /// @param textOf  finds a recording by its name
+    explicit Recordings(std::function<std::string(const std::string& name)> textOf)
+        : m_textOf(std::move(textOf))
+    {
+    }
+
+    const Recording& operator()(const std::string& name)
+    {
+        const std::string key = std::filesystem::path(name).lexically_normal().string();
+        const auto known = m_read.find(key);
+        return known != m_read.end() ? known->second : m_read.emplace(key, read(name)).first->second;
+    }
+
+private:
+    Recording read(const std::string& name)
+    {
+        const std::string text = m_textOf(name);
+        m_bytes += text.size();
+        if (m_bytes > largestRecordings_MiB << 20U) {
+            throw ScenarioError(name + ": the recordings of the scenario are larger than "
+                + std::to_string(largestRecordings_MiB) + " MiB together; must be smaller");
+        }
+        Recording recording = readRecordedSweep(text, name, mostRecordedBins - m_bins);
+        m_bins += recording.bins->count();
+        return recording;
+    }
+
+    std::function<std::string(const std::string&)> m_textOf;
+    std::map<std::string, Recording> m_read;
+    std::size_t m_bytes = 0;
+    std::size_t m_bins = 0;
+};
+
 /// Recordings of built-in scenarios are built in as well.
-Recording builtInRecording(const std::string& file)
+std::string builtInRecording(const std::string& file)
 {
     const embedded::Text* text = findIn(embedded::recordings(), std::filesystem::path(file).stem().string());
     if (text == nullptr) {
         throw ScenarioError(file + ": no such built-in recording");
     }
-    std::istringstream stream{std::string(text->text)};
-    return readRecordedSweep(stream, file);
+    return std::string(text->text);
 }
 
 [[noreturn]] void refuseName(const std::string& name)
@@ -127,7 +164,7 @@ std::string_view scenarioSchema()
 Scenario loadScenario(const std::string& nameOrFile)
 {
     if (const embedded::Text* builtIn = findIn(builtInScenarios(), nameOrFile)) {
-        return parse(builtIn->text, nameOrFile + ".json", builtInRecording);
+        return parse(builtIn->text, nameOrFile + ".json", Recordings(builtInRecording));
     }
     std::error_code error;
     if (nameOrFile.empty() || !std::filesystem::exists(nameOrFile, error)) {
@@ -139,10 +176,8 @@ Scenario loadScenario(const std::string& nameOrFile)
 Scenario parseScenario(std::string_view text, const std::string& file)
 {
     const std::filesystem::path folder = std::filesystem::path(file).parent_path();
-    return parse(text, file, [&folder](const std::string& recording) {
-        std::istringstream stream(readWhole(folder / recording, largestRecording_MiB));
-        return readRecordedSweep(stream, recording);
-    });
+    return parse(text, file,
+        Recordings([&folder](const std::string& name) { return readWhole(folder / name, largestRecordings_MiB); }));
 }
 
 } // namespace simulator

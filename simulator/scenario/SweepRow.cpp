@@ -1,5 +1,7 @@
 #include "simulator/scenario/SweepRow.h"
 
+#include "support/Text.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -21,25 +23,33 @@ std::string_view trimmed(std::string_view text)
                                            : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-std::vector<std::string_view> fieldsOf(std::string_view line)
-{
-    std::vector<std::string_view> fields;
-    for (std::size_t begin = 0; begin <= line.size();) {
-        const std::size_t end = std::min(line.find(',', begin), line.size());
-        fields.push_back(trimmed(line.substr(begin, end - begin)));
-        begin = end + 1;
+/// The fields of a line, one after the other: a row may have millions.
+class Fields {
+public:
+    explicit Fields(std::string_view line)
+        : m_rest(line)
+    {
     }
-    return fields;
-}
 
-/// As it stands in the file, but short, and nothing that a terminal would obey.
+    /// Of those that are left.
+    std::size_t count() const { return 1 + static_cast<std::size_t>(std::ranges::count(m_rest, ',')); }
+
+    std::string_view next()
+    {
+        const std::size_t end = std::min(m_rest.find(','), m_rest.size());
+        const std::string_view field = trimmed(m_rest.substr(0, end));
+        m_rest.remove_prefix(std::min(end + 1, m_rest.size()));
+        return field;
+    }
+
+private:
+    std::string_view m_rest;
+};
+
 std::string quoted(std::string_view text)
 {
     constexpr std::size_t longest = 40;
-    std::string shown(text.substr(0, longest));
-    std::replace_if(
-        shown.begin(), shown.end(), [](unsigned char one) { return one < 0x20 || one > 0x7E; }, '?');
-    return '"' + shown + (text.size() > longest ? "...\"" : "\"");
+    return '"' + support::shown(text, longest) + '"';
 }
 
 /// Infinite and not-a-number included; nothing for what is no number.
@@ -147,29 +157,39 @@ void dropRepeatedLevel(std::vector<double>& levels, const WidthCheck& width, dou
 
 } // namespace
 
-std::optional<SweepRow> readSweepRow(std::string_view line)
+std::optional<SweepRow> readSweepRow(std::string_view line, std::size_t mostBins)
 {
     if (trimmed(line).empty()) {
         return std::nullopt;
     }
-    const std::vector<std::string_view> fields = fieldsOf(line);
-    checkDate(fields.front());
-    if (fields.size() <= fieldsBeforeLevels) {
-        throw std::runtime_error("has " + std::to_string(fields.size())
+    Fields fields(line);
+    const std::size_t count = fields.count();
+    checkDate(fields.next());
+    if (count <= fieldsBeforeLevels) {
+        throw std::runtime_error("has " + std::to_string(count)
             + " fields; must have 7 or more: date, time, lowest Hz, highest Hz, step Hz, samples, levels");
     }
-    constexpr double least_Hz = 0.001;
-    SweepRow row{frequency(fields[2], "lowest frequency", 0.0), frequency(fields[3], "highest frequency", least_Hz),
-        frequency(fields[4], "step", least_Hz), {}};
-    checkSampleCount(fields[5]);
-    for (std::size_t index = fieldsBeforeLevels; index < fields.size(); ++index) {
-        row.levels_dBm.push_back(level(fields[index], index - fieldsBeforeLevels));
+    const std::size_t levels = count - fieldsBeforeLevels;
+    if (levels > mostBins + 1) {
+        throw std::runtime_error("has " + std::to_string(levels) + " levels; must have at most " + std::to_string(mostBins));
     }
+    constexpr double least_Hz = 0.001;
+    fields.next(); // the time
+    SweepRow row{};
+    row.lowest_Hz = frequency(fields.next(), "lowest frequency", 0.0);
+    row.highest_Hz = frequency(fields.next(), "highest frequency", least_Hz);
+    const std::string_view step = fields.next();
+    row.step_Hz = frequency(step, "step", least_Hz);
     const double width_Hz = row.highest_Hz - row.lowest_Hz;
     if (width_Hz <= 0.0) {
         throw std::runtime_error("the highest frequency must lie above the lowest");
     }
-    dropRepeatedLevel(row.levels_dBm, {width_Hz, row.step_Hz, roundingOf(fields[4])}, width_Hz / row.step_Hz);
+    checkSampleCount(fields.next());
+    row.levels_dBm.reserve(levels);
+    for (std::size_t index = 0; index < levels; ++index) {
+        row.levels_dBm.push_back(level(fields.next(), index));
+    }
+    dropRepeatedLevel(row.levels_dBm, {width_Hz, row.step_Hz, roundingOf(step)}, width_Hz / row.step_Hz);
     return row;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,8 +16,9 @@ struct SweepRow {
     std::vector<double> levels_dBm; ///< without the one that stands twice; not a number where nothing is known
 };
 
+/// @param mostBins  how many levels it may have
 /// @return nothing for a line that is empty
 /// @throws std::runtime_error that says what is wrong and what would be right
-std::optional<SweepRow> readSweepRow(std::string_view line);
+std::optional<SweepRow> readSweepRow(std::string_view line, std::size_t mostBins);
 
 } // namespace simulator

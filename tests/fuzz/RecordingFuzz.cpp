@@ -8,17 +8,16 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <string_view>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
     bool isWrong = false;
     try {
-        const simulator::Recording recording = simulator::readRecordedSweep(stream, "input.csv");
-        isWrong = recording.levels_dBm.empty() || !(recording.step_kHz > 0.0);
+        const simulator::Recording recording =
+            simulator::readRecordedSweep({reinterpret_cast<const char*>(data), size}, "input.csv");
+        isWrong = recording.bins->count() == 0 || !(recording.bins->step_kHz() > 0.0);
     } catch (const simulator::ScenarioError& refused) {
         isWrong = std::string_view(refused.what()).find("input.csv") == std::string_view::npos;
     }

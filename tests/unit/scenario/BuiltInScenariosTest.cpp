@@ -1,5 +1,6 @@
 #include "simulator/scenario/JsonSchema.h"
 #include "simulator/scenario/Scenario.h"
+#include "tests/support/Recordings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -420,11 +421,12 @@ TEST(Scenario28Replay, liesOverItsBand)
 {
     const Link link = linkOf("28-replay");
     const auto& recording = std::get<simulator::Recording>(link.emitters.back().signal);
-    EXPECT_EQ(recording.levels_dBm.size(), 100U);
-    EXPECT_EQ(recording.step_kHz, 1000.0);
+    EXPECT_EQ(recording.bins->count(), 100U);
+    EXPECT_EQ(recording.bins->step_kHz(), 1000.0);
     EXPECT_GE(recording.lowest_kHz, link.frequencyParameters.minRxFrequency_kHz);
-    EXPECT_LE(recording.lowest_kHz + 100 * recording.step_kHz, link.frequencyParameters.maxRxFrequency_kHz);
-    EXPECT_GT(*std::max_element(recording.levels_dBm.begin(), recording.levels_dBm.end()), -65.0);
+    EXPECT_LE(recording.lowest_kHz + recording.bins->width_kHz(), link.frequencyParameters.maxRxFrequency_kHz);
+    const std::vector<double> levels_dBm = tests::levelsOf(recording);
+    EXPECT_GT(*std::max_element(levels_dBm.begin(), levels_dBm.end()), -65.0);
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+#include "simulator/scenario/RecordedSweep.h"
+#include "tests/support/Recordings.h"
 #include "tests/unit/scenario/TestScenario.h"
 
 #include <gmock/gmock.h>
@@ -59,10 +61,49 @@ TEST_F(LoadScenario, findsRecordingsBesideTheFile)
             + ": cannot be read: No such file or directory");
     write("recordings/hops.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50, -60\n");
     const auto link = loadScenario(file).channels[0].link;
-    EXPECT_THAT(std::get<simulator::Recording>(link.emitters.back().signal).levels_dBm,
+    EXPECT_THAT(tests::levelsOf(std::get<simulator::Recording>(link.emitters.back().signal)),
         testing::ElementsAre(testing::DoubleNear(-50.0, 1e-9), testing::DoubleNear(-60.0, 1e-9)));
     write("recordings/hops.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50\n");
     EXPECT_THAT(why(file), testing::HasSubstr("recordings[0].file: recordings/hops.csv: line 1: has 1 levels"));
+}
+
+TEST_F(LoadScenario, readsEachRecordingOnce)
+{
+    write("sweep.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50, -60\n");
+    auto file = tests::fullScenario();
+    file["channels"][0]["emitters"]["recordings"] = {
+        {{"file", "sweep.csv"}, {"lowest_kHz", 19000000}}, {{"file", "./sweep.csv"}, {"lowest_kHz", 19500000}}};
+    const auto emitters = loadScenario(write("mine.json", file.dump())).channels[0].link.emitters;
+    const auto& last = std::get<simulator::Recording>(emitters.back().signal);
+    const auto& first = std::get<simulator::Recording>(emitters[emitters.size() - 2].signal);
+    EXPECT_EQ(first.bins, last.bins);
+    EXPECT_EQ(first.lowest_kHz, 19000000.0);
+    EXPECT_EQ(last.lowest_kHz, 19500000.0);
+}
+
+TEST_F(LoadScenario, boundsRecordingsTogether)
+{
+    auto file = tests::fullScenario();
+    file["channels"][0]["emitters"]["recordings"] = {
+        {{"file", "a.csv"}, {"lowest_kHz", 19000000}}, {{"file", "b.csv"}, {"lowest_kHz", 19500000}}};
+    const std::string mine = write("mine.json", file.dump());
+    const auto row = [](std::size_t bins) {
+        std::string text = "1, , 1000, " + std::to_string(1000 + bins) + ", 1, 1";
+        for (std::size_t index = 0; index < bins; ++index) {
+            text += ",1";
+        }
+        return text + "\n";
+    };
+    write("a.csv", row(1));
+    write("b.csv", row(simulator::mostRecordedBins));
+    EXPECT_THAT(why(mine), testing::HasSubstr("recordings[1].file: b.csv: line 1: makes more bins than the 10000000"));
+    const std::string blanks(33U << 20U, '\n');
+    write("a.csv", row(1) + blanks);
+    write("b.csv", row(1) + blanks);
+    EXPECT_EQ(why(mine),
+        mine
+            + ": $.channels[0].emitters.recordings[1].file: b.csv: the recordings of the scenario are larger than 64 MiB "
+              "together; must be smaller");
 }
 
 TEST_F(LoadScenario, suggestsBuiltInNames)

@@ -120,8 +120,8 @@ TEST_F(ScenarioReading, takesTheOtherKindsOfEmitters)
     EXPECT_EQ(edge.slope_dBPerMHz, 1.5);
     const auto& recording = signal<simulator::Recording>(6);
     EXPECT_EQ(recording.lowest_kHz, 19000000.0); // shifted: it was recorded at 2.4 GHz
-    EXPECT_EQ(recording.step_kHz, 1000.0);
-    EXPECT_EQ(recording.levels_dBm.size(), 100U);
+    EXPECT_EQ(recording.bins->step_kHz(), 1000.0);
+    EXPECT_EQ(recording.bins->count(), 100U);
 }
 
 TEST_F(ScenarioReading, takesScheduleAndFadingOfEachKind)

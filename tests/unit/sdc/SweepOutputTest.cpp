@@ -1,5 +1,6 @@
 #include "apps/sdc/results/Outputs.h"
 #include "simulator/scenario/RecordedSweep.h"
+#include "tests/support/Recordings.h"
 
 #include "SweepRowReader.h"
 #include "TestResults.h"
@@ -120,11 +121,8 @@ TEST(SweepOutput, recordingsAreReadBackAsTheyWereTaken)
 {
     auto channel = channelOf(1, {sweepOf({-9970, -4505, -3000, -8000})});
     channel.sweeps[0] = cutShort(channel.sweeps[0], 3, Ending::stopped);
-    std::istringstream stream(sweepTextOf(resultOf({channel})));
-    const auto recording = simulator::readRecordedSweep(stream, "sweep.csv");
-    ASSERT_EQ(recording.levels_dBm.size(), 4U);
-    EXPECT_DOUBLE_EQ(recording.levels_dBm[0], -99.70);
-    EXPECT_DOUBLE_EQ(recording.levels_dBm[1], -45.05);
-    EXPECT_DOUBLE_EQ(recording.levels_dBm[2], -30.00);
-    EXPECT_TRUE(std::isnan(recording.levels_dBm[3]));
+    const auto recording = simulator::readRecordedSweep(sweepTextOf(resultOf({channel})), "sweep.csv");
+    EXPECT_THAT(tests::levelsOf(recording),
+        testing::ElementsAre(testing::DoubleNear(-99.70, 1e-6), testing::DoubleNear(-45.05, 1e-6),
+            testing::DoubleNear(-30.00, 1e-6), testing::IsNan()));
 }

@@ -1,3 +1,4 @@
+#include "tests/support/Recordings.h"
 #include "tests/unit/simulator/Complaints.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +24,7 @@ using tests::complaintAfter;
 using tests::complaintOf;
 using tests::Impossibility;
 using tests::plainLink;
+using tests::recordingOf;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinite = std::numeric_limits<double>::infinity();
@@ -73,11 +75,9 @@ TEST(ImpossibleEmitters, areToldWithTheirPlace)
         {EdgeLeakage{-1.0, -60.0, 1.0}, "leakage's edge is -1 kHz; it must be 0 to 4294967295 kHz"},
         {EdgeLeakage{19e6, 61.0, 1.0}, "leakage's density is 61 dBm/MHz; it must be -200 to 60 dBm/MHz"},
         {EdgeLeakage{19e6, -60.0, 0.0}, "leakage's slope is 0 dB/MHz; it must be 0.0001 to 10000 dB/MHz"},
-        {Recording{19e6, 1000.0, {}}, "recording is empty; it must have at least one bin"},
-        {Recording{19e6, 1000.0, {-60.0, 61.0}}, "level of a recording's bin is 61 dBm; it must be -200 to 60 dBm"},
-        {Recording{19e6, 1000.0, {-infinite}}, "level of a recording's bin is -inf dBm; it must be -200 to 60 dBm"},
-        {Recording{-1.0, 1000.0, {-60.0}}, "recording's lowest frequency is -1 kHz; it must be 0 to 4294967295 kHz"},
-        {Recording{19e6, 0.0, {-60.0}}, "recording's step is 0 kHz; it must be 0.001 to 10000000 kHz"},
+        {Recording{19e6, nullptr}, "recording is empty; it must have at least one bin"},
+        {recordingOf(-1.0, 1000.0, {-60.0}), "recording's lowest frequency is -1 kHz; it must be 0 to 4294967295 kHz"},
+        {recordingOf(19e6, 0.0001, {-60.0}), "recording's step is 0.0001 kHz; it must be 0.001 to 10000000 kHz"},
     };
     for (const auto& [emitter, why] : rows) {
         EXPECT_EQ(complaintAbout(emitter), why);
@@ -161,8 +161,8 @@ TEST(PossibleLinks, haveEmittersAtTheVeryEdges)
         NoiseBand{0.0, 4294967295.0, 100.0},
         EdgeLeakage{0.0, -200.0, 0.0001},
         EdgeLeakage{4294967295.0, 60.0, 10000.0},
-        Recording{0.0, 0.001, {notANumber, 60.0, -200.0}},
-        Recording{4294967295.0, 10000000.0, {notANumber}},
+        recordingOf(0.0, 0.001, {notANumber, 60.0, -200.0}),
+        recordingOf(4294967295.0, 10000000.0, {notANumber}),
         Emitter(ContinuousWave{19e6, -60.0}, {.from_ms = 1e11, .duration_ms = 0.001, .every_ms = 0.001}),
         Emitter(ContinuousWave{19e6, -60.0}, {.duration_ms = 1e11, .every_ms = 1e11}),
         Emitter(ContinuousWave{19e6, -60.0}, {.duration_ms = 1e12}),

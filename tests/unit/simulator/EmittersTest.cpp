@@ -1,10 +1,13 @@
 #include "simulator/radio/Air.h"
+#include "tests/support/Recordings.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <numbers>
+#include <stdexcept>
 
 namespace {
 
@@ -16,10 +19,12 @@ using simulator::Emitter;
 using simulator::isOn;
 using simulator::NoiseBand;
 using simulator::Reception;
+using simulator::RecordedBins;
 using simulator::Recording;
 using simulator::Schedule;
 using simulator::Shoulders;
 using simulator::thermalNoise_dBm;
+using tests::recordingOf;
 
 constexpr double centre_kHz = 19000000.0;
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
@@ -76,7 +81,7 @@ TEST(UltimateRejection, leavesAPedestalEverywhereOfWhatIsOutsideTheFilter)
 {
     const Reception reception{7000.0, 5.0, 55.0};
     for (const Emitter& emitter : {Emitter(Carrier{centre_kHz, -30.0, 20000.0, 0.25}),
-             Emitter(ContinuousWave{centre_kHz, -30.0}), Emitter(Recording{centre_kHz, 1000.0, {-33.0103, -33.0103}})}) {
+             Emitter(ContinuousWave{centre_kHz, -30.0}), Emitter(recordingOf(centre_kHz, 1000.0, {-33.0103, -33.0103}))}) {
         for (const double offset_kHz : {-10000000.0, -50000.0, 50000.0, 10000000.0}) {
             EXPECT_NEAR(emitted_dBm({emitter}, centre_kHz + offset_kHz, reception), -85.0, 1e-3);
         }
@@ -198,7 +203,8 @@ TEST(LeakageOverAnEdge, hasTheTotalOfBothSides)
 Recording fiveBins()
 {
     const double doubled_dB = 10.0 * std::log10(2.0);
-    return {centre_kHz, 1000.0, {-60.0, -60.0 + doubled_dB, notANumber, -60.0 + 2 * doubled_dB, -60.0 + 3 * doubled_dB}};
+    return recordingOf(
+        centre_kHz, 1000.0, {-60.0, -60.0 + doubled_dB, notANumber, -60.0 + 2 * doubled_dB, -60.0 + 3 * doubled_dB});
 }
 
 TEST(RecordedAir, hasEachBinsPowerEvenlySpreadOverTheBin)
@@ -217,9 +223,35 @@ TEST(RecordedAir, hasEachBinsPowerEvenlySpreadOverTheBin)
 
 TEST(RecordedAir, ofAMillionBinsKeepsItsWeakOnesApart)
 {
-    Recording recording{centre_kHz, 1.0, std::vector<double>(1000000, -110.0)};
-    recording.levels_dBm.front() = -20.0;
+    std::vector<double> levels_dBm(1000000, -110.0);
+    levels_dBm.front() = -20.0;
+    const Recording recording = recordingOf(centre_kHz, 1.0, levels_dBm);
     EXPECT_NEAR(emitted_dBm({recording}, centre_kHz + 900000.0, {1000.0, 0.0}) - -80.0, 0.0, 1e-3);
+}
+
+/// Bins 0, 1 and 4 of 1 MHz, with 1, 2 and 4 times -60 dBm.
+TEST(RecordedAir, hasNothingInItsGaps)
+{
+    const auto bins = std::make_shared<RecordedBins>(
+        1000.0, std::vector<RecordedBins::Stretch>{{0.0, {mW(-60.0), 2 * mW(-60.0)}}, {4.0, {4 * mW(-60.0)}}});
+    const struct {
+        double from_kHz, to_kHz;
+        double times; ///< of -60 dBm
+    } rows[] = {{0, 5000, 7}, {-500, 500, 0.5}, {1500, 2500, 1}, {2000, 4000, 0}, {2500, 3000, 0}, {3500, 4500, 2},
+        {4500, 9000, 2}, {5000, 6000, 0}};
+    for (const auto& [from_kHz, to_kHz, times] : rows) {
+        const double power_mW =
+            emitted_mW({Recording{centre_kHz, bins}}, centre_kHz + (from_kHz + to_kHz) / 2.0, {to_kHz - from_kHz, 0.0});
+        EXPECT_NEAR(power_mW / mW(-60.0), times, 1e-6) << from_kHz << " to " << to_kHz;
+    }
+}
+
+TEST(RecordedBins, areAtLeastOneAndHaveAWidth)
+{
+    using Stretches = std::vector<RecordedBins::Stretch>;
+    EXPECT_THROW(RecordedBins(1.0, {}), std::invalid_argument);
+    EXPECT_THROW(RecordedBins(1.0, Stretches{{0.0, {}}}), std::invalid_argument);
+    EXPECT_THROW(RecordedBins(0.0, Stretches{{0.0, {1.0}}}), std::invalid_argument);
 }
 
 TEST(Emitters, areOnWhenTheirSchedulesSaySo)

@@ -1,4 +1,5 @@
 #include "simulator/radio/Air.h"
+#include "tests/support/Recordings.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,7 @@ using simulator::Notch;
 using simulator::Rain;
 using simulator::Reception;
 using simulator::Recording;
+using tests::recordingOf;
 
 constexpr double centre_kHz = 13000000.0;
 constexpr double filter_kHz = 28000.0;
@@ -70,7 +72,7 @@ TEST(RainOnThePath, lowersEveryKindOfEmitterThatComesOverIt)
         {simulator::Signal(Carrier{centre_kHz, 0.0, 22000.0, 0.25}), simulator::Signal(ContinuousWave{centre_kHz, 0.0}),
             simulator::Signal(NoiseBand{centre_kHz - 20000.0, centre_kHz + 20000.0, 100.0}),
             simulator::Signal(EdgeLeakage{centre_kHz, 0.0, 1.0}),
-            simulator::Signal(Recording{centre_kHz - 5000.0, 1000.0, std::vector<double>(10, 0.0)})}) {
+            simulator::Signal(recordingOf(centre_kHz - 5000.0, 1000.0, std::vector<double>(10, 0.0)))}) {
         EXPECT_NEAR(faded_dB(overThePath(signal), fading, centre_kHz, 5000.0), 10.0, 1e-5) << signal.index();
         EXPECT_EQ(faded_dB(Emitter(signal), fading, centre_kHz, 5000.0), 0.0) << signal.index() << " comes from elsewhere";
         EXPECT_NEAR(faded_dB(overThePath(signal), fading, centre_kHz + 1e6, 5000.0, 20.0), 10.0, 1e-5) << signal.index();
@@ -109,7 +111,7 @@ TEST(NotchInTheBand, takesPartsOutOfEveryKindOfSpectrum)
     const double half_dB = -10.0 * std::log10(0.5 + 0.5 * 0.1);
     EXPECT_NEAR(faded_dB(carrier, lowerHalf, centre_kHz, 0.0), half_dB, 1e-5);
     EXPECT_NEAR(faded_dB(overThePath(EdgeLeakage{centre_kHz, 0.0, 1.0}), lowerHalf, centre_kHz, 0.0), half_dB, 1e-5);
-    const Recording recording{centre_kHz - 5000.0, 1000.0, std::vector<double>(10, 0.0)};
+    const Recording recording = recordingOf(centre_kHz - 5000.0, 1000.0, std::vector<double>(10, 0.0));
     EXPECT_NEAR(faded_dB(overThePath(recording), lowerHalf, centre_kHz, 0.0), half_dB, 1e-5);
     EXPECT_EQ(faded_dB(Emitter(recording), lowerHalf, centre_kHz, 0.0), 0.0);
 }
