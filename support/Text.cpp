@@ -120,12 +120,13 @@ std::string readToEnd(std::istream& stream, std::size_t largest_MiB)
 std::string listed(const std::string& file, const std::vector<std::string>& errors)
 {
     constexpr std::size_t most = 10;
+    const std::string name = shown(file);
     std::string text;
     for (std::size_t index = 0; index < std::min(errors.size(), most); ++index) {
-        text += (index == 0 ? "" : "\n") + file + ": " + errors[index];
+        text += (index == 0 ? "" : "\n") + name + ": " + errors[index];
     }
     if (errors.size() > most) {
-        text += "\n" + file + ": and " + std::to_string(errors.size() - most) + " more";
+        text += "\n" + name + ": and " + std::to_string(errors.size() - most) + " more";
     }
     return text;
 }

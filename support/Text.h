@@ -22,7 +22,7 @@ std::string shown(std::string_view foreign, std::size_t most = 200);
 /// @throws std::runtime_error  "cannot be read", or "is larger than 1 MiB; must be smaller"
 std::string readToEnd(std::istream& stream, std::size_t largest_MiB);
 
-/// What is wrong with a file, each on a line that names it; ten at most, and how many more there are.
+/// What is wrong with a file, each on a line that names it as shown() has it; ten at most, and how many more there are.
 std::string listed(const std::string& file, const std::vector<std::string>& errors);
 
 } // namespace support

@@ -1,5 +1,7 @@
 #include "simulator/scenario/JsonText.h"
 
+#include "support/Text.h"
+
 #include <algorithm>
 #include <cctype>
 #include <limits>
@@ -11,6 +13,8 @@ namespace {
 
 using nlohmann::json;
 
+constexpr std::size_t longestShown = 60;
+
 /// "line 3, column 5: ", for the character at an offset; the first of each is 1.
 std::string placeOf(std::string_view text, std::size_t offset)
 {
@@ -18,14 +22,6 @@ std::string placeOf(std::string_view text, std::size_t offset)
     const auto line = std::count(before.begin(), before.end(), '\n') + 1;
     const std::size_t lineStart = before.rfind('\n') == std::string_view::npos ? 0 : before.rfind('\n') + 1;
     return "line " + std::to_string(line) + ", column " + std::to_string(before.size() - lineStart + 1) + ": ";
-}
-
-/// What can be printed whatever the terminal is.
-std::string printable(std::string text)
-{
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char one) { return one < 0x20 || one > 0x7E; }, '?');
-    return text;
 }
 
 /// The parser's own words without what stands before them: its name, and its way to tell a place.
@@ -38,7 +34,7 @@ std::string reasonIn(const std::string& message)
         const std::size_t end = message.find(placeEnd, begin);
         begin = end == std::string::npos ? begin : end + placeEnd.size();
     }
-    return printable(message.substr(begin));
+    return support::shown(message.substr(begin));
 }
 
 /// Builds the value while the text is read, so that keys that stand twice and deep nesting are found at their place.
@@ -157,7 +153,7 @@ json parseJsonText(std::string_view text)
 std::string memberPath(const std::string& path, const std::string& key)
 {
     const auto plain = [](unsigned char one) { return one == '_' || one == '$' || std::isalnum(one) != 0; };
-    if (!key.empty() && std::all_of(key.begin(), key.end(), plain)) {
+    if (!key.empty() && key.size() <= longestShown && std::all_of(key.begin(), key.end(), plain)) {
         return path + "." + key;
     }
     return path + "[" + shown(key) + "]";
@@ -170,15 +166,13 @@ std::string elementPath(const std::string& path, std::size_t index)
 
 std::string shown(const json& value)
 {
-    constexpr std::size_t longest = 60;
     if (value.is_object()) {
         return "an object";
     }
     if (value.is_array()) {
         return "a list";
     }
-    const std::string text = value.dump(-1, ' ', true, json::error_handler_t::replace);
-    return text.size() <= longest ? text : text.substr(0, longest) + "...";
+    return value.is_string() ? '"' + support::shown(value.get_ref<const std::string&>(), longestShown) + '"' : value.dump();
 }
 
 } // namespace simulator

@@ -68,12 +68,12 @@ std::ifstream openFile(const std::filesystem::path& file)
 {
     std::error_code error;
     if (std::filesystem::is_directory(file, error)) {
-        throw ScenarioError(file.string() + ": is a folder; must be a file");
+        throw ScenarioError(support::shown(file.string()) + ": is a folder; must be a file");
     }
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
-        throw ScenarioError(file.string() + ": cannot be read: " + std::generic_category().message(errno));
+        throw ScenarioError(support::shown(file.string()) + ": cannot be read: " + std::generic_category().message(errno));
     }
     return stream;
 }
@@ -87,7 +87,7 @@ std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB
     try {
         return support::readToEnd(stream, largest_MiB);
     } catch (const std::runtime_error& error) {
-        throw ScenarioError(file.string() + ": " + error.what());
+        throw ScenarioError(support::shown(file.string()) + ": " + error.what());
     }
 }
 
@@ -113,10 +113,10 @@ private:
         const std::string text = m_textOf(name);
         m_bytes += text.size();
         if (m_bytes > largestRecordings_MiB << 20U) {
-            throw ScenarioError(name + ": the recordings of the scenario are larger than "
+            throw ScenarioError(support::shown(name) + ": the recordings of the scenario are larger than "
                 + std::to_string(largestRecordings_MiB) + " MiB together; must be smaller");
         }
-        Recording recording = readRecordedSweep(text, name, mostRecordedBins - m_bins);
+        Recording recording = readRecordedSweep(text, support::shown(name), mostRecordedBins - m_bins);
         m_bins += recording.bins->count();
         return recording;
     }
@@ -132,7 +132,7 @@ std::string builtInRecording(const std::string& file)
 {
     const embedded::Text* text = findIn(embedded::recordings(), std::filesystem::path(file).stem().string());
     if (text == nullptr) {
-        throw ScenarioError(file + ": no such built-in recording");
+        throw ScenarioError(support::shown(file) + ": no such built-in recording");
     }
     return std::string(text->text);
 }
@@ -144,7 +144,7 @@ std::string builtInRecording(const std::string& file)
         known.push_back(one.name);
     }
     const auto near = nearest(name, known);
-    throw ScenarioError(name + ": is neither a built-in scenario nor a file; "
+    throw ScenarioError(support::shown(name) + ": is neither a built-in scenario nor a file; "
         + (near ? "did you mean '" + std::string(*near) + "'? " : std::string())
         + "'sdc scenarios list' lists the built-in ones");
 }

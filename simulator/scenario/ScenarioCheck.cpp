@@ -1,7 +1,7 @@
 #include "simulator/scenario/JsonText.h"
 #include "simulator/scenario/ScenarioReader.h"
+#include "support/Text.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <optional>
@@ -67,8 +67,7 @@ void checkOrders(const ReadChannel& read, std::vector<std::string>& findings)
 /// Such as an escape sequence, which would change the terminal of whoever reads the text.
 void checkText(const std::string& path, const std::string& text, std::vector<std::string>& findings)
 {
-    const auto isControl = [](unsigned char character) { return character < 0x20 || character == 0x7F; };
-    if (std::ranges::any_of(text, isControl)) {
+    if (support::shown(text, std::string::npos) != text) {
         findings.push_back(path + ": holds a control character, such as a line break; must be one line of plain text");
     }
 }

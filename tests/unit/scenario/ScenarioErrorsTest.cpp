@@ -292,8 +292,8 @@ TEST(Refusals, sayWhatIsWrongAndWhatWouldBeRight)
         {[](json& file) { file["name"] = ""; },
             "$.name: is \"\"; must be a text of 1 to 40 characters (short name of the scenario)"},
         {[](json& file) { file["description"] = std::string(100, 'd'); },
-            "$.description: is \"" + std::string(59, 'd')
-                + "...; must be a text of 1 to 99 characters (one line for people)"},
+            "$.description: is \"" + std::string(57, 'd')
+                + "...\"; must be a text of 1 to 99 characters (one line for people)"},
         {[](json& file) { file["sources"] = json::array(); },
             "$.sources: has 0 items; must be a list of 1 to 20 items (where the figures come from)"},
         {[](json& file) { file["sources"][1] = ""; },
@@ -301,8 +301,8 @@ TEST(Refusals, sayWhatIsWrongAndWhatWouldBeRight)
         {[](json& file) { file["channels"] = json::array(); },
             "$.channels: has 0 items; must be a list of 1 to 256 items (radio channels of the terminal)"},
         {[](json& file) { file["channels"][0]["unit_type"] = std::string(101, 'u'); },
-            "$.channels[0].unit_type: is \"" + std::string(59, 'u')
-                + "...; must be a text of at most 100 characters (type text of the outdoor unit)"},
+            "$.channels[0].unit_type: is \"" + std::string(57, 'u')
+                + "...\"; must be a text of at most 100 characters (type text of the outdoor unit)"},
         {[](json& file) { file["channels"][0]["emitters"]["carriers"][0]["fades"] = 1; },
             "$.channels[0].emitters.carriers[0].fades: is 1; must be true or false (whether it comes over the path that the "
             "channel's fading is on; false unless given)"},
@@ -341,12 +341,46 @@ TEST(Refusals, sayWhatIsWrongAndWhatWouldBeRight)
     EXPECT_EQ(refusal(fullScenario()), "");
 }
 
+TEST(ForeignTexts, areShownSoThatNoTerminalObeysThem)
+{
+    json file = fullScenario();
+    file["channels"][0]["emitters"]["recordings"][0]["file"] = "a\033[2J\u009B.csv";
+    EXPECT_EQ(refusal(file),
+        "$.channels[0].emitters.recordings[0].file: " SDC_SCENARIOS
+        "/a\\x1B[2J\\u009B.csv: cannot be read: No such file or directory");
+    file = fullScenario();
+    file["seed"] = "\u202Enine";
+    EXPECT_THAT(refusal(file), StartsWith("$.seed: is \"\\u202Enine\"; must be "));
+    file = fullScenario();
+    file["\u009B1mseed"] = 1;
+    EXPECT_THAT(refusal(file), StartsWith("$[\"\\u009B1mseed\"]: is no known key; "));
+}
+
+TEST(ForeignTexts, areShortened)
+{
+    const std::string endless(900000, 'a');
+    json file = fullScenario();
+    file[endless] = 1;
+    EXPECT_LT(refusal(file).size(), 300U);
+    file = fullScenario();
+    file["seed"] = endless;
+    EXPECT_LT(refusal(file).size(), 300U);
+    try {
+        simulator::loadScenario(endless);
+        FAIL();
+    } catch (const simulator::ScenarioError& error) {
+        EXPECT_LT(std::string_view(error.what()).size(), 400U);
+    }
+}
+
 TEST(Texts, areOneLineWithoutControlCharacters)
 {
     for (const char* const key : {"name", "description", "unit_type"}) {
         nlohmann::json file = fullScenario();
         nlohmann::json& object = std::string(key) == "unit_type" ? file["channels"][0] : file;
         object[key] = "two\nlines";
+        EXPECT_THAT(refusal(file), testing::HasSubstr(std::string(key) + ": holds a control character"));
+        object[key] = "red \u009B31m";
         EXPECT_THAT(refusal(file), testing::HasSubstr(std::string(key) + ": holds a control character"));
         object[key] = "red \033[31m";
         EXPECT_THAT(refusal(file), testing::HasSubstr(std::string(key) + ": holds a control character"));

@@ -86,7 +86,9 @@ TEST(Input, isReadToItsEndButNotBeyondItsLimit)
 TEST(Errors, standOnALineEach)
 {
     EXPECT_EQ(support::listed("a.json", {"one", "two"}), "a.json: one\na.json: two");
+    EXPECT_EQ(support::listed("\033", {"one"}), "\\x1B: one");
     EXPECT_THAT(support::listed("a", std::vector<std::string>(10, "e")), testing::Not(HasSubstr("more")));
+    EXPECT_EQ(support::listed("\033", {"one"}), "\\x1B: one");
     EXPECT_THAT(support::listed("a", std::vector<std::string>(13, "e")), testing::EndsWith("\na: e\na: and 3 more"));
 }
 
