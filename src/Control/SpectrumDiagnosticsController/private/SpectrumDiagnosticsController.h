@@ -100,16 +100,16 @@ private:
     State getState() const;
 
     // Commands.
-    using Plan = std::int32_t (SpectrumDiagnosticsController::*)();
     std::int32_t startScan(ESDCCommand command, std::int32_t setRxWait_ms);
     std::int32_t stopScan();
     void chooseSettleDelays();
     void refreshProperties();
-    static Plan planFor(OduType type, ESDCCommand command);
 
     // Planning (SpectrumDiagnosticsControllerPlanning.cpp): the thread that starts a scan.
     std::int32_t setGeneralParams();
     OduType getOduType() const;
+    using Plan = std::int32_t (SpectrumDiagnosticsController::*)();
+    static Plan planFor(OduType type, ESDCCommand command);
     std::int32_t prepChannelScanStd();
     std::int32_t prepSubBandScanStd();
     std::int32_t prepChannelScan4742_4743();

@@ -88,30 +88,6 @@ void SpectrumDiagnosticsController::chooseSettleDelays()
     }
 }
 
-/// The plan for a unit type and a start command, null for a type that is not supported.
-SpectrumDiagnosticsController::Plan SpectrumDiagnosticsController::planFor(OduType type, ESDCCommand command)
-{
-    const bool channelScan = command == SDC_CMD_CHANNEL_SCAN_START;
-    switch (type) {
-    case ODU_TYPE_QRU7_K:
-    case ODU_TYPE_4741:
-    case ODU_TYPE_KLM:
-    case ODU_TYPE_KLM6:
-    case ODU_TYPE_SDC:
-        return channelScan ? &SpectrumDiagnosticsController::prepChannelScanStd
-                           : &SpectrumDiagnosticsController::prepSubBandScanStd;
-    case ODU_TYPE_4742:
-        return channelScan ? &SpectrumDiagnosticsController::prepChannelScan4742_4743
-                           : &SpectrumDiagnosticsController::prepSubBandScan4742;
-    case ODU_TYPE_4743:
-    case ODU_TYPE_KLM5:
-    case ODU_TYPE_KLM6_P:
-        return channelScan ? &SpectrumDiagnosticsController::prepChannelScan4742_4743
-                           : &SpectrumDiagnosticsController::prepSubBandScan4743;
-    default: return nullptr;
-    }
-}
-
 ESDCStatus SpectrumDiagnosticsController::getStatus()
 {
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER,
