@@ -2,17 +2,22 @@
 
 #include "simulator/terminal/SimulatedTerminal.h"
 
+#include <stdexcept>
+
 namespace simulator {
 
+/// The plan is known when the sweep begins: its first tuning is refused, which ends it.
 std::optional<ScanPlan> previewPlan(const TerminalChannel& channel, ESDCCommand start)
 {
-    TerminalChannel flawless = channel;
-    flawless.link.faults.clear();
+    TerminalChannel untunable = channel;
+    untunable.link.faults = {{Operation::setRxFrequency, FaultAction::refuse, 1, Fault::all}};
     VirtualClock clock;
-    clock.hold(); // the sweep need not be made: its plan is known when it begins
-    SimulatedTerminal terminal(std::vector{flawless}, clock);
+    SimulatedTerminal terminal(std::vector{untunable}, clock);
     terminal.controller(channel.number).getSpectrumDiagnosticsProperties();
     const ScanStart started = terminal.startScan(channel.number, start);
+    if (started == ScanStart::busy || started == ScanStart::noWorker) {
+        throw std::logic_error("internal error: a terminal that has just come up does not take a start");
+    }
     return started == ScanStart::underWay ? terminal.plan(channel.number) : std::nullopt;
 }
 

@@ -9,11 +9,12 @@
 
 namespace simulator {
 
-/// What a scan of a channel would do: the controller's own plan, out of a scan on a terminal of its own in virtual time,
-/// with the radio's properties known to the controller and without the link's faults. Call while there is no terminal.
+/// What a scan of a channel would do: the controller's own plan, out of a scan on a terminal of its own that
+/// ends at its first tuning, with the radio's properties known to the controller and without the link's faults. Call while
+/// there is no terminal.
 /// @param start  SDC_CMD_CHANNEL_SCAN_START or SDC_CMD_SUB_BAND_SCAN_START
 /// @return nothing when the controller cannot plan: its unit type is not supported
-/// @throws what the terminal's constructor throws
+/// @throws what the terminal's constructor and its startScan throw
 std::optional<ScanPlan> previewPlan(const TerminalChannel& channel, ESDCCommand start);
 
 } // namespace simulator

@@ -1,5 +1,6 @@
 // A terminal whose radio misbehaves: what the controller makes of it, and what the terminal tells about it.
 
+#include "simulator/host/HostObserver.h"
 #include "simulator/terminal/PlanPreview.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
@@ -8,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <stdexcept>
 
@@ -20,6 +22,8 @@ using simulator::ScanStart;
 using simulator::SimulatedTerminal;
 using simulator::TerminalChannel;
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 constexpr RadioChannel channel1{1};
 constexpr RadioChannel channel2{2};
@@ -157,6 +161,21 @@ TEST(PlanPreview, isThePlanOfTheScanThatFollowsWhateverTheFaults)
     EXPECT_EQ(plan.settleTime(1), std::chrono::milliseconds(3000));
     EXPECT_EQ(plan.settleTime(0), std::chrono::milliseconds(0));
     EXPECT_EQ(simulator::previewPlan(channel, SDC_CMD_CHANNEL_SCAN_START).value().samples, 13);
+}
+
+TEST(PlanPreview, takesNoReadingAndWaitsForNothing)
+{
+    simulator::RecordingTraceSink sink;
+    simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DETAIL);
+    const simulator::trace::SinkInForce inForce(sink);
+    std::atomic<int> sleeps{0};
+    simulator::setHostObserver([&sleeps](const std::string& event) { sleeps += event == "sleep.get" ? 1 : 0; });
+    EXPECT_EQ(simulator::previewPlan({channel1, tests::plainLink()}, SDC_CMD_SUB_BAND_SCAN_START).value().samples, 500);
+    simulator::setHostObserver({});
+    EXPECT_EQ(sleeps, 0);
+    for (const simulator::TraceRecord& record : sink.records()) {
+        EXPECT_THAT(record.text, Not(StartsWith("Read RSSI")));
+    }
 }
 
 TEST(PlanPreview, isNothingForAUnitThatIsNotSupported)
