@@ -57,6 +57,8 @@ void ScanLane::begin(SimulatedTerminal& terminal, ScanKind kind)
     try {
         terminal.controller(number()).getSpectrumDiagnosticsProperties();
         m_facts.startFailure = startFailure(terminal.startScan(number(), startCommand(kind)), m_channel.link.unitTypeText);
+    } catch (const simulator::TraceNotUnderstood&) {
+        throw;
     } catch (const std::exception& exception) {
         m_facts.startFailure =
             std::string("the start ended with an exception of the radio: ") + support::shown(exception.what());

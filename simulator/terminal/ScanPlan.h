@@ -1,16 +1,7 @@
 #pragma once
 
-#include "simulator/host/Trace.h"
-
-#include "Platform/Host/RadioChannel.h"
-
 #include <chrono>
 #include <cstdint>
-#include <map>
-#include <mutex>
-#include <optional>
-#include <set>
-#include <thread>
 
 namespace simulator {
 
@@ -31,33 +22,6 @@ struct ScanPlan {
 
     /// The same of its first samples alone.
     std::chrono::milliseconds settleTime(std::int64_t samplesTaken) const;
-};
-
-/// Reads out of the controllers' trace what their interface does not tell: the plans, from the parameter dumps (trace level
-/// 5), and the exceptions that ended a worker or let none begin (trace level 1).
-class WorkerRecorder : public TraceSink {
-public:
-    void write(const TraceRecord& record) override;
-
-    /// The plan of the channel's last sweep, if one has begun.
-    std::optional<ScanPlan> planOf(RadioChannel channel) const;
-
-    /// What ended the channel's worker or let none begin, in the controller's words; nothing while the worker lives.
-    std::optional<std::string> failureOf(RadioChannel channel) const;
-
-    /// Whether the channel's worker has begun a sweep and neither come back from it nor ended in it.
-    bool isSweeping(RadioChannel channel) const;
-
-private:
-    using Values = std::map<std::string, std::int64_t>;
-
-    void keepPlan(const Values& values);
-
-    mutable std::mutex m_guard;
-    std::map<std::thread::id, Values> m_dumps; // each worker writes its dump on its own thread
-    std::map<std::uint32_t, ScanPlan> m_plans;
-    std::map<std::string, std::string> m_failures; // by the thread's name
-    std::set<std::string> m_sweeping;              // names of threads
 };
 
 } // namespace simulator

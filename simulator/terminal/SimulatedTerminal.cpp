@@ -61,9 +61,9 @@ struct SimulatedTerminal::Channel {
 SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock)
     : m_clock(clock)
     , m_sleepInForce(clock)
-    , m_workersInForce(m_workers)
+    , m_traceInForce(m_trace)
 {
-    traceAtLeast("ZRP.SDC", PLX_TRACE_LEVEL_INFO);
+    traceAtLeast(ControllerTrace::component, PLX_TRACE_LEVEL_INFO);
     for (const TerminalChannel& channel : channels) {
         m_channels.push_back(std::make_unique<Channel>(channel, clock));
     }
@@ -138,17 +138,29 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
         return ScanStart::busy;
     }
     for (int attempt = 0; attempt < attempts; ++attempt) {
+        const std::uint64_t plansBefore = m_trace.plansReadOf(channel);
         const std::uint64_t tuningsBefore = scanned.peers.calls(Operation::setRxFrequency);
         const Answer answer = command(scanned, start);
         if (answer == Answer::failed) {
             return ScanStart::failed;
         }
         if (answer == Answer::accepted && waitForBegin(scanned, tuningsBefore)) {
+            requirePlan(channel, plansBefore);
             return ScanStart::underWay;
         }
         std::this_thread::sleep_for(pause);
     }
     return ScanStart::busy;
+}
+
+/// A sweep tells its plan before its first tuning. One that an exception ends before that may not have come to it.
+void SimulatedTerminal::requirePlan(RadioChannel channel, std::uint64_t plansBefore) const
+{
+    if (m_trace.plansReadOf(channel) == plansBefore && !workerFailure(channel)) {
+        throw TraceNotUnderstood("internal error: the controllers' trace could not be understood: it tells no plan of the "
+                                 "sweep on channel "
+            + std::to_string(static_cast<std::uint32_t>(channel)));
+    }
 }
 
 /// A start that falls between the worker's test of its state and its wait is lost until the next notification, and only the
@@ -195,7 +207,7 @@ bool SimulatedTerminal::isOngoing(RadioChannel channel) const
 int SimulatedTerminal::sweepsUnderWay() const
 {
     return static_cast<int>(std::ranges::count_if(m_channels,
-        [this](const auto& channel) { return isOngoing(channel->number) || m_workers.isSweeping(channel->number); }));
+        [this](const auto& channel) { return isOngoing(channel->number) || m_trace.isSweeping(channel->number); }));
 }
 
 /// Held by the clock, each sweep comes to stand in a settle delay or ends. A stop given then cannot cross its end. The
@@ -222,7 +234,7 @@ void SimulatedTerminal::waitForIdle(RadioChannel channel) const
     constexpr std::chrono::microseconds pause{50};
     find(channel).controller->onPhaseStop();
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (m_workers.isSweeping(channel) && std::chrono::steady_clock::now() < deadline) {
+    while (m_trace.isSweeping(channel) && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(pause);
     }
 }
@@ -243,12 +255,12 @@ std::vector<SDCResult> SimulatedTerminal::samples(RadioChannel channel) const
 
 std::optional<ScanPlan> SimulatedTerminal::plan(RadioChannel channel) const
 {
-    return m_workers.planOf(channel);
+    return m_trace.planOf(channel);
 }
 
 std::optional<std::string> SimulatedTerminal::workerFailure(RadioChannel channel) const
 {
-    return m_workers.failureOf(channel);
+    return m_trace.failureOf(channel);
 }
 
 void SimulatedTerminal::inject(RadioChannel channel, const Fault& fault)

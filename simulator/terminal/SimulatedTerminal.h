@@ -3,6 +3,7 @@
 #include "simulator/host/Clock.h"
 #include "simulator/host/Trace.h"
 #include "simulator/scenario/Scenario.h"
+#include "simulator/terminal/ControllerTrace.h"
 #include "simulator/terminal/ScanPlan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
@@ -61,6 +62,7 @@ public:
 
     /// Starts a scan, and starts it again while the worker is still leaving the one before (a hundred times, 10 ms apart).
     /// Returns once the sweep has begun. What a peer throws while the start reads it comes out of here.
+    /// @throws TraceNotUnderstood when the sweep has begun and the trace tells no plan of it
     ScanStart startScan(RadioChannel channel, ESDCCommand start);
 
     /// Polls until the channel's scan has ended, or an exception has ended its worker: then the status stays ongoing. Runs
@@ -98,13 +100,14 @@ private:
     Channel& find(RadioChannel channel) const;
     Answer command(Channel& channel, ESDCCommand start) const;
     bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const;
+    void requirePlan(RadioChannel channel, std::uint64_t plansBefore) const;
     bool isOngoing(RadioChannel channel) const;
     int sweepsUnderWay() const;
 
     Clock& m_clock;
     SleepServiceInForce m_sleepInForce;
-    WorkerRecorder m_workers;
-    trace::SinkInForce m_workersInForce;
+    ControllerTrace m_trace;
+    trace::SinkInForce m_traceInForce;
     std::vector<std::unique_ptr<Channel>> m_channels;
 };
 
