@@ -16,7 +16,7 @@ namespace {
 
 std::string readAll(std::istream& stream, const std::string& file)
 {
-    constexpr std::size_t largest_MiB = 512;
+    constexpr std::size_t largest_MiB = 64;
     try {
         return support::readToEnd(stream, largest_MiB);
     } catch (const std::runtime_error& error) {

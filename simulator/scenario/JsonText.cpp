@@ -38,12 +38,9 @@ std::string reasonIn(const std::string& message)
 }
 
 /// Builds the value while the text is read, so that keys that stand twice and deep nesting are found at their place.
-class Builder : public nlohmann::json_sax<json> {
+class Builder : public JsonEvents {
 public:
-    explicit Builder(std::string_view text)
-        : m_text(text)
-    {
-    }
+    using JsonEvents::JsonEvents;
 
     json take() { return std::move(m_root); }
 
@@ -58,7 +55,6 @@ public:
     }
     bool number_float(json::number_float_t value, const std::string&) override { return add(value); }
     bool string(std::string& value) override { return add(std::move(value)); }
-    bool binary(json::binary_t&) override { return false; }
 
     bool start_object(std::size_t) override { return open(json::object()); }
     bool start_array(std::size_t) override { return open(json::array()); }
@@ -72,11 +68,6 @@ public:
         }
         m_keys.back() = name;
         return true;
-    }
-
-    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override
-    {
-        throw JsonTextError(placeOf(m_text, position == 0 ? 0 : position - 1) + reasonIn(error.what()));
     }
 
 private:
@@ -126,7 +117,6 @@ private:
         return path;
     }
 
-    std::string_view m_text;
     json m_root;
     std::vector<json*> m_open;       ///< from the outermost to the innermost; only the innermost one grows
     std::vector<std::string> m_keys; ///< of each of them, the key that is being filled
@@ -134,19 +124,29 @@ private:
 
 } // namespace
 
-json parseJsonText(std::string_view text)
+bool JsonEvents::parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error)
 {
-    const std::size_t nul = text.find('\0');
+    throw JsonTextError(placeOf(m_text, position == 0 ? 0 : position - 1) + reasonIn(error.what()));
+}
+
+void JsonEvents::read()
+{
+    const std::size_t nul = m_text.find('\0');
     if (nul != std::string_view::npos) {
-        throw JsonTextError(placeOf(text, nul) + "a NUL byte; must be text in UTF-8");
+        throw JsonTextError(placeOf(m_text, nul) + "a NUL byte; must be text in UTF-8");
     }
-    if (std::all_of(text.begin(), text.end(), [](unsigned char one) { return std::isspace(one) != 0; })) {
-        throw JsonTextError(placeOf(text, 0) + "there is nothing; must be a JSON object");
+    if (std::all_of(m_text.begin(), m_text.end(), [](unsigned char one) { return std::isspace(one) != 0; })) {
+        throw JsonTextError(placeOf(m_text, 0) + "there is nothing; must be a JSON object");
     }
-    Builder builder(text);
     constexpr bool wholeText = true;
     constexpr bool withComments = true;
-    json::sax_parse(text.begin(), text.end(), &builder, json::input_format_t::json, wholeText, withComments);
+    json::sax_parse(m_text.begin(), m_text.end(), this, json::input_format_t::json, wholeText, withComments);
+}
+
+json parseJsonText(std::string_view text)
+{
+    Builder builder(text);
+    builder.read();
     return builder.take();
 }
 

@@ -1,19 +1,14 @@
 #pragma once
 
-#include "apps/sdc/results/ScanResult.h"
-
-#include <nlohmann/json.hpp>
+#include "apps/sdc/results/ResultForm.h"
 
 #include <string>
 #include <vector>
 
 namespace sdc {
 
-/// What is wrong with a result although it is of the schema: where it is at odds with itself. One line per finding, "PATH:
-/// what is wrong; what would be right".
-std::vector<std::string> resultFindings(const nlohmann::json& result);
-
-/// A level in hundredths, rounded.
-std::int32_t hundredthsOf(const nlohmann::json& level);
+/// Where a result that is of its form is at odds with itself: the first few places, one line each, which begins with the
+/// place.
+std::vector<std::string> contradictions(const ResultInFile& result);
 
 } // namespace sdc

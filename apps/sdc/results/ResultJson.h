@@ -16,7 +16,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Writes one JSON object, as scanResultSchema() describes it; the same result is the same text. Texts that are no UTF-8 are
+/// Writes one JSON object, as its schema describes it; the same result is the same text. Texts that are no UTF-8 are
 /// mended. What can be computed from the samples (holds, analysis) is written for other readers and not read back.
 void writeJson(std::ostream& stream, const ScanResult& result);
 
@@ -25,7 +25,7 @@ void writeJson(std::ostream& stream, const ScanResult& result);
 /// @throws ResultError  for a text that is no result: not of the schema, or at odds with itself
 ScanResult parseResult(std::string_view text, const std::string& file);
 
-/// The JSON Schema (draft-07) of results.
-std::string_view scanResultSchema();
+/// Writes the JSON Schema (draft-07) of results.
+void writeResultSchema(std::ostream& stream);
 
 } // namespace sdc

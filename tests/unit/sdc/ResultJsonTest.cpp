@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdlib>
+#include <fstream>
 #include <functional>
 
 using namespace testing_results;
@@ -209,10 +211,22 @@ TEST(ResultJson, beforeAndAfterAreNotMixedUp)
     EXPECT_EQ(read.channels[0].sweeps[0].rxAfter_kHz, 2U);
 }
 
+/// SDC_UPDATE_GOLDEN=1 writes the file anew.
+TEST(ResultJson, schemaInTheTreeIsThatOfTheForm)
+{
+    const std::string schema = written(sdc::writeResultSchema);
+    if (std::getenv("SDC_UPDATE_GOLDEN") != nullptr) {
+        std::ofstream(SDC_RESULT_SCHEMA) << schema;
+    }
+    std::ifstream file(SDC_RESULT_SCHEMA);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), schema);
+}
+
 TEST(ResultJson, whatIsWrittenIsOfTheSchema)
 {
+    const std::string schema = written(sdc::writeResultSchema);
     for (const sdc::ScanResult& result : {variedResult(), scanOf({})}) {
-        EXPECT_THAT(simulator::schemaFindings(jsonOf(result), sdc::scanResultSchema()), ElementsAre());
+        EXPECT_THAT(simulator::schemaFindings(jsonOf(result), schema), ElementsAre());
     }
 }
 
@@ -237,11 +251,14 @@ TEST(ResultJsonRefusal, textsThatAreNoResult)
         {"null", "scan.json: $: is null; must be an object"},
         {"[]", "scan.json: $: is a list; must be an object"},
         {"{}", "scan.json: $: lacks \"channels\""},
+        {"{\"schema_version\": 2, nonsense", "scan.json: $.schema_version: is 2; must be 1 ("},
+        {"{\"kind\": {\"kind\": [{}]}, \"kind\": 1}", "scan.json: $.kind: stands twice; keep one"},
     };
     for (const auto& row : rows) {
         EXPECT_THAT(refusalOf(row.text), HasSubstr(row.complaint)) << row.text;
     }
-    EXPECT_THAT(refusalOf(std::string(10'000, '[')), HasSubstr("nested too deeply"));
+    EXPECT_THAT(
+        refusalOf(std::string(10'000, '[')), HasSubstr("$: is a list; must be an object\nscan.json: line 1, column"));
 }
 
 TEST(ResultJsonRefusal, wrongValuesAreNamedWithTheirPlace)
@@ -264,7 +281,7 @@ TEST(ResultJsonRefusal, wrongValuesAreNamedWithTheirPlace)
         {"/channels/0/sweeps/0/ending", "good", "$.channels[0].sweeps[0].ending: is \"good\""},
         {"/channels/0/sweeps/0/samples/1/level_dBm", 1e9, "$.channels[0].sweeps[0].samples[1].level_dBm: is 1000000000.0"},
         {"/channels/0/sweeps/0/samples/1/level_dBm", -45.125,
-            "level_dBm: is -45.125; must be a level of at most two decimals"},
+            "level_dBm: is -45.125; must be a number from -21474836 to 21474836 with at most two decimals (level, dBm)"},
         {"/channels/0/sweeps/0/start", "yesterday", "sweeps[0].start: is \"yesterday\"; must be a moment in UTC such as"},
         {"/channels/0/sweeps/0/end", "2026-02-30T03:04:05.678Z",
             "sweeps[0].end: is \"2026-02-30T03:04:05.678Z\"; must be a mom"},
@@ -344,7 +361,7 @@ TEST(ResultJsonRefusal, unknownKeysAreRefusedAtEveryLevel)
     }
 }
 
-TEST(ResultJsonRefusal, noMoreThanTenFindingsAreTold)
+TEST(ResultJsonRefusal, noMoreThanTenErrorsAreTold)
 {
     const std::string text = refusalAfter([](json& result) {
         for (json& sample : result["channels"][0]["sweeps"][0]["samples"]) {
@@ -353,7 +370,28 @@ TEST(ResultJsonRefusal, noMoreThanTenFindingsAreTold)
         }
     });
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 10);
-    EXPECT_THAT(text, testing::EndsWith("\nscan.json: and 6 more"));
+    EXPECT_THAT(text, testing::EndsWith("\nscan.json: and more"));
+}
+
+TEST(ResultJsonRefusal, readingEndsAfterTheFirstErrors)
+{
+    std::string text = "{\"channels\": [";
+    for (int error = 0; error < 20; ++error) {
+        text += "1, ";
+    }
+    const std::string refusal = refusalOf(text + "no JSON");
+    EXPECT_THAT(refusal, HasSubstr("$.channels[9]: is 1; must be an object\n"));
+    EXPECT_THAT(refusal, testing::EndsWith("\nscan.json: and more"));
+}
+
+TEST(ResultJsonRefusal, contradictionsAreToldNoMoreThanTenTimes)
+{
+    const std::vector<std::int32_t> levels(40, -9970);
+    auto result = scanOf(levels);
+    result.channels[0].plan.step_kHz = 1;
+    const std::string text = refusalOf(jsonOf(result));
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 10);
+    EXPECT_THAT(text, testing::EndsWith("\nscan.json: and more"));
 }
 
 // A sweep before the last may have had another plan: the receiver was not put back before the last one.
