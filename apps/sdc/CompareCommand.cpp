@@ -3,6 +3,7 @@
 #include "apps/sdc/ResultFile.h"
 #include "apps/sdc/results/Compare.h"
 #include "apps/sdc/results/ResultJson.h"
+#include "support/Text.h"
 
 #include <stdexcept>
 
@@ -15,7 +16,7 @@ ExitStatus compare(const CompareOptions& options, std::ostream& output)
     try {
         writeComparison(output, before, after, options.threshold_dB);
     } catch (const std::runtime_error& cannot) {
-        throw ResultError(options.before + " and " + options.after + ": " + cannot.what());
+        throw ResultError(support::shown(options.before) + " and " + support::shown(options.after) + ": " + cannot.what());
     }
     return EXIT_COMPLETE;
 }

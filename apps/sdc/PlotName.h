@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/sdc/results/Plot.h"
+#include "support/Text.h"
 
 #include <filesystem>
 #include <optional>
@@ -25,7 +26,7 @@ inline std::optional<PlotFormat> plotFormat(const std::string& file)
 /// What is said where it tells none.
 inline std::string plotNameComplaint(const std::string& file)
 {
-    return "'" + file + "' tells no kind of picture: let it end in .svg, .png or .txt";
+    return "'" + support::shown(file) + "' tells no kind of picture: let it end in .svg, .png or .txt";
 }
 
 } // namespace sdc

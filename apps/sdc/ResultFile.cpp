@@ -31,14 +31,15 @@ ScanResult readResult(const std::string& file)
     if (file == "-") {
         return parseResult(readAll(std::cin, "standard input"), "standard input");
     }
+    const std::string name = support::shown(file);
     if (std::filesystem::is_directory(file)) {
-        throw ResultError(file + ": is a folder; a file that 'sdc scan --json' wrote is needed");
+        throw ResultError(name + ": is a folder; a file that 'sdc scan --json' wrote is needed");
     }
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
-        throw ResultError(file + ": cannot be read: " + std::generic_category().message(errno));
+        throw ResultError(name + ": cannot be read: " + std::generic_category().message(errno));
     }
-    return parseResult(readAll(stream, file), file);
+    return parseResult(readAll(stream, name), name);
 }
 
 } // namespace sdc

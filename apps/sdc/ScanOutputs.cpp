@@ -5,6 +5,7 @@
 #include "apps/sdc/results/Outputs.h"
 #include "apps/sdc/results/Plot.h"
 #include "apps/sdc/results/ResultJson.h"
+#include "support/Text.h"
 
 #include <unistd.h>
 
@@ -89,7 +90,7 @@ void refuseTwice(const std::vector<Output>& outputs)
         const auto file = regularFile(output.file);
         if (file && !files.try_emplace(*file, output.format).second) {
             throw UsageError("--" + std::string(toString(files.at(*file))) + " and --" + std::string(toString(output.format))
-                + " both write to " + output.file + "; give each a file of its own");
+                + " both write to " + support::shown(output.file) + "; give each a file of its own");
         }
     }
 }

@@ -89,6 +89,12 @@ TEST_F(ResultCommands, refuseWhatIsNoResult)
     }
 }
 
+TEST_F(ResultCommands, showNoNameThatATerminalObeys)
+{
+    EXPECT_EQ(run("plot 'no\033[2J'").err, "sdc: no\\x1B[2J: cannot be read: No such file or directory\n");
+    EXPECT_THAT(run("plot a.json --output 'no\033[2J'").err, StartsWith("sdc: --output: 'no\\x1B[2J' tells no kind of"));
+}
+
 TEST_F(ResultCommands, endWithStatus1WhereTheirOutputCannotBeWritten)
 {
     for (const char* const arguments : {"plot a.json", "compare a.json a.json"}) {

@@ -1,5 +1,7 @@
 #include "apps/sdc/results/Gnuplot.h"
 
+#include "support/Text.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -224,15 +226,16 @@ private:
     std::string m_complaints;
 };
 
-/// In one line.
+/// In one line, and not at any length.
 std::string joined(const std::string& lines)
 {
+    constexpr std::size_t most = 500;
     std::istringstream words(lines);
     std::string text;
     for (std::string word; words >> word;) {
         text += (text.empty() ? "" : " ") + word;
     }
-    return text;
+    return support::shown(text, most);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "apps/sdc/results/OutputFile.h"
 
+#include "support/Text.h"
+
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
@@ -25,7 +27,7 @@ using Write = std::function<void(std::ostream& stream)>;
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason)
 {
-    throw std::runtime_error("cannot write to " + path + ": " + reason);
+    throw std::runtime_error("cannot write to " + support::shown(path) + ": " + reason);
 }
 
 /// The reason that the system gave last, where it gave one.

@@ -3,6 +3,7 @@
 #include "apps/sdc/results/ResultWords.h"
 #include "apps/sdc/results/SweepState.h"
 #include "apps/sdc/results/TimeText.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -142,7 +143,8 @@ std::string PlotFrame::title() const
     const std::string how = titleOfSweeps(m_channel) + incompleteness(m_channel);
     const auto most = static_cast<std::size_t>(m_plotWidth / m_characterWidth);
     const std::size_t left = most > what.size() + 10 ? most - what.size() : 10;
-    const std::string who = plottable(m_result.scenario, left / 2) + ", " + plottable(m_channel.unitTypeText, left / 2);
+    const std::string who =
+        support::shown(m_result.scenario, left / 2) + ", " + support::shown(m_channel.unitTypeText, left / 2);
     return "set title " + quoted(who + what) + ".\"\\n\"." + quoted(how) + (m_isText ? "" : " offset 0,0.7") + "\n";
 }
 

@@ -4,53 +4,6 @@
 
 namespace sdc {
 
-namespace {
-
-/// The length of the well-formed character that a text begins with; 0 when it does not begin with one.
-std::size_t characterLength(std::string_view text)
-{
-    const auto byte = [text](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-    const unsigned char lead = byte(0);
-    const std::size_t length = lead < 0x80 ? 1 : lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : 4;
-    if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || length > text.size()) {
-        return 0;
-    }
-    for (std::size_t index = 1; index < length; ++index) {
-        if ((byte(index) & 0xC0) != 0x80) {
-            return 0;
-        }
-    }
-    // Longer than need be, half of a pair, or beyond the last character.
-    const bool isOdd = length > 1
-        && ((lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xED && byte(1) > 0x9F) || (lead == 0xF0 && byte(1) < 0x90)
-            || (lead == 0xF4 && byte(1) > 0x8F));
-    return isOdd ? 0 : length;
-}
-
-/// The control characters of the second half of the code are two bytes.
-bool isControl(std::string_view character)
-{
-    const auto first = static_cast<unsigned char>(character[0]);
-    return first < 0x20 || first == 0x7F || (first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0);
-}
-
-} // namespace
-
-std::string plottable(std::string_view text, std::size_t most)
-{
-    std::string plottable;
-    for (std::size_t count = 0; !text.empty(); ++count) {
-        if (count == most) {
-            return plottable + "...";
-        }
-        const std::size_t length = characterLength(text);
-        const std::string_view character = text.substr(0, length == 0 ? 1 : length);
-        plottable += length == 0 || isControl(character) ? "?" : character;
-        text.remove_prefix(character.size());
-    }
-    return plottable;
-}
-
 std::string quoted(const std::string& text)
 {
     std::string quoted = "\"";

@@ -1,18 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace sdc {
 
-/// A text that comes from outside, as a plot can show it: UTF-8 that is none and control characters become question marks;
-/// of more than @p most characters the first, and three dots.
-std::string plottable(std::string_view text, std::size_t most);
-
-/// A text, plottable already, as a string of gnuplot. What could end it, or be taken for a command or a variable, is written
-/// as a number.
+/// A text without control characters as a string of gnuplot. What could end it, or be taken for a command or a variable, is
+/// written as a number.
 std::string quoted(const std::string& text);
 
 /// Frequencies on an axis in MHz below 10 GHz and in GHz above.

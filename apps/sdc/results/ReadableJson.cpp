@@ -1,5 +1,7 @@
 #include "apps/sdc/results/ReadableJson.h"
 
+#include "support/Text.h"
+
 #include <algorithm>
 #include <string>
 
@@ -17,9 +19,12 @@ bool isStructured(const Json& value)
     return value.is_structured();
 }
 
+/// In UTF-8; what a terminal might obey makes a text one of ASCII alone.
 std::string scalar(const Json& value)
 {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    const std::string text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+    const bool isHarmless = !value.is_string() || support::shown(text, text.size()) == text;
+    return isHarmless ? text : value.dump(-1, ' ', true, Json::error_handler_t::replace);
 }
 
 /// On one line, with a blank after each comma and colon. Not for values that hold much.

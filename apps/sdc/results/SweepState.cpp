@@ -1,6 +1,7 @@
 #include "apps/sdc/results/SweepState.h"
 
 #include "apps/sdc/results/ResultWords.h"
+#include "support/Text.h"
 
 #include <vector>
 
@@ -22,7 +23,7 @@ std::string stateOf(const Sweep& sweep, const simulator::ScanPlan& plan)
         return "";
     }
     return (isPartial(sweep, plan) ? "PARTIAL " : "") + countOf(sweep, plan) + ", " + std::string(toText(sweep.ending))
-        + (sweep.reason.empty() ? "" : ": " + sweep.reason);
+        + (sweep.reason.empty() ? "" : ": " + support::shown(sweep.reason));
 }
 
 } // namespace sdc

@@ -3,6 +3,7 @@
 #include "apps/sdc/results/Outputs.h"
 #include "apps/sdc/results/Summary.h"
 #include "apps/sdc/results/SweepState.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -152,7 +153,8 @@ void writeTable(std::ostream& stream, const ScanResult& result, const TableOptio
         const Analysis analysis = analyse(traceOf(channel), channel.plan);
         if (result.channels.size() > 1) {
             stream << (&channel == &result.channels.front() ? "" : "\n")
-                   << colored("channel " + std::to_string(channel.channel) + ": " + channel.unitTypeText, bold, layout)
+                   << colored("channel " + std::to_string(channel.channel) + ": " + support::shown(channel.unitTypeText),
+                          bold, layout)
                    << '\n';
         }
         writeState(stream, channel, layout);

@@ -37,6 +37,14 @@ TEST(Gnuplots, failureIsToldInItsOwnWordsOnOneLine)
     EXPECT_EQ(failure.find('\n'), std::string::npos);
 }
 
+TEST(Gnuplots, wordsOfAFailureAreShownSoThatNoTerminalObeysThem)
+{
+    const std::string failure = failureOf("\"\033[2J\xC2\x9B" + std::string(10'000, 'x') + "\" nonsense\n");
+    EXPECT_EQ(failure.find('\033'), std::string::npos);
+    EXPECT_EQ(failure.find('\x9B'), std::string::npos);
+    EXPECT_LT(failure.size(), 600U);
+}
+
 // Neither side may wait for the other: more than fits into a pipe goes in while as much comes out.
 TEST(Gnuplots, longProgramsAndLongOutputsPass)
 {

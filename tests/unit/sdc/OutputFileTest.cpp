@@ -208,6 +208,7 @@ TEST_F(OutputFile, failuresNameTheFileAndTheReason)
     EXPECT_EQ(failureOf(in("no/file")), "cannot write to " + in("no/file") + ": No such file or directory");
     EXPECT_EQ(failureOf(in("file/file")), "cannot write to " + in("file/file") + ": Not a directory");
     EXPECT_EQ(failureOf(in("loop")), "cannot write to " + in("loop") + ": Too many levels of symbolic links");
+    EXPECT_EQ(failureOf("/no/\033[2J"), "cannot write to /no/\\x1B[2J: No such file or directory");
     EXPECT_EQ(failureOf(""), "cannot write to : No such file or directory");
 }
 

@@ -3,43 +3,7 @@
 #include <gtest/gtest.h>
 
 using sdc::FrequencyAxis;
-using sdc::plottable;
 using sdc::quoted;
-
-TEST(PlotTexts, plainTextStaysAsItIs)
-{
-    EXPECT_EQ(plottable("KLM6 18G ~!{}^_@&", 99), "KLM6 18G ~!{}^_@&");
-    EXPECT_EQ(plottable("\xC3\xBC \xE2\x82\xAC \xF0\x9F\x93\xA1 \xF4\x8F\xBF\xBF \xED\x9F\xBF \xEE\x80\x80", 99),
-        "\xC3\xBC \xE2\x82\xAC \xF0\x9F\x93\xA1 \xF4\x8F\xBF\xBF \xED\x9F\xBF \xEE\x80\x80");
-}
-
-TEST(PlotTexts, controlCharactersBecomeQuestionMarks)
-{
-    EXPECT_EQ(plottable("a\nb\tc\033[1m\x7F\x1F ", 99), "a?b?c?[1m?? ");
-    EXPECT_EQ(plottable(std::string_view("\0", 1), 99), "?");
-    EXPECT_EQ(plottable("\xC2\x80\xC2\x9F", 99), "??");
-    EXPECT_EQ(plottable("\xC2\xA0", 99), "\xC2\xA0");
-}
-
-TEST(PlotTexts, whatIsNoUtf8BecomesQuestionMarks)
-{
-    const struct {
-        const char* text;
-        const char* shown;
-    } rows[]{{"\xFFx", "?x"}, {"\x80x", "?x"}, {"\xC1\xBFx", "??x"}, {"\xC3", "?"}, {"\xC3x", "?x"}, {"\xE2\x82", "??"},
-        {"\xE2\x82x", "??x"}, {"\xE0\x9F\xBF", "???"}, {"\xED\xA0\x80", "???"}, {"\xF0\x8F\xBF\xBF", "????"},
-        {"\xF4\x90\x80\x80", "????"}, {"\xF5\x80\x80\x80", "????"}, {"\xF0\x9F\x93", "???"}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(plottable(row.text, 99), row.shown);
-    }
-}
-
-TEST(PlotTexts, longTextsAreCutBetweenCharacters)
-{
-    EXPECT_EQ(plottable("\xC3\xBC\xC3\xBC\xC3\xBC", 2), "\xC3\xBC\xC3\xBC...");
-    EXPECT_EQ(plottable("abc", 3), "abc");
-    EXPECT_EQ(plottable("", 0), "");
-}
 
 TEST(PlotTexts, whatCouldEndAStringOrBeACommandIsANumber)
 {

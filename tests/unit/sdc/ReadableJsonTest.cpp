@@ -26,6 +26,12 @@ TEST(ReadableJson, whatFitsOnALineStandsOnOne)
     EXPECT_EQ(textOf(-99.7), "-99.7\n");
 }
 
+TEST(ReadableJson, whatATerminalMightObeyIsEscaped)
+{
+    EXPECT_EQ(textOf("Z\xC3\xBCrich"), "\"Z\xC3\xBCrich\"\n");
+    EXPECT_EQ(textOf("\xC2\x9B Z\xC3\xBCrich"), "\"\\u009b Z\\u00fcrich\"\n");
+}
+
 TEST(ReadableJson, whatHoldsObjectsOrListsIsOpened)
 {
     EXPECT_EQ(textOf({{"a", Json::array({Json::array({1}), Json::array()})}}), "{\n  \"a\": [\n    [1],\n    []\n  ]\n}\n");

@@ -129,6 +129,15 @@ TEST(TableOutput, resultThatIsNotCompleteSaysSoFirst)
     EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("(max hold)\nsweep 2: 3/3, failed: not put back\n      MHz"));
 }
 
+TEST(TableOutput, foreignTextsAreShownSoThatNoTerminalObeysThem)
+{
+    auto channel = channelOf(1, {sweepOf({-4000})});
+    channel.sweeps[0] = cutShort(channel.sweeps[0], 1, Ending::failed, "not \xC2\x9B\nput back");
+    channel.unitTypeText = "\033[2J";
+    const std::string table = tableOf(resultOf({channel, channelOf(2, {sweepOf({-4000})})}));
+    EXPECT_THAT(table, HasSubstr("channel 1: \\x1B[2J\n1/1, failed: not \\u009B\\x0Aput back\n"));
+}
+
 TEST(TableOutput, scanWithoutSamplesHasNoSummary)
 {
     EXPECT_EQ(tableOf(scanOf({})), "      MHz      dBm  -100      -80       -60       -40       -20\n");
