@@ -29,7 +29,7 @@ simulator::Link linkWith(std::uint32_t nrOfEmitters)
 
 void reading(benchmark::State& state)
 {
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     simulator::Receiver receiver(linkWith(static_cast<std::uint32_t>(state.range(0))), clock);
     for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(receiver.reading());

@@ -43,7 +43,7 @@ std::int64_t scanAll(SimulatedTerminal& terminal, const std::vector<TerminalChan
 void inRealTime(benchmark::State& state)
 {
     const std::vector<TerminalChannel> all = channels(1);
-    simulator::RealClock clock;
+    host::RealClock clock;
     SimulatedTerminal terminal(all, clock);
     for ([[maybe_unused]] auto _ : state) {
         scanAll(terminal, all, SDC_CMD_CHANNEL_SCAN_START);
@@ -55,7 +55,7 @@ void inRealTime(benchmark::State& state)
 void inVirtualTime(benchmark::State& state)
 {
     const std::vector<TerminalChannel> all = channels(static_cast<std::uint32_t>(state.range(0)));
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     SimulatedTerminal terminal(all, clock);
     std::int64_t samples = 0;
     for ([[maybe_unused]] auto _ : state) {

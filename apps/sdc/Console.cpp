@@ -67,8 +67,8 @@ std::string resultText(std::int32_t code)
 
 } // namespace
 
-Console::Console(const simulator::Scenario& scenario, RadioChannel channel, std::uint32_t traceLevel,
-    simulator::Clock& clock, std::ostream& output)
+Console::Console(const simulator::Scenario& scenario, RadioChannel channel, std::uint32_t traceLevel, host::Clock& clock,
+    std::ostream& output)
     : m_clock(clock)
     , m_terminal(scenario, clock)
     , m_channel(channel)

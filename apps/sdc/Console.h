@@ -26,7 +26,7 @@ public:
 
     /// @param traceLevel  what the controllers' trace shows on standard error at first
     /// @throws std::out_of_range for a channel that the scenario does not have
-    Console(const simulator::Scenario& scenario, RadioChannel channel, std::uint32_t traceLevel, simulator::Clock& clock,
+    Console(const simulator::Scenario& scenario, RadioChannel channel, std::uint32_t traceLevel, host::Clock& clock,
         std::ostream& output);
 
     /// Obeys a line, of one word at least. Returns false when the console is to end.
@@ -61,7 +61,7 @@ private:
     bool isOngoing() const;
     bool isHeldAfterStop() const;
 
-    simulator::Clock& m_clock;
+    host::Clock& m_clock;
     simulator::SimulatedTerminal m_terminal;
     RadioChannel m_channel;
     std::ostream& m_output;

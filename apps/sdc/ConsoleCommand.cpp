@@ -45,7 +45,7 @@ ExitStatus console(const ConsoleOptions& options, std::istream& input, std::ostr
     const simulator::Scenario scenario = simulator::loadScenario(options.scenario);
     const std::vector<std::uint32_t> wanted = options.channel ? std::vector{*options.channel} : std::vector<std::uint32_t>{};
     const RadioChannel channel = chooseChannels(scenario, wanted).front().number;
-    const std::unique_ptr<simulator::Clock> clock = simulator::makeClock(options.speed);
+    const std::unique_ptr<host::Clock> clock = host::makeClock(options.speed);
     Console console(scenario, channel, options.traceLevel, *clock, output);
     bool goesOn = true;
     bool isUnderstood = true;

@@ -10,7 +10,7 @@
 
 namespace sdc {
 
-using simulator::Clock;
+using host::Clock;
 using simulator::SimulatedTerminal;
 using std::chrono::milliseconds;
 
@@ -27,7 +27,7 @@ ScanSession::ScanSession(
 
 void ScanSession::run(const std::vector<simulator::TerminalChannel>& allChannels)
 {
-    const std::unique_ptr<Clock> clock = simulator::makeClock(m_options.speed);
+    const std::unique_ptr<Clock> clock = host::makeClock(m_options.speed);
     std::optional<SimulatedTerminal> terminal;
     try {
         terminal.emplace(allChannels, *clock);

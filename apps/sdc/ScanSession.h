@@ -38,9 +38,9 @@ public:
     std::vector<ChannelResult> takeResults();
 
 private:
-    void sweepAll(simulator::SimulatedTerminal& terminal, simulator::Clock& clock);
-    void poll(simulator::SimulatedTerminal& terminal, simulator::Clock& clock);
-    void stopAll(simulator::SimulatedTerminal& terminal, simulator::Clock& clock);
+    void sweepAll(simulator::SimulatedTerminal& terminal, host::Clock& clock);
+    void poll(simulator::SimulatedTerminal& terminal, host::Clock& clock);
+    void stopAll(simulator::SimulatedTerminal& terminal, host::Clock& clock);
     void measureAll(simulator::SimulatedTerminal& terminal);
     void finishAll();
     bool goesOn() const;

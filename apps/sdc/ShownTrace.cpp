@@ -16,22 +16,22 @@ ShownTrace::ShownTrace(std::uint32_t level)
     : m_level(static_cast<PlxTraceLevel>(level))
     , m_isLineWrittenOver(isCapableTerminal(STDERR_FILENO))
 {
-    simulator::trace::setLevel("ZRP.SDC", std::max(m_level, PLX_TRACE_LEVEL_INFO));
-    simulator::trace::addSink(*this);
+    host::trace::setLevel("ZRP.SDC", std::max(m_level, PLX_TRACE_LEVEL_INFO));
+    host::trace::addSink(*this);
 }
 
 ShownTrace::~ShownTrace()
 {
-    simulator::trace::removeSink(*this);
+    host::trace::removeSink(*this);
 }
 
-void ShownTrace::write(const simulator::TraceRecord& record)
+void ShownTrace::write(const host::TraceRecord& record)
 {
     constexpr std::size_t longestText = 1000;
-    simulator::TraceRecord plain = record;
+    host::TraceRecord plain = record;
     plain.text = support::shown(record.text, longestText);
     std::ostringstream text;
-    simulator::StreamTraceSink(text, m_level).write(plain);
+    host::StreamTraceSink(text, m_level).write(plain);
     if (!text.view().empty()) {
         std::cerr << (m_isLineWrittenOver ? "\r\033[K" : "") + text.str() << std::flush;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/host/Trace.h"
+#include "host/Trace.h"
 
 #include <cstdint>
 
@@ -8,14 +8,14 @@ namespace sdc {
 
 /// Shows the controllers' trace up to a level on standard error for as long as it lives, each record in one piece and on a
 /// line of its own.
-class ShownTrace : public simulator::TraceSink {
+class ShownTrace : public host::TraceSink {
 public:
     explicit ShownTrace(std::uint32_t level);
     ~ShownTrace() override;
     ShownTrace(const ShownTrace&) = delete;
     ShownTrace& operator=(const ShownTrace&) = delete;
 
-    void write(const simulator::TraceRecord& record) override;
+    void write(const host::TraceRecord& record) override;
 
 private:
     PlxTraceLevel m_level;

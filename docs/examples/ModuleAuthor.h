@@ -11,7 +11,7 @@ inline void tryScans(std::ostream& out)
     using namespace simulator;
     const Scenario scenario = loadScenario("18-f595"); // or a file of your own
     const RadioChannel channel = scenario.channels.front().number;
-    VirtualClock clock; // a sweep of hours takes milliseconds; RealClock takes hours
+    host::VirtualClock clock; // a sweep of hours takes milliseconds; RealClock takes hours
     SimulatedTerminal terminal(scenario, clock);
 
     // Your module finds the controller in the broker, or is given terminal.controller(channel).
@@ -22,16 +22,16 @@ inline void tryScans(std::ostream& out)
     }
     terminal.waitForIdle(channel);
 
-    RecordingTraceSink trace;
-    trace::addSink(trace);
+    host::RecordingTraceSink trace;
+    host::trace::addSink(trace);
     terminal.inject(channel, {Operation::setRxFrequency, FaultAction::refuse, 3}); // the third tuning from now
     terminal.startScan(channel, SDC_CMD_SUB_BAND_SCAN_START);
     const ESDCStatus status = terminal.waitForEnd(channel);
     terminal.waitForIdle(channel);
-    trace::removeSink(trace);
+    host::trace::removeSink(trace);
 
     out << SDCStatus::toString(status) << " after " << terminal.samples(channel).size() << " samples\n";
-    for (const TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         if (record.level == PLX_TRACE_LEVEL_ERROR) {
             out << record.text << '\n';
         }

@@ -210,7 +210,7 @@ Link withoutEmitters(const Link& link)
 /// Declared in the order of dependence: what ends first stands last. Registrations made before one that fails end with the
 /// constructor that throws.
 struct RadioPeers::Published {
-    Published(const Link& theLink, RadioChannel channel, Clock& clock);
+    Published(const Link& theLink, RadioChannel channel, host::Clock& clock);
 
     const Link link; ///< without its emitters, which may be large and are the receiver's
     Receiver receiver;
@@ -234,7 +234,7 @@ struct RadioPeers::Published {
     Registration radioEntry;
 };
 
-RadioPeers::Published::Published(const Link& theLink, RadioChannel channel, Clock& clock)
+RadioPeers::Published::Published(const Link& theLink, RadioChannel channel, host::Clock& clock)
     : link(withoutEmitters(theLink))
     , receiver(theLink, clock)
     , knownFaults(theLink.faults)
@@ -253,7 +253,7 @@ RadioPeers::Published::Published(const Link& theLink, RadioChannel channel, Cloc
 {
 }
 
-RadioPeers::RadioPeers(const Link& link, RadioChannel channel, Clock& clock)
+RadioPeers::RadioPeers(const Link& link, RadioChannel channel, host::Clock& clock)
     : m_published(std::make_unique<Published>(link, channel, clock))
 {
 }

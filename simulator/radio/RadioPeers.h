@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/Host/RadioChannel.h"
-#include "simulator/host/Clock.h"
+#include "host/Clock.h"
 #include "simulator/radio/Link.h"
 #include "simulator/radio/Receiver.h"
 
@@ -22,7 +22,7 @@ public:
     /// The link is copied; the clock must outlive the peers.
     /// @throws std::invalid_argument when a terminal cannot work with the link; std::runtime_error that names the interface
     /// when one of the names is taken. Nothing stays published then.
-    RadioPeers(const Link& link, RadioChannel channel, Clock& clock);
+    RadioPeers(const Link& link, RadioChannel channel, host::Clock& clock);
     ~RadioPeers();
 
     RadioPeers(const RadioPeers&) = delete;

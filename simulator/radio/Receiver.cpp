@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::int32_t failed = 32768;
 
-double inMs(Clock::Duration duration)
+double inMs(host::Clock::Duration duration)
 {
     return std::chrono::duration<double, std::milli>(duration).count();
 }
@@ -25,7 +25,7 @@ double uniform(std::mt19937_64& random)
 
 } // namespace
 
-Receiver::Receiver(const Link& link, Clock& clock)
+Receiver::Receiver(const Link& link, host::Clock& clock)
     : m_air(requirePossible(link).emitters,
         {link.filterWidth_kHz, link.noiseFigure_dB, link.ultimateRejection_dB, link.saturation_dBm},
         Fading(link.rain, link.notches))
@@ -45,7 +45,7 @@ std::int32_t Receiver::tune(std::uint32_t frequency_kHz)
     if (frequency_kHz < m_lowest_kHz || frequency_kHz > m_highest_kHz) {
         return failed;
     }
-    const Clock::Duration now = m_clock.now();
+    const host::Clock::Duration now = m_clock.now();
     const std::lock_guard<std::mutex> guard(m_guard);
     const double shown_dBm = levelAt(now);
     m_ahead_dB = shown_dBm - m_air.rssi_dBm(frequency_kHz, inMs(now));
@@ -57,7 +57,7 @@ std::int32_t Receiver::tune(std::uint32_t frequency_kHz)
 std::int32_t Receiver::reading()
 {
     constexpr double hundredthsPerDecibel = 100.0;
-    const Clock::Duration now = m_clock.now();
+    const host::Clock::Duration now = m_clock.now();
     const std::lock_guard<std::mutex> guard(m_guard);
     const double level_dBm = levelAt(now) + m_jitter_dB * normalDeviate();
     return static_cast<std::int32_t>(std::lround(hundredthsPerDecibel * level_dBm));
@@ -69,9 +69,9 @@ std::uint32_t Receiver::frequency_kHz() const
     return m_frequency_kHz;
 }
 
-double Receiver::levelAt(Clock::Duration time) const
+double Receiver::levelAt(host::Clock::Duration time) const
 {
-    const Clock::Duration seen = std::max(time, m_tunedAt);
+    const host::Clock::Duration seen = std::max(time, m_tunedAt);
     const double remaining = std::exp(-inMs(seen - m_tunedAt) / m_settlingTime_ms);
     return m_air.rssi_dBm(m_frequency_kHz, inMs(seen)) + m_ahead_dB * remaining;
 }

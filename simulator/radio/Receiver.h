@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/host/Clock.h"
+#include "host/Clock.h"
 #include "simulator/radio/Air.h"
 #include "simulator/radio/Link.h"
 
@@ -23,7 +23,7 @@ class Receiver {
 public:
     /// Tuned to the link's configured frequency, and settled. The clock must outlive the receiver, the link need not.
     /// @throws std::invalid_argument when a terminal cannot work with the link
-    Receiver(const Link& link, Clock& clock);
+    Receiver(const Link& link, host::Clock& clock);
 
     /// Returns 0; or 32768, and stays where it is, for a frequency outside the link's receive range.
     std::int32_t tune(std::uint32_t frequency_kHz);
@@ -34,12 +34,12 @@ public:
     std::uint32_t frequency_kHz() const;
 
 private:
-    double levelAt(Clock::Duration time) const;
+    double levelAt(host::Clock::Duration time) const;
     double normalDeviate();
 
     // Set once.
     const Air m_air;
-    Clock& m_clock;
+    host::Clock& m_clock;
     const std::uint32_t m_lowest_kHz;
     const std::uint32_t m_highest_kHz;
     const double m_settlingTime_ms;
@@ -48,7 +48,7 @@ private:
     // Behind the guard.
     mutable std::mutex m_guard;
     std::uint32_t m_frequency_kHz;
-    Clock::Duration m_tunedAt;
+    host::Clock::Duration m_tunedAt;
     double m_ahead_dB = 0.0; ///< by how much the reading was above the new level when the receiver was tuned
     std::mt19937_64 m_random;
 };

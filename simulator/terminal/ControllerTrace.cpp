@@ -67,7 +67,7 @@ std::optional<std::string> parseWaiting(std::string_view text)
 
 } // namespace
 
-void ControllerTrace::write(const TraceRecord& record)
+void ControllerTrace::write(const host::TraceRecord& record)
 {
     if (record.component != component) {
         return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/host/Trace.h"
+#include "host/Trace.h"
 #include "simulator/terminal/ScanPlan.h"
 
 #include "Platform/Host/RadioChannel.h"
@@ -25,11 +25,11 @@ public:
 
 /// Reads out of the controllers' trace what their interface does not tell: the plans and that a sweep has begun, from the
 /// parameter dumps (trace level 5), and the exceptions that ended a worker or let none begin (trace level 1).
-class ControllerTrace : public TraceSink {
+class ControllerTrace : public host::TraceSink {
 public:
     static constexpr const char* component = "ZRP.SDC";
 
-    void write(const TraceRecord& record) override;
+    void write(const host::TraceRecord& record) override;
 
     /// The plan of the channel's last sweep; nothing before a sweep has begun. A dump that lacks something is no plan.
     std::optional<ScanPlan> planOf(RadioChannel channel) const;

@@ -11,7 +11,7 @@ std::optional<ScanPlan> previewPlan(const TerminalChannel& channel, ESDCCommand 
 {
     TerminalChannel untunable = channel;
     untunable.link.faults = {{Operation::setRxFrequency, FaultAction::refuse, 1, Fault::all}};
-    VirtualClock clock;
+    host::VirtualClock clock;
     SimulatedTerminal terminal(std::vector{untunable}, clock);
     terminal.controller(channel.number).getSpectrumDiagnosticsProperties();
     const ScanStart started = terminal.startScan(channel.number, start);

@@ -1,6 +1,6 @@
 #include "simulator/terminal/SimulatedTerminal.h"
 
-#include "simulator/host/ModuleManager.h"
+#include "host/ModuleManager.h"
 #include "simulator/radio/RadioPeers.h"
 #include "simulator/terminal/ControllerConstruction.h"
 
@@ -19,9 +19,9 @@ using std::chrono::milliseconds;
 
 void traceAtLeast(const std::string& component, PlxTraceLevel level)
 {
-    for (const TraceComponentInfo& info : trace::components()) {
+    for (const host::TraceComponentInfo& info : host::trace::components()) {
         if (info.name == component && info.level < level) {
-            trace::setLevel(component, level);
+            host::trace::setLevel(component, level);
         }
     }
 }
@@ -29,7 +29,7 @@ void traceAtLeast(const std::string& component, PlxTraceLevel level)
 /// Holds a clock for as long as it lives.
 class ClockHold {
 public:
-    explicit ClockHold(Clock& clock)
+    explicit ClockHold(host::Clock& clock)
         : m_clock(clock)
     {
         m_clock.hold();
@@ -39,14 +39,14 @@ public:
     ClockHold& operator=(const ClockHold&) = delete;
 
 private:
-    Clock& m_clock;
+    host::Clock& m_clock;
 };
 
 } // namespace
 
 /// In the order of construction: the controller goes before the peers that it uses.
 struct SimulatedTerminal::Channel {
-    Channel(const TerminalChannel& channel, Clock& clock)
+    Channel(const TerminalChannel& channel, host::Clock& clock)
         : number(channel.number)
         , peers(channel.link, channel.number, clock)
         , controller(constructController(channel.number))
@@ -58,7 +58,7 @@ struct SimulatedTerminal::Channel {
     std::unique_ptr<ModuleInterface> controller;
 };
 
-SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock)
+SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, host::Clock& clock)
     : m_clock(clock)
     , m_sleepInForce(clock)
     , m_traceInForce(m_trace)
@@ -67,9 +67,9 @@ SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channel
     for (const TerminalChannel& channel : channels) {
         m_channels.push_back(std::make_unique<Channel>(channel, clock));
     }
-    const std::vector<PhaseFailure> failures = ModuleManager::instance().start();
+    const std::vector<host::PhaseFailure> failures = host::ModuleManager::instance().start();
     if (!failures.empty()) {
-        const PhaseFailure& failure = failures.front();
+        const host::PhaseFailure& failure = failures.front();
         throw NotUp(failure.module + " did not come up: " + failure.phase + " returned " + std::to_string(failure.result));
     }
     requireWorkers();
@@ -90,7 +90,7 @@ void SimulatedTerminal::requireWorkers() const
 SimulatedTerminal::~SimulatedTerminal()
 {
     m_clock.hurry();
-    ModuleManager::instance().stop();
+    host::ModuleManager::instance().stop();
     m_channels.clear();
     m_clock.endHurry();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/host/Clock.h"
-#include "simulator/host/Trace.h"
+#include "host/Clock.h"
+#include "host/Trace.h"
 #include "simulator/scenario/Scenario.h"
 #include "simulator/terminal/ControllerTrace.h"
 #include "simulator/terminal/ScanPlan.h"
@@ -41,8 +41,8 @@ public:
     /// Brings the terminal up. Throws std::invalid_argument for a link that cannot work, NotUp, and what a peer throws
     /// while a module binds it.
     /// @param clock  the terminal's time; must outlive it
-    SimulatedTerminal(const std::vector<TerminalChannel>& channels, Clock& clock);
-    SimulatedTerminal(const Scenario& scenario, Clock& clock)
+    SimulatedTerminal(const std::vector<TerminalChannel>& channels, host::Clock& clock);
+    SimulatedTerminal(const Scenario& scenario, host::Clock& clock)
         : SimulatedTerminal(scenario.channels, clock)
     {
     }
@@ -104,10 +104,10 @@ private:
     bool isOngoing(RadioChannel channel) const;
     int sweepsUnderWay() const;
 
-    Clock& m_clock;
-    SleepServiceInForce m_sleepInForce;
+    host::Clock& m_clock;
+    host::SleepServiceInForce m_sleepInForce;
     ControllerTrace m_trace;
-    trace::SinkInForce m_traceInForce;
+    host::trace::SinkInForce m_traceInForce;
     std::vector<std::unique_ptr<Channel>> m_channels;
 };
 

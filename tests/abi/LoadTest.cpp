@@ -4,8 +4,8 @@
 #include "tests/support/FakePeers.h"
 #include "tests/support/Waiting.h"
 
-#include "simulator/host/Clock.h"
-#include "simulator/host/ModuleManager.h"
+#include "host/Clock.h"
+#include "host/ModuleManager.h"
 
 #include "Platform/Host/InterfaceBroker.h"
 
@@ -128,8 +128,8 @@ protected:
     std::uint32_t receiver_kHz = 0;
 
 private:
-    simulator::VirtualClock m_clock;
-    simulator::SleepServiceInForce m_sleepInForce{m_clock};
+    host::VirtualClock m_clock;
+    host::SleepServiceInForce m_sleepInForce{m_clock};
 };
 
 TEST_F(Load, libraryCanBeUsedAndUnloadedAHundredTimes)
@@ -147,7 +147,7 @@ TEST_F(Load, libraryCanBeUsedAndUnloadedAHundredTimes)
         loadAndScan();
         EXPECT_FALSE(isMapped());
         EXPECT_EQ(InterfaceBroker::getInstance().interfaces().size(), published);
-        EXPECT_TRUE(simulator::ModuleManager::instance().modules().empty());
+        EXPECT_TRUE(host::ModuleManager::instance().modules().empty());
     }
 }
 

@@ -1,6 +1,6 @@
 // What is read out of the controllers' trace, and that a trace which is not understood is an error of its own.
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 #include "simulator/terminal/PlanPreview.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
@@ -64,20 +64,20 @@ class SilentDump : public testing::Test {
 protected:
     SilentDump()
     {
-        simulator::setHostObserver([](const std::string& event) {
+        host::setHostObserver([](const std::string& event) {
             if (event == "thread.name SpectDiagCtrl1") {
-                simulator::trace::setLevel(ControllerTrace::component, PLX_TRACE_LEVEL_ERROR);
+                host::trace::setLevel(ControllerTrace::component, PLX_TRACE_LEVEL_ERROR);
             }
         });
     }
-    ~SilentDump() override { simulator::setHostObserver({}); }
+    ~SilentDump() override { host::setHostObserver({}); }
 
     const simulator::Scenario scenario = simulator::loadScenario("18-f595");
 };
 
 TEST_F(SilentDump, ofAStartThatIsTakenIsAnErrorOfItsOwn)
 {
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     SimulatedTerminal terminal(scenario, clock);
     EXPECT_THAT([&] { terminal.startScan(channel1, SDC_CMD_CHANNEL_SCAN_START); },
         testing::ThrowsMessage<TraceNotUnderstood>(

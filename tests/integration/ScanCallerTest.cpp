@@ -11,7 +11,7 @@ constexpr RadioChannel channel{1};
 
 TEST(ScanCaller, runsOneScanAfterAnother)
 {
-    simulator::RealClock clock(200); // fast, but with a time in which the scan shows as ongoing
+    host::RealClock clock(200); // fast, but with a time in which the scan shows as ongoing
     const simulator::SimulatedTerminal terminal(simulator::loadScenario("18-f595"), clock);
     ISpectrumDiagnosticsController& controller = terminal.controller(channel);
     for (int round = 0; round < 3; ++round) {
@@ -22,7 +22,7 @@ TEST(ScanCaller, runsOneScanAfterAnother)
 
 TEST(ScanCaller, getsNothingFromAUnitThatIsNotSupported)
 {
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     simulator::Link link = simulator::loadScenario("18-f595").channels.front().link;
     link.unitTypeText = "unheard of";
     const simulator::SimulatedTerminal terminal({{channel, link}}, clock);
@@ -31,7 +31,7 @@ TEST(ScanCaller, getsNothingFromAUnitThatIsNotSupported)
 
 TEST(ScanCaller, givesUpOnAScanThatTakesLongerThanItsLimit)
 {
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     const simulator::SimulatedTerminal terminal(simulator::loadScenario("18-f595"), clock);
     clock.hold(); // as if the worker had died in its sweep
     EXPECT_TRUE(runScan(terminal.controller(channel), SDC_CMD_CHANNEL_SCAN_START, std::chrono::milliseconds(0)).empty());

@@ -79,7 +79,7 @@ TEST_P(EveryScenario, withoutFaultsIsScannedWholeBothWaysAndPutsTheReceiverBack)
     for (TerminalChannel& channel : flawless.channels) {
         channel.link.faults.clear();
     }
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     SimulatedTerminal terminal(flawless, clock);
     scanAll(terminal, flawless, SDC_CMD_CHANNEL_SCAN_START);
     for (const TerminalChannel& channel : flawless.channels) {
@@ -95,7 +95,7 @@ TEST_P(EveryScenario, isScannedAsPreviewed)
 {
     for (const ESDCCommand start : {SDC_CMD_CHANNEL_SCAN_START, SDC_CMD_SUB_BAND_SCAN_START}) {
         const ScanPlan preview = simulator::previewPlan(scenario.channels.front(), start).value();
-        simulator::VirtualClock clock;
+        host::VirtualClock clock;
         SimulatedTerminal terminal(scenario, clock);
         scanAll(terminal, scenario, start);
         const ScanPlan plan = terminal.plan(scenario.channels.front().number).value();
@@ -110,7 +110,7 @@ TEST_P(EveryScenario, givesTheSameSamplesAgain)
 {
     std::vector<std::vector<SDCResult>> runs;
     for (const double factor : {0.0, 1e9}) {
-        const std::unique_ptr<simulator::Clock> clock = simulator::makeClock(factor);
+        const std::unique_ptr<host::Clock> clock = host::makeClock(factor);
         SimulatedTerminal terminal(scenario, *clock);
         scanAll(terminal, scenario, SDC_CMD_SUB_BAND_SCAN_START);
         runs.push_back(terminal.samples(scenario.channels.front().number));
@@ -132,7 +132,7 @@ TEST(ManyChannels, sixtyFourScanAtOnceEachWithTheSamplesItHasAlone)
         scenario.channels.push_back({RadioChannel{number}, link});
         scenario.channels.back().link.seed = number;
     }
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     std::vector<std::vector<SDCResult>> together;
     {
         SimulatedTerminal terminal(scenario, clock);

@@ -1,6 +1,6 @@
 // A terminal whose radio misbehaves: what the controller makes of it, and what the terminal tells about it.
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 #include "simulator/terminal/PlanPreview.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
@@ -48,7 +48,7 @@ protected:
         return status;
     }
 
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     std::unique_ptr<SimulatedTerminal> terminal;
 };
 
@@ -165,15 +165,15 @@ TEST(PlanPreview, isThePlanOfTheScanThatFollowsWhateverTheFaults)
 
 TEST(PlanPreview, takesNoReadingAndWaitsForNothing)
 {
-    simulator::RecordingTraceSink sink;
-    simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DETAIL);
-    const simulator::trace::SinkInForce inForce(sink);
+    host::RecordingTraceSink sink;
+    host::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DETAIL);
+    const host::trace::SinkInForce inForce(sink);
     std::atomic<int> sleeps{0};
-    simulator::setHostObserver([&sleeps](const std::string& event) { sleeps += event == "sleep.get" ? 1 : 0; });
+    host::setHostObserver([&sleeps](const std::string& event) { sleeps += event == "sleep.get" ? 1 : 0; });
     EXPECT_EQ(simulator::previewPlan({channel1, tests::plainLink()}, SDC_CMD_SUB_BAND_SCAN_START).value().samples, 500);
-    simulator::setHostObserver({});
+    host::setHostObserver({});
     EXPECT_EQ(sleeps, 0);
-    for (const simulator::TraceRecord& record : sink.records()) {
+    for (const host::TraceRecord& record : sink.records()) {
         EXPECT_THAT(record.text, Not(StartsWith("Read RSSI")));
     }
 }

@@ -1,8 +1,8 @@
 // The real library in a whole terminal: brought up, commanded, polled and taken down through the host's life cycle and the
 // published interface alone.
 
-#include "simulator/host/HostObserver.h"
-#include "simulator/host/ModuleManager.h"
+#include "host/HostObserver.h"
+#include "host/ModuleManager.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
 #include "Platform/Host/InterfaceBroker.h"
@@ -54,7 +54,7 @@ protected:
         return terminal->waitForEnd(channel);
     }
 
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     std::unique_ptr<SimulatedTerminal> terminal;
 };
 
@@ -137,9 +137,9 @@ public:
     explicit StandsBeforeItsEnd(int nrOfSamples)
         : m_nrOfSamples(nrOfSamples)
     {
-        simulator::setHostObserver([this](const std::string& event) { see(event); });
+        host::setHostObserver([this](const std::string& event) { see(event); });
     }
-    ~StandsBeforeItsEnd() { simulator::setHostObserver({}); }
+    ~StandsBeforeItsEnd() { host::setHostObserver({}); }
     StandsBeforeItsEnd(const StandsBeforeItsEnd&) = delete;
     StandsBeforeItsEnd& operator=(const StandsBeforeItsEnd&) = delete;
 
@@ -267,20 +267,20 @@ TEST_F(Terminal, workerThreadsAreNamedWithinWhatLinuxTakes)
 }
 
 /// Keeps the controllers' trace at every level.
-class TraceTexts : public simulator::RecordingTraceSink {
+class TraceTexts : public host::RecordingTraceSink {
 public:
     TraceTexts()
     {
-        simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DETAIL);
-        simulator::trace::addSink(*this);
+        host::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DETAIL);
+        host::trace::addSink(*this);
     }
-    ~TraceTexts() override { simulator::trace::removeSink(*this); }
+    ~TraceTexts() override { host::trace::removeSink(*this); }
     TraceTexts(const TraceTexts&) = delete;
     TraceTexts& operator=(const TraceTexts&) = delete;
 
     std::size_t count(const std::string& begin) const
     {
-        const std::vector<simulator::TraceRecord> all = records();
+        const std::vector<host::TraceRecord> all = records();
         return static_cast<std::size_t>(
             std::ranges::count_if(all, [&begin](const auto& record) { return record.text.starts_with(begin); }));
     }
@@ -289,7 +289,7 @@ public:
 TEST_F(Terminal, takingItDownDuringASweepLetsTheSweepEndWithoutItsTimeAndLeavesNothingBehind)
 {
     const TraceTexts texts;
-    simulator::RealClock slow(0.001); // the first settle delay alone takes 50 minutes
+    host::RealClock slow(0.001); // the first settle delay alone takes 50 minutes
     {
         SimulatedTerminal slowTerminal({{channel1, firstLink()}}, slow);
         ASSERT_EQ(slowTerminal.startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
@@ -297,7 +297,7 @@ TEST_F(Terminal, takingItDownDuringASweepLetsTheSweepEndWithoutItsTimeAndLeavesN
     EXPECT_EQ(texts.count("Read RSSI "), 500U);
     EXPECT_EQ(texts.count("Failed to restore"), 0U);
     EXPECT_EQ(texts.count("Thread exited with m_status sub-band-scan-finished"), 1U);
-    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
 }
 
@@ -308,7 +308,7 @@ TEST_F(Terminal, takingItDownRightAfterAStartNeverHangs)
         terminal->controller(channel1).setCommand(SDC_CMD_CHANNEL_SCAN_START, 0);
         terminal.reset();
     }
-    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
 }
 
 /// A module of the host's that does not come up.
@@ -329,7 +329,7 @@ TEST_F(Terminal, aModuleThatDoesNotComeUpIsNamedAndNothingIsLeftBehind)
             testing::ThrowsMessage<simulator::NotUp>("Failing did not come up: onModuleInit returned 32769"));
     }
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
-    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
 }
 
 /// While it lives no thread can be created: none has room for its stack.
@@ -365,14 +365,14 @@ TEST_F(Terminal, aWorkerThatCannotBeCreatedIsToldAndNothingIsLeftBehind)
                 "channel 1 has no worker: Thread SpectDiagCtrl1 caught exception [Resource temporarily unavailable]."));
     }
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
-    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
     bringUp();
     EXPECT_EQ(scan(channel1, SDC_CMD_CHANNEL_SCAN_START), SDC_STATUS_CHANNEL_SCAN_FINISHED);
 }
 
 TEST_F(Terminal, aWorkerWithoutAKnownReasonIsToldToo)
 {
-    simulator::setHostObserver([](const std::string& event) {
+    host::setHostObserver([](const std::string& event) {
         if (event == "thread.name SpectDiagCtrl1") {
             throw 1;
         }
@@ -380,7 +380,7 @@ TEST_F(Terminal, aWorkerWithoutAKnownReasonIsToldToo)
     EXPECT_THAT([this] { bringUp(); },
         testing::ThrowsMessage<simulator::NotUp>(
             "channel 1 has no worker: Unknown exception when trying to create the thread SpectDiagCtrl1"));
-    simulator::setHostObserver({});
+    host::setHostObserver({});
 }
 
 TEST_F(Terminal, aLinkThatCannotWorkOrATakenNameLeavesNothingBehind)
@@ -396,7 +396,7 @@ TEST_F(Terminal, aLinkThatCannotWorkOrATakenNameLeavesNothingBehind)
     EXPECT_THROW(bringUp(), std::runtime_error);
     InterfaceBroker::getInstance().unregisterInterface("IRadio_1");
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
-    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
 }
 
 TEST_F(Terminal, unknownChannelIsNamed)

@@ -8,9 +8,9 @@
 #include "tests/support/Waiting.h"
 
 #include "Platform/Host/InterfaceBroker.h"
-#include "simulator/host/Clock.h"
-#include "simulator/host/ModuleManager.h"
-#include "simulator/host/Trace.h"
+#include "host/Clock.h"
+#include "host/ModuleManager.h"
+#include "host/Trace.h"
 
 #include <gtest/gtest.h>
 
@@ -67,7 +67,7 @@ ESDCStatus ongoingBefore(ESDCStatus finished)
 
 class AllocationCampaign : public testing::TestWithParam<PlxTraceLevel> {
 protected:
-    AllocationCampaign() { simulator::trace::setLevel("ZRP.SDC", GetParam()); }
+    AllocationCampaign() { host::trace::setLevel("ZRP.SDC", GetParam()); }
 
     /// A life in which the allocation after so many fails. @return whether there was one
     bool live(std::int64_t nrOfPasses)
@@ -93,7 +93,7 @@ protected:
             controller = std::make_unique<SpectrumDiagnosticsController>(RadioChannel{7});
         } catch (const std::bad_alloc&) {
             const Exempt test;
-            EXPECT_TRUE(simulator::ModuleManager::instance().modules().empty());
+            EXPECT_TRUE(host::ModuleManager::instance().modules().empty());
             EXPECT_FALSE(InterfaceBroker::getInstance().interfaces().contains("ISpectrumDiagnosticsController_7"));
         }
     }
@@ -180,7 +180,7 @@ protected:
 
     support::PlainPeers peers{7};
     NoSleep sleep;
-    simulator::SleepServiceInForce sleepInForce{sleep};
+    host::SleepServiceInForce sleepInForce{sleep};
     std::unique_ptr<SpectrumDiagnosticsController> controller;
     bool hasInitialised = false;
     std::ptrdiff_t threadsBefore = nrOfLastingThreads();

@@ -68,7 +68,7 @@ class ModelReplay : public support::WorkerFixture {
 protected:
     ModelReplay()
     {
-        traceIntoLog.onWrite = [this](const simulator::TraceRecord& record) {
+        traceIntoLog.onWrite = [this](const host::TraceRecord& record) {
             if (record.isEntry && std::string(record.header->function) == "scanThread") {
                 isWorker = true;
                 worker = support::KernelThread::current();

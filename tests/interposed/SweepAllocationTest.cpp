@@ -7,8 +7,8 @@
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
 #include "Platform/Radio/IRssiHandler.h"
-#include "simulator/host/Clock.h"
-#include "simulator/host/Trace.h"
+#include "host/Clock.h"
+#include "host/Trace.h"
 
 #include <gmock/gmock.h>
 
@@ -77,7 +77,7 @@ class SweepAllocation : public testing::Test {
 protected:
     SweepAllocation()
     {
-        simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DEFAULT);
+        host::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_DEFAULT);
         inspect.m_frequencyController() = &frequencyController;
         inspect.m_rssiHandler() = &rssiHandler;
         inspect.m_propertiesProvider() = std::make_unique<QuietProvider>();
@@ -97,7 +97,7 @@ protected:
     }
 
     QuietSleep sleep;
-    simulator::SleepServiceInForce sleepInForce{sleep};
+    host::SleepServiceInForce sleepInForce{sleep};
     CountingFrequencyController frequencyController;
     QuietRssiHandler rssiHandler;
     SpectrumDiagnosticsController controller{RadioChannel{7}};
@@ -137,7 +137,7 @@ TEST_F(SweepAllocation, sweepThatFindsRoomAllocatesNothing)
 TEST_F(SweepAllocation, levelsThatAreOffBuildNoText)
 {
     for (const std::uint32_t level : {0U, 1U, 4U}) {
-        simulator::trace::setLevel("ZRP.SDC", static_cast<PlxTraceLevel>(level));
+        host::trace::setLevel("ZRP.SDC", static_cast<PlxTraceLevel>(level));
         inspect.m_results().reserve(nrOfSamples);
         request();
         const std::size_t atStart = nrOfAllocations;
@@ -148,13 +148,13 @@ TEST_F(SweepAllocation, levelsThatAreOffBuildNoText)
 
 TEST_F(SweepAllocation, memoryThatRunsOutEndsTheWorkerAndKeepsTheSamplesTakenBefore)
 {
-    simulator::RecordingTraceSink trace;
-    simulator::trace::addSink(trace);
+    host::RecordingTraceSink trace;
+    host::trace::addSink(trace);
     inspect.m_progress() = 42;
     rssiHandler.failingReading = 3; // the third sample needs more room
     inspect.scanThread();
-    simulator::trace::removeSink(trace);
-    const std::vector<simulator::TraceRecord> records = trace.records();
+    host::trace::removeSink(trace);
+    const std::vector<host::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(records[0].level, PLX_TRACE_LEVEL_ERROR);
     EXPECT_EQ(records[0].text, "Exception timerThread SpectDiagCtrl7: std::bad_alloc");
@@ -179,12 +179,12 @@ TEST_F(SweepAllocation, memoryThatRunsOutForTheThreadsNameIsTracedAndInitialisat
     SpectrumDiagnosticsController other{RadioChannel{channel}};
     const ControllerInspector inspectOther{other};
     inspectOther.m_propertiesProvider() = std::make_unique<FailingWhenGone>();
-    simulator::RecordingTraceSink trace;
-    simulator::trace::addSink(trace);
+    host::RecordingTraceSink trace;
+    host::trace::addSink(trace);
     EXPECT_EQ(other.onModuleInit(), 0U);
     lettingPass = -1;
-    simulator::trace::removeSink(trace);
-    const std::vector<simulator::TraceRecord> records = trace.records();
+    host::trace::removeSink(trace);
+    const std::vector<host::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(records[0].level, PLX_TRACE_LEVEL_ERROR);
     EXPECT_EQ(records[0].text, "Thread  caught exception [std::bad_alloc].");

@@ -3,7 +3,7 @@
 #include "tests/unit/PlanningFixture.h"
 #include "tests/unit/PlanningReference.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -27,7 +27,7 @@ public:
     Planner()
     {
         setTraceLevel(PLX_TRACE_LEVEL_OFF);
-        simulator::setHostObserver({}); // it would be told of every trace level asked for
+        host::setHostObserver({}); // it would be told of every trace level asked for
     }
     void TestBody() override {}
 

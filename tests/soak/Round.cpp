@@ -5,7 +5,7 @@
 #include "tests/soak/SoakFailure.h"
 
 #include "Platform/Host/InterfaceBroker.h"
-#include "simulator/host/ModuleManager.h"
+#include "host/ModuleManager.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -29,7 +29,7 @@ std::string nameOf(RadioChannel channel)
 void requireEmptyHost()
 {
     require(InterfaceBroker::getInstance().interfaces().empty(), "interfaces stay behind in the broker");
-    require(simulator::ModuleManager::instance().modules().empty(), "modules stay behind in the host");
+    require(host::ModuleManager::instance().modules().empty(), "modules stay behind in the host");
 }
 
 } // namespace
@@ -38,14 +38,14 @@ Round::Round(const std::vector<simulator::Link>& links, std::uint64_t seed, Tall
     : m_links(links)
     , m_dice(seed)
     , m_tally(tally)
-    , m_clock(simulator::makeClock(m_dice.oneIn(8) ? 1e7 : 0.0)) // 60 s in 6 us: sweeps that overlap elsewhere
+    , m_clock(host::makeClock(m_dice.oneIn(8) ? 1e7 : 0.0)) // 60 s in 6 us: sweeps that overlap elsewhere
 {
 }
 
 void Round::run()
 {
     constexpr PlxTraceLevel levels[] = {PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_LEVEL_INFO, PLX_TRACE_LEVEL_DETAIL};
-    simulator::trace::setLevel("ZRP.SDC", m_dice.pick(levels));
+    host::trace::setLevel("ZRP.SDC", m_dice.pick(levels));
     if (!bringUp()) {
         requireEmptyHost();
         return;

@@ -4,7 +4,7 @@
 #include "tests/soak/Dice.h"
 #include "tests/soak/ScanCheck.h"
 
-#include "simulator/host/Clock.h"
+#include "host/Clock.h"
 #include "simulator/terminal/SimulatedTerminal.h"
 
 #include <cstdint>
@@ -60,7 +60,7 @@ private:
     const std::vector<simulator::Link>& m_links;
     Dice m_dice;
     Tally& m_tally;
-    std::unique_ptr<simulator::Clock> m_clock;
+    std::unique_ptr<host::Clock> m_clock;
     std::vector<Lane> m_lanes;
     std::unique_ptr<simulator::SimulatedTerminal> m_terminal;
 };

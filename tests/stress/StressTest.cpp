@@ -6,8 +6,8 @@
 #include "tests/support/PlainPeers.h"
 #include "tests/support/Waiting.h"
 
-#include "simulator/host/Clock.h"
-#include "simulator/host/Trace.h"
+#include "host/Clock.h"
+#include "host/Trace.h"
 
 #include <gtest/gtest.h>
 
@@ -162,9 +162,9 @@ private:
 
 TEST(Stress, commandersAndPollersOfSeveralChannelsGetOnTogether)
 {
-    simulator::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_OFF);
+    host::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_OFF);
     Yield yield;
-    const simulator::SleepServiceInForce sleepInForce(yield);
+    const host::SleepServiceInForce sleepInForce(yield);
     std::vector<std::unique_ptr<Channel>> channels;
     for (std::uint32_t number = 1; number <= nrOfChannels; ++number) {
         channels.push_back(std::make_unique<Channel>(number));

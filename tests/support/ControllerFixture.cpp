@@ -1,12 +1,12 @@
 #include "tests/support/ControllerFixture.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <ostream>
 
 namespace support {
 
-void TraceIntoLog::write(const simulator::TraceRecord& record)
+void TraceIntoLog::write(const host::TraceRecord& record)
 {
     const std::string level = std::to_string(record.level);
     if (record.isEntry) {
@@ -21,10 +21,10 @@ void TraceIntoLog::write(const simulator::TraceRecord& record)
 
 HostFixture::HostFixture()
 {
-    simulator::trace::addSink(trace);
-    simulator::trace::addSink(traceIntoLog);
+    host::trace::addSink(trace);
+    host::trace::addSink(traceIntoLog);
     setTraceLevel(PLX_TRACE_LEVEL_DETAIL);
-    simulator::setHostObserver([this](const std::string& event) {
+    host::setHostObserver([this](const std::string& event) {
         if (!event.starts_with("trace.")) {
             log.add(event);
         }
@@ -36,20 +36,20 @@ HostFixture::HostFixture()
 
 HostFixture::~HostFixture()
 {
-    simulator::setHostObserver({});
-    simulator::trace::removeSink(traceIntoLog);
-    simulator::trace::removeSink(trace);
+    host::setHostObserver({});
+    host::trace::removeSink(traceIntoLog);
+    host::trace::removeSink(trace);
 }
 
 void HostFixture::setTraceLevel(std::uint32_t level)
 {
-    simulator::trace::setLevel(component, static_cast<PlxTraceLevel>(level));
+    host::trace::setLevel(component, static_cast<PlxTraceLevel>(level));
 }
 
 std::vector<std::string> HostFixture::traceTexts(std::uint32_t level) const
 {
     std::vector<std::string> texts;
-    for (const simulator::TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         if (!record.isEntry && record.level == level) {
             texts.push_back(record.text);
         }

@@ -5,8 +5,8 @@
 #include "tests/support/FakePeers.h"
 #include "tests/support/ScriptedSleep.h"
 
-#include "simulator/host/Clock.h"
-#include "simulator/host/Trace.h"
+#include "host/Clock.h"
+#include "host/Trace.h"
 
 #include <gtest/gtest.h>
 
@@ -21,15 +21,15 @@ namespace support {
 inline const std::string component = "ZRP.SDC";
 
 /// Writes trace records into the log: "trace LEVEL TEXT", "enter LEVEL FUNCTION" or "enter LEVEL FUNCTION: TEXT".
-class TraceIntoLog : public simulator::TraceSink {
+class TraceIntoLog : public host::TraceSink {
 public:
     explicit TraceIntoLog(CallLog& log)
         : m_log(log)
     {
     }
-    void write(const simulator::TraceRecord& record) override;
+    void write(const host::TraceRecord& record) override;
 
-    std::function<void(const simulator::TraceRecord& record)> onWrite; ///< runs after the record is logged
+    std::function<void(const host::TraceRecord& record)> onWrite; ///< runs after the record is logged
 
 private:
     CallLog& m_log;
@@ -47,7 +47,7 @@ protected:
     std::vector<std::string> traceTexts(std::uint32_t level) const;
 
     CallLog log;
-    simulator::RecordingTraceSink trace; ///< the same records in full, with their headers
+    host::RecordingTraceSink trace; ///< the same records in full, with their headers
     TraceIntoLog traceIntoLog{log};
     ScriptedSleep sleep{log};
 
@@ -56,7 +56,7 @@ protected:
     std::function<void(const std::string& event)> onHostEvent;
 
 private:
-    simulator::SleepServiceInForce m_sleepInForce{sleep};
+    host::SleepServiceInForce m_sleepInForce{sleep};
 };
 
 /// A host with six fake peers, and one controller that a test constructs and initialises when it wants to.

@@ -209,7 +209,7 @@ TEST_F(CommandTrace, levelDecidesOnTheRecordsAndOnNothingElse)
 
 TEST_F(CommandTrace, errnoSurvivesAHostThatChangesIt)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = ERANGE; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = ERANGE; };
     for (const std::uint32_t level : {0U, 1U, 5U, 6U, 7U}) {
         SCOPED_TRACE(level);
         setTraceLevel(level);
@@ -224,7 +224,7 @@ TEST_F(CommandTrace, eachSiteHasItsOwnHeaderAndKeepsIt)
     giveAll();
     std::map<std::string, std::set<const PlxTraceHeader*>> headersOf;
     std::set<const PlxTraceHeader*> headers;
-    for (const simulator::TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         const std::string site = record.isEntry ? std::string("enter ") + record.header->function : record.text;
         headersOf[site].insert(record.header);
         headers.insert(record.header);

@@ -3,7 +3,7 @@
 #include "tests/support/ControllerFixture.h"
 
 #include "Platform/Host/InterfaceBroker.h"
-#include "simulator/host/ModuleManager.h"
+#include "host/ModuleManager.h"
 
 #include <gmock/gmock.h>
 
@@ -65,8 +65,8 @@ constexpr IdentityRow identities[] = {
 
 TEST_F(ControllerObject, traceComponentOfTheLibraryExistsWithItsDefaults)
 {
-    std::vector<simulator::TraceComponentInfo> own = simulator::trace::components();
-    std::erase_if(own, [](const simulator::TraceComponentInfo& info) { return !info.name.starts_with("ZRP"); });
+    std::vector<host::TraceComponentInfo> own = host::trace::components();
+    std::erase_if(own, [](const host::TraceComponentInfo& info) { return !info.name.starts_with("ZRP"); });
     ASSERT_EQ(own.size(), 1U);
     EXPECT_EQ(own[0].name, "ZRP.SDC");
     EXPECT_EQ(own[0].defaultLevel, 3U);
@@ -116,10 +116,10 @@ TEST_F(ControllerObject, constructionPublishesTheInterfaceBaseUnderTheModuleName
         constructAlone(row.channel);
         ASSERT_THAT(broker(), ElementsAre(testing::Key(row.name)));
         EXPECT_EQ(broker().at(row.name), static_cast<IInterface*>(static_cast<Interface*>(controller.get())));
-        EXPECT_THAT(simulator::ModuleManager::instance().modules(), ElementsAre(controller.get()));
+        EXPECT_THAT(host::ModuleManager::instance().modules(), ElementsAre(controller.get()));
         destroy();
         EXPECT_THAT(broker(), IsEmpty());
-        EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+        EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
     }
 }
 
@@ -154,12 +154,12 @@ TEST_F(ControllerObject, exceptionOutOfTheRegistrationLeavesNothingBehind)
         ElementsAre("module.register", "enter 6 SpectrumDiagnosticsController: m_radioChannelId=7", "broker.getInstance",
             "broker.register ISpectrumDiagnosticsController_7", "module.unregister"));
     EXPECT_THAT(broker(), IsEmpty());
-    EXPECT_THAT(simulator::ModuleManager::instance().modules(), IsEmpty());
+    EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
 }
 
 TEST_F(ControllerObject, exceptionOutOfTheEntryRecordLeavesNothingBehind)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { throw std::runtime_error("no room"); };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { throw std::runtime_error("no room"); };
     EXPECT_THROW(constructAlone(7), std::runtime_error);
     EXPECT_THAT(log.calls(),
         ElementsAre("module.register", "enter 6 SpectrumDiagnosticsController: m_radioChannelId=7", "module.unregister"));

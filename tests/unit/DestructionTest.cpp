@@ -3,7 +3,7 @@
 #include "tests/support/WorkerFixture.h"
 
 #include "Platform/Host/InterfaceBroker.h"
-#include "simulator/host/ModuleManager.h"
+#include "host/ModuleManager.h"
 
 #include <gmock/gmock.h>
 
@@ -134,11 +134,11 @@ TEST_F(Destruction, takesOutItsOwnEntriesAndNoOther)
 {
     startAndWait();
     const std::size_t interfaces = InterfaceBroker::getInstance().interfaces().size();
-    const std::size_t modules = simulator::ModuleManager::instance().modules().size();
+    const std::size_t modules = host::ModuleManager::instance().modules().size();
     destroy();
     EXPECT_EQ(InterfaceBroker::getInstance().interfaces().size(), interfaces - 1);
     EXPECT_EQ(InterfaceBroker::getInstance().interfaces().count("IRadio_7"), 1U);
-    EXPECT_EQ(simulator::ModuleManager::instance().modules().size(), modules - 1);
+    EXPECT_EQ(host::ModuleManager::instance().modules().size(), modules - 1);
 }
 
 TEST_F(Destruction, entryIsAskedForAtLevelSixAndTraceChangesNothing)

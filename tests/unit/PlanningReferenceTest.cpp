@@ -3,7 +3,7 @@
 #include "tests/unit/PlanningReference.h"
 #include "tests/unit/PlanningFixture.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <array>
 #include <optional>
@@ -141,7 +141,7 @@ protected:
     PlanningReference()
     {
         setTraceLevel(PLX_TRACE_LEVEL_OFF);
-        simulator::setHostObserver({}); // it would be told of every trace level asked for
+        host::setHostObserver({}); // it would be told of every trace level asked for
     }
 
     Answers answers() const

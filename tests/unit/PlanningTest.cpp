@@ -155,7 +155,7 @@ TEST_F(ChannelScan, entryRecordsShowTheOrderOfItsQuestions)
 TEST_F(ChannelScan, hasStoredWhatItsQuestionsReadBeforeItAsks)
 {
     std::vector<std::string> seen;
-    traceIntoLog.onWrite = [this, &seen](const simulator::TraceRecord& record) {
+    traceIntoLog.onWrite = [this, &seen](const host::TraceRecord& record) {
         const Plan now = plan();
         seen.push_back(std::string(record.header->function) + " " + std::to_string(now.margin) + " "
             + std::to_string(now.step) + " " + std::to_string(now.lowest) + " " + std::to_string(now.highest));
@@ -200,7 +200,7 @@ TEST_F(Planning, opensWithItsEntryRecordBeforeItWritesAnything)
 {
     for (const RunPlan run : {channelScanStd, subBandScanStd, channelScan4742_4743, subBandScan4743, subBandScan4742}) {
         std::vector<Plan> seen;
-        traceIntoLog.onWrite = [this, &seen](const simulator::TraceRecord&) { seen.push_back(plan()); };
+        traceIntoLog.onWrite = [this, &seen](const host::TraceRecord&) { seen.push_back(plan()); };
         entriesOf(run, {});
         EXPECT_EQ(seen.at(0), (Plan{77, 77, 77, 77, 77}));
     }
@@ -228,7 +228,7 @@ TEST_F(Planning, hasOneTraceHeaderPerFunction)
     for (const NamedPlan& each : allPlans) {
         entriesOf(each.run, {});
     }
-    for (const simulator::TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         EXPECT_FALSE(record.hasText);
         headers.insert(record.header);
         functions.insert(record.header->function);
@@ -256,7 +256,7 @@ TEST_F(Planning, leavesDelaysStatusAndProgressAlone)
 
 TEST_F(Planning, leavesErrnoAlone)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = EIO; };
     for (const NamedPlan& each : allPlans) {
         put({});
         errno = ERANGE;

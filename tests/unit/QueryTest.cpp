@@ -214,7 +214,7 @@ TEST_F(Queries, writeTheirRecordsAtTheirLevelsOnly)
 
 TEST_F(Queries, leaveErrnoAloneAtEveryLevel)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = ERANGE; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = ERANGE; };
     for (const std::uint32_t level : {0U, 1U, 5U, 6U, 7U}) {
         SCOPED_TRACE(level);
         setTraceLevel(level);

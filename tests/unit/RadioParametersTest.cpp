@@ -142,7 +142,7 @@ TEST_F(GeneralParams, areTracedWithOneHeaderPerMessageAndTheFunctionsName)
 {
     inspect().setGeneralParams();
     std::set<const PlxTraceHeader*> headers;
-    for (const simulator::TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         headers.insert(record.header);
         EXPECT_STREQ(record.header->function, "setGeneralParams");
     }
@@ -164,7 +164,7 @@ TEST_F(GeneralParams, stayAsTheyWereWhenThePeerThrows)
 TEST_F(GeneralParams, areAllSetWhenATraceMessageThrows)
 {
     peers.radioCapability.parameters = numbered(100);
-    traceIntoLog.onWrite = [](const simulator::TraceRecord& record) {
+    traceIntoLog.onWrite = [](const host::TraceRecord& record) {
         if (record.level == 5) {
             throw std::runtime_error("no room");
         }
@@ -176,7 +176,7 @@ TEST_F(GeneralParams, areAllSetWhenATraceMessageThrows)
 
 TEST_F(GeneralParams, leaveErrnoAlone)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = EIO; };
     for (std::uint32_t level = 0; level <= 7; ++level) {
         setTraceLevel(level);
         errno = ERANGE;

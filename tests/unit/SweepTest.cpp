@@ -181,7 +181,7 @@ TEST_F(Sweep, sleepServiceIsFetchedAnewForEveryDelay)
         support::CallLog& m_log;
     };
     OtherSleep other(log);
-    std::optional<simulator::SleepServiceInForce> otherInForce;
+    std::optional<host::SleepServiceInForce> otherInForce;
     at("IRssiHandler.readRssi", [&] { otherInForce.emplace(other); });
     inspect().runScan();
     EXPECT_THAT(log.callsWithout({"IFrequencyController", "IRssiHandler", "provider"}),

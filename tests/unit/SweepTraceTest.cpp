@@ -200,7 +200,7 @@ TEST_F(SweepTrace, eachSiteHasOneStaticHeaderOfItsOwn)
     inspect().runScan();
     std::map<std::string, std::set<const PlxTraceHeader*>> headersOfSites;
     std::set<std::uint32_t> lines;
-    for (const simulator::TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         const std::string site = record.isEntry ? "entry" : record.text.substr(0, record.text.find_last_of(' '));
         headersOfSites[site].insert(record.header);
         lines.insert(record.header->line);

@@ -29,7 +29,7 @@ protected:
                 events.push_back("ask " + event.substr(event.find(' ') + 1));
             }
         };
-        traceIntoLog.onWrite = [&events](const simulator::TraceRecord& record) {
+        traceIntoLog.onWrite = [&events](const host::TraceRecord& record) {
             events.push_back("record " + std::to_string(record.level));
         };
         operation.run();
@@ -78,20 +78,20 @@ TEST_F(TraceConventions, aLowerLevelLeavesOutExactlyTheRecordsAboveIt)
         SCOPED_TRACE(operation.name);
         reset();
         operation.run();
-        const std::vector<simulator::TraceRecord> all = trace.records();
+        const std::vector<host::TraceRecord> all = trace.records();
         const std::vector<std::string> calls = log.callsWithout({"trace ", "enter "});
         for (std::uint32_t level = 0; level < 7; ++level) {
             setTraceLevel(level);
             reset();
             operation.run();
             std::vector<std::string> expected;
-            for (const simulator::TraceRecord& record : all) {
+            for (const host::TraceRecord& record : all) {
                 if (record.level <= level) {
                     expected.push_back(record.text);
                 }
             }
             std::vector<std::string> texts;
-            for (const simulator::TraceRecord& record : trace.records()) {
+            for (const host::TraceRecord& record : trace.records()) {
                 texts.push_back(record.text);
             }
             EXPECT_EQ(texts, expected) << level;
@@ -128,7 +128,7 @@ TEST_F(TraceConventions, entryRecordsAreWrittenAtLevel6AndOnlyThere)
     for (const Operation& operation : operations()) {
         reset();
         operation.run();
-        for (const simulator::TraceRecord& record : trace.records()) {
+        for (const host::TraceRecord& record : trace.records()) {
             EXPECT_EQ(record.isEntry, record.level == 6) << operation.name << ": " << record.text;
             EXPECT_TRUE(record.isEntry || record.hasText) << operation.name;
             EXPECT_EQ(record.component, "ZRP.SDC") << operation.name;
@@ -146,7 +146,7 @@ TEST_F(TraceConventions, entryRecordsHaveAHeaderOnlyOrATextAsListed)
     for (const Operation& operation : operations()) {
         reset();
         operation.run();
-        for (const simulator::TraceRecord& record : trace.records()) {
+        for (const host::TraceRecord& record : trace.records()) {
             const auto row = hasText.find(record.header->function);
             if (record.isEntry && row != hasText.end()) {
                 EXPECT_EQ(record.hasText, row->second) << record.header->function;
@@ -172,7 +172,7 @@ TEST_F(TraceConventions, headersNameTheSourceFileOfTheirThreadRelativeToTheTree)
     for (const Operation& operation : operations()) {
         reset();
         operation.run();
-        for (const simulator::TraceRecord& record : trace.records()) {
+        for (const host::TraceRecord& record : trace.records()) {
             seen.insert(record.header->file);
         }
     }
@@ -180,7 +180,7 @@ TEST_F(TraceConventions, headersNameTheSourceFileOfTheirThreadRelativeToTheTree)
 }
 
 /// "function text" of a record, the text without what follows a number's place.
-std::string siteOf(const simulator::TraceRecord& record)
+std::string siteOf(const host::TraceRecord& record)
 {
     return std::string(record.header->function) + (record.isEntry ? ">" : ":")
         + record.text.substr(0, record.text.find_first_of("0123456789("));
@@ -193,7 +193,7 @@ TEST_F(TraceConventions, everySiteHasItsOwnStaticHeaderWithItsLineAndFunction)
     for (const Operation& operation : operations()) {
         reset();
         operation.run();
-        for (const simulator::TraceRecord& record : trace.records()) {
+        for (const host::TraceRecord& record : trace.records()) {
             const auto [entry, isNew] = headers.emplace(siteOf(record), record.header);
             EXPECT_EQ(entry->second, record.header) << entry->first;
             if (isNew) {
@@ -222,7 +222,7 @@ TEST_F(TraceConventions, headersNameTheFunctionThatTraces)
         reset();
         operation.run();
         std::vector<std::string> seen;
-        for (const simulator::TraceRecord& record : trace.records()) {
+        for (const host::TraceRecord& record : trace.records()) {
             seen.emplace_back(record.header->function);
         }
         EXPECT_EQ(seen, functions) << operation.name;

@@ -46,13 +46,13 @@ TEST_F(TraceErrno, errnoSurvivesEveryOperationAtEveryLevel)
 
 TEST_F(TraceErrno, errnoSurvivesASinkThatChangesIt)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = EIO; };
     expectErrnoIsKept();
 }
 
 TEST_F(TraceErrno, errnoSurvivesASinkThatChangesItAndThrows)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) {
+    traceIntoLog.onWrite = [](const host::TraceRecord&) {
         errno = EIO;
         throw std::runtime_error("disk is full");
     };
@@ -61,7 +61,7 @@ TEST_F(TraceErrno, errnoSurvivesASinkThatChangesItAndThrows)
 
 TEST_F(TraceErrno, errnoSurvivesTheInitialisationAndTheEndOfAWorker)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = EIO; };
     peers.registerFor(9);
     for (std::uint32_t level = 0; level <= 7; ++level) {
         setTraceLevel(level);
@@ -79,7 +79,7 @@ TEST_F(TraceErrno, errnoSurvivesTheInitialisationAndTheEndOfAWorker)
 
 TEST_F(TraceErrno, errnoSurvivesAThreadThatCannotBeNamed)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = EIO; };
     peers.registerFor(9);
     for (const bool standard : {true, false}) {
         onHostEvent = [standard](const std::string& event) {

@@ -43,7 +43,7 @@ TEST_F(TraceMacros, aLevelThatIsOnEvaluatesOnceAndWritesOneRecord)
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER, "y" << evaluated());
     EXPECT_EQ(m_evaluations, 2);
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER);
-    const std::vector<simulator::TraceRecord> records = trace.records();
+    const std::vector<host::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 3U);
     EXPECT_EQ(records[0].text, "x1.");
     EXPECT_FALSE(records[0].isEntry);
@@ -60,7 +60,7 @@ TEST_F(TraceMacros, eachUseAsksOnceForItsLevel)
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_DETAIL, "x");
     SDC_TRACE_ENTER(PLX_TRACE_LEVEL_INFO);
     EXPECT_THAT(asked, ElementsAre("trace.isEnabled 1", "trace.isEnabled 7", "trace.isEnabled 5"));
-    const std::vector<simulator::TraceRecord> records = trace.records();
+    const std::vector<host::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 3U);
     EXPECT_EQ(records[0].level, 1U);
     EXPECT_EQ(records[1].level, 7U);
@@ -74,7 +74,7 @@ TEST_F(TraceMacros, headerIsStaticAndTellsFileLineAndFunctionOfTheSite)
         SDC_TRACE(PLX_TRACE_LEVEL_INFO, "x"); const std::uint32_t firstLine = __LINE__;
         SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER, "x"); SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER);
         // clang-format on
-        const std::vector<simulator::TraceRecord> records = trace.records();
+        const std::vector<host::TraceRecord> records = trace.records();
         for (std::size_t site = 0; site < 3; ++site) {
             const PlxTraceHeader* const header = records.at(records.size() - 3 + site).header;
             EXPECT_EQ(header, records[site].header);
@@ -100,7 +100,7 @@ TEST_F(TraceMacros, eachIsOneStatementEvenBetweenIfAndElse)
         else
             SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER, "else");
     }
-    const std::vector<simulator::TraceRecord> records = trace.records();
+    const std::vector<host::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 3U);
     EXPECT_EQ(records[0].text, "if");
     EXPECT_FALSE(records[1].hasText);
@@ -120,7 +120,7 @@ TEST_F(TraceMacros, anElseBehindALevelThatIsOffBelongsToTheUsersIf)
 
 TEST_F(TraceMacros, errnoIsSavedBeforeTheTextIsBuiltAndRestoredAfterTheCall)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = ENOSPC; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = ENOSPC; };
     errno = kept;
     SDC_TRACE(PLX_TRACE_LEVEL_INFO, "x" << evaluated());
     const int afterMessage = errno;
@@ -146,7 +146,7 @@ TEST_F(TraceMacros, errnoIsRestoredWhenTheTextOrTheCallThrows)
     EXPECT_THROW(traceText(), std::runtime_error);
     const int afterText = errno;
     EXPECT_EQ(afterText, kept);
-    traceIntoLog.onWrite = [failing](const simulator::TraceRecord&) { failing(); };
+    traceIntoLog.onWrite = [failing](const host::TraceRecord&) { failing(); };
     errno = kept;
     const auto traceEntry = [] { SDC_TRACE_ENTER(PLX_TRACE_LEVEL_ENTER); };
     EXPECT_THROW(traceEntry(), std::runtime_error);

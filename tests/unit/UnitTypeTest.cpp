@@ -144,7 +144,7 @@ TEST_F(UnitType, isTracedWithOneHeaderPerMessageAndTheFunctionsName)
     typeOf("KLM5");
     typeOf("none");
     std::set<const PlxTraceHeader*> headers;
-    for (const simulator::TraceRecord& record : trace.records()) {
+    for (const host::TraceRecord& record : trace.records()) {
         headers.insert(record.header);
         EXPECT_STREQ(record.header->function, "getOduType");
     }
@@ -160,7 +160,7 @@ TEST_F(UnitType, letsWhatTheProviderThrowsPass)
 
 TEST_F(UnitType, letsWhatItsTraceThrowsPass)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord& record) {
+    traceIntoLog.onWrite = [](const host::TraceRecord& record) {
         if (!record.isEntry) {
             throw std::runtime_error("no room");
         }
@@ -171,7 +171,7 @@ TEST_F(UnitType, letsWhatItsTraceThrowsPass)
 
 TEST_F(UnitType, leavesErrnoAlone)
 {
-    traceIntoLog.onWrite = [](const simulator::TraceRecord&) { errno = EIO; };
+    traceIntoLog.onWrite = [](const host::TraceRecord&) { errno = EIO; };
     for (std::uint32_t level = 0; level <= 7; ++level) {
         setTraceLevel(level);
         errno = ERANGE;

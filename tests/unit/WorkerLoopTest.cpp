@@ -121,7 +121,7 @@ TEST_F(WorkerLoop, eachTextHasHeaderOfItsOwn)
     setState(State::STATE_IDLE);
     at(waiting, [this] { setState(State::STATE_EXIT); });
     inspect().scanThread();
-    const std::vector<simulator::TraceRecord> records = trace.records();
+    const std::vector<host::TraceRecord> records = trace.records();
     ASSERT_EQ(records.size(), 3U);
     EXPECT_LT(records[0].header->line, records[1].header->line);
     EXPECT_LT(records[1].header->line, records[2].header->line);

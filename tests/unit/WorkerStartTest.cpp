@@ -147,7 +147,7 @@ TEST_F(WorkerStart, aWorkerWithoutANameStillRunsAndIsJoined)
 TEST_F(WorkerStart, failureOfTheSuccessTextIsCaughtLikeAFailureOfTheStart)
 {
     construct(7);
-    traceIntoLog.onWrite = [](const simulator::TraceRecord& record) {
+    traceIntoLog.onWrite = [](const host::TraceRecord& record) {
         if (record.text.ends_with(" successfully created.")) {
             throw std::runtime_error("trace is full");
         }

@@ -6,12 +6,12 @@
 
 namespace {
 
+using host::VirtualClock;
 using simulator::Fault;
 using simulator::FaultAction;
 using simulator::Link;
 using simulator::Operation;
 using simulator::RadioPeers;
-using simulator::VirtualClock;
 using tests::find;
 using tests::PeersWithFaults;
 using tests::plainLink;

@@ -89,7 +89,7 @@ public:
         return {};
     }
 
-    simulator::VirtualClock clock;
+    host::VirtualClock clock;
     simulator::RadioPeers peers;
     std::unique_ptr<IRadioPropertiesProvider> held = find<IRadio>("IRadio_7").createPropertiesProvider();
 };

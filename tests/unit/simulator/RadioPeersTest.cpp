@@ -19,9 +19,9 @@
 
 namespace {
 
+using host::VirtualClock;
 using simulator::Link;
 using simulator::RadioPeers;
-using simulator::VirtualClock;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Key;

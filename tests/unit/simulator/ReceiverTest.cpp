@@ -11,9 +11,9 @@
 
 namespace {
 
+using host::VirtualClock;
 using simulator::Link;
 using simulator::Receiver;
-using simulator::VirtualClock;
 using tests::plainLink;
 using tests::quiet_kHz;
 

@@ -9,9 +9,9 @@
 #include <mutex>
 #include <thread>
 
-namespace simulator {
+namespace host {
 
-/// Time as the simulated terminal knows it: a sleep service that also tells how late it is.
+/// Time as modules get it: a sleep service that also tells how late it is.
 ///
 /// Each thread has a timeline of its own, which its sleeps move on by exactly what they were asked for. Whatever depends on
 /// simulated time is therefore the same at any speed, and several sweeps at once do not see each other's delays.
@@ -88,4 +88,4 @@ private:
     Util::SleepApi* m_before;
 };
 
-} // namespace simulator
+} // namespace host

@@ -1,6 +1,6 @@
-#include "simulator/host/Trace.h"
+#include "host/Trace.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <algorithm>
 #include <atomic>
@@ -18,7 +18,7 @@ struct PlxTraceComponent {
     PlxTraceHdrOption hdrOption{};
 };
 
-namespace simulator {
+namespace host {
 
 namespace {
 
@@ -124,11 +124,11 @@ void RecordingTraceSink::clear()
     m_records.clear();
 }
 
-} // namespace simulator
+} // namespace host
 
 PlxTrace::PlxTrace(const char* name, PlxTraceLevel level, PlxTraceHdrOption hdrOption)
 {
-    simulator::Router& router = simulator::router();
+    host::Router& router = host::router();
     const std::lock_guard<std::mutex> guard(router.componentsGuard);
     PlxTraceComponent& component = router.component(name);
     component.exists = true;
@@ -142,23 +142,23 @@ PlxTrace::PlxTrace(const char* name, PlxTraceLevel level, PlxTraceHdrOption hdrO
 
 bool PlxTrace::isEnabled(PlxTraceLevel level) const
 {
-    if (simulator::isHostObserved()) {
-        simulator::tellHostObserver("trace.isEnabled " + std::to_string(level));
+    if (host::isHostObserved()) {
+        host::tellHostObserver("trace.isEnabled " + std::to_string(level));
     }
     return level <= m_component->level.load(std::memory_order_relaxed);
 }
 
 void PlxTrace::logMsg(PlxTraceLevel level, const PlxTraceHeader& header, const std::string& text) const
 {
-    simulator::writeToSinks({m_component->name, level, &header, false, true, text});
+    host::writeToSinks({m_component->name, level, &header, false, true, text});
 }
 
 void PlxTrace::logEnterMsg(PlxTraceLevel level, const PlxTraceHeader& header) const
 {
-    simulator::writeToSinks({m_component->name, level, &header, true, false, {}});
+    host::writeToSinks({m_component->name, level, &header, true, false, {}});
 }
 
 void PlxTrace::logEnterMsg(PlxTraceLevel level, const PlxTraceHeader& header, const std::string& text) const
 {
-    simulator::writeToSinks({m_component->name, level, &header, true, true, text});
+    host::writeToSinks({m_component->name, level, &header, true, true, text});
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace simulator {
+namespace host {
 
 /// A phase callback that a module answered with a failure.
 struct PhaseFailure {
@@ -41,4 +41,4 @@ private:
     std::vector<ModuleInterface*> m_modules;
 };
 
-} // namespace simulator
+} // namespace host

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace simulator {
+namespace host {
 
 /// One trace record as a sink gets it. The header's pointers live as long as the module that wrote the record.
 struct TraceRecord {
@@ -94,4 +94,4 @@ private:
     std::vector<TraceRecord> m_records;
 };
 
-} // namespace simulator
+} // namespace host

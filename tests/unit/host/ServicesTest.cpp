@@ -3,7 +3,7 @@
 #include "Platform/Host/ModuleInterface.h"
 #include "Platform/Host/PlxTrace.h"
 #include "Platform/Host/thread_utilities.h"
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,9 +17,9 @@
 
 namespace {
 
+using host::isHostObserved;
+using host::setHostObserver;
 using os_extension::thread_utilities::setName;
-using simulator::isHostObserved;
-using simulator::setHostObserver;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

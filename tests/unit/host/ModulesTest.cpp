@@ -1,4 +1,4 @@
-#include "simulator/host/ModuleManager.h"
+#include "host/ModuleManager.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,8 +8,8 @@
 
 namespace {
 
-using simulator::ModuleManager;
-using simulator::PhaseFailure;
+using host::ModuleManager;
+using host::PhaseFailure;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -1,6 +1,6 @@
 #include "Platform/Host/InterfaceBroker.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 namespace {
 
@@ -10,25 +10,25 @@ constexpr std::int32_t failed = 32768;
 
 InterfaceBroker& InterfaceBroker::getInstance()
 {
-    simulator::tellHostObserver("broker.getInstance");
+    host::tellHostObserver("broker.getInstance");
     static InterfaceBroker broker;
     return broker;
 }
 
 std::int32_t InterfaceBroker::registerInterface(const std::string& name, IInterface* interface)
 {
-    simulator::tellHostObserver("broker.register " + name);
+    host::tellHostObserver("broker.register " + name);
     return m_interfaces.emplace(name, interface).second ? 0 : failed;
 }
 
 std::int32_t InterfaceBroker::unregisterInterface(const std::string& name)
 {
-    simulator::tellHostObserver("broker.unregister " + name);
+    host::tellHostObserver("broker.unregister " + name);
     return m_interfaces.erase(name) == 1 ? 0 : failed;
 }
 
 const std::map<std::string, IInterface*>& InterfaceBroker::interfaces() const
 {
-    simulator::tellHostObserver("broker.interfaces");
+    host::tellHostObserver("broker.interfaces");
     return m_interfaces;
 }

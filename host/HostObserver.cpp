@@ -1,9 +1,9 @@
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <atomic>
 #include <utility>
 
-namespace simulator {
+namespace host {
 
 namespace {
 
@@ -36,4 +36,4 @@ void tellHostObserver(const std::string& event)
     }
 }
 
-} // namespace simulator
+} // namespace host

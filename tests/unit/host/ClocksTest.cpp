@@ -1,4 +1,4 @@
-#include "simulator/host/Clock.h"
+#include "host/Clock.h"
 
 #include "tests/support/BackgroundCall.h"
 #include "tests/support/Waiting.h"
@@ -14,10 +14,10 @@
 
 namespace {
 
-using simulator::Clock;
-using simulator::RealClock;
-using simulator::SleepServiceInForce;
-using simulator::VirtualClock;
+using host::Clock;
+using host::RealClock;
+using host::SleepServiceInForce;
+using host::VirtualClock;
 using std::chrono::milliseconds;
 using support::BackgroundCall;
 using support::eventually;
@@ -170,11 +170,11 @@ TEST(RealTime, ofAnExtremeFactorDoesNotOverflow)
 
 TEST(Clocks, areMadeByTheirSpeed)
 {
-    EXPECT_NE(dynamic_cast<VirtualClock*>(simulator::makeClock(0.0).get()), nullptr);
-    const std::unique_ptr<Clock> clock = simulator::makeClock(20.0);
+    EXPECT_NE(dynamic_cast<VirtualClock*>(host::makeClock(0.0).get()), nullptr);
+    const std::unique_ptr<Clock> clock = host::makeClock(20.0);
     EXPECT_EQ(dynamic_cast<RealClock&>(*clock).wallTime(milliseconds(300)), milliseconds(15));
-    EXPECT_THROW(simulator::makeClock(-1.0), std::invalid_argument);
-    EXPECT_THROW(simulator::makeClock(std::nan("")), std::invalid_argument);
+    EXPECT_THROW(host::makeClock(-1.0), std::invalid_argument);
+    EXPECT_THROW(host::makeClock(std::nan("")), std::invalid_argument);
 }
 
 TEST(SleepService, isRealTimeUntilAnotherIsPutInForce)

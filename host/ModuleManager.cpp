@@ -1,10 +1,10 @@
-#include "simulator/host/ModuleManager.h"
+#include "host/ModuleManager.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <algorithm>
 
-namespace simulator {
+namespace host {
 
 namespace {
 
@@ -65,17 +65,17 @@ std::vector<PhaseFailure> ModuleManager::stop()
     return failures;
 }
 
-} // namespace simulator
+} // namespace host
 
 CModuleManagerRegistrator::CModuleManagerRegistrator(ModuleInterface& module)
     : m_module(module)
 {
-    simulator::tellHostObserver("module.register");
-    simulator::ModuleManager::instance().m_modules.push_back(&m_module);
+    host::tellHostObserver("module.register");
+    host::ModuleManager::instance().m_modules.push_back(&m_module);
 }
 
 CModuleManagerRegistrator::~CModuleManagerRegistrator()
 {
-    simulator::tellHostObserver("module.unregister");
-    std::erase(simulator::ModuleManager::instance().m_modules, &m_module);
+    host::tellHostObserver("module.unregister");
+    std::erase(host::ModuleManager::instance().m_modules, &m_module);
 }

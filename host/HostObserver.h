@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-namespace simulator {
+namespace host {
 
 /// Sees every use that modules make of the host's services, in order, before the service acts, on the thread that uses it.
 /// What the observer throws comes out of the service, as if the service had failed.
@@ -21,4 +21,4 @@ bool isHostObserved();
 /// The services' side: tells the observer, if there is one.
 void tellHostObserver(const std::string& event);
 
-} // namespace simulator
+} // namespace host

@@ -1,6 +1,6 @@
 #include "Platform/Host/thread_utilities.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <pthread.h>
 
@@ -11,7 +11,7 @@ namespace os_extension::thread_utilities {
 void setName(std::thread& thread, const std::string& name)
 {
     constexpr std::size_t longestName = 15; // Linux: 16 bytes with the end
-    simulator::tellHostObserver("thread.name " + name);
+    host::tellHostObserver("thread.name " + name);
     if (!thread.joinable()) {
         throw std::system_error(std::make_error_code(std::errc::invalid_argument), "cannot name a thread that does not run");
     }

@@ -1,13 +1,13 @@
-#include "simulator/host/Clock.h"
+#include "host/Clock.h"
 
-#include "simulator/host/HostObserver.h"
+#include "host/HostObserver.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <stdexcept>
 
-namespace simulator {
+namespace host {
 
 namespace {
 
@@ -99,12 +99,12 @@ SleepServiceInForce::~SleepServiceInForce()
     serviceInForce = m_before;
 }
 
-} // namespace simulator
+} // namespace host
 
 Util::SleepApi& Util::DefaultSleepApi::get()
 {
-    simulator::tellHostObserver("sleep.get");
-    static simulator::RealClock realTime;
-    Util::SleepApi* const service = simulator::serviceInForce;
+    host::tellHostObserver("sleep.get");
+    static host::RealClock realTime;
+    Util::SleepApi* const service = host::serviceInForce;
     return service == nullptr ? realTime : *service;
 }

@@ -1,4 +1,4 @@
-#include "simulator/host/Trace.h"
+#include "host/Trace.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,11 +12,11 @@
 
 namespace {
 
-using simulator::RecordingTraceSink;
-using simulator::StreamTraceSink;
-using simulator::TraceComponentInfo;
-using simulator::TraceRecord;
-using simulator::TraceSink;
+using host::RecordingTraceSink;
+using host::StreamTraceSink;
+using host::TraceComponentInfo;
+using host::TraceRecord;
+using host::TraceSink;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -29,9 +29,9 @@ public:
     explicit Attached(TraceSink& sink)
         : m_sink(sink)
     {
-        simulator::trace::addSink(m_sink);
+        host::trace::addSink(m_sink);
     }
-    ~Attached() { simulator::trace::removeSink(m_sink); }
+    ~Attached() { host::trace::removeSink(m_sink); }
     Attached(const Attached&) = delete;
     Attached& operator=(const Attached&) = delete;
 
@@ -47,7 +47,7 @@ std::string uniqueName()
 
 std::optional<TraceComponentInfo> infoOf(const std::string& name)
 {
-    const std::vector<TraceComponentInfo> infos = simulator::trace::components();
+    const std::vector<TraceComponentInfo> infos = host::trace::components();
     const auto info = std::find_if(infos.begin(), infos.end(), [&](const auto& one) { return one.name == name; });
     return info == infos.end() ? std::nullopt : std::optional(*info);
 }
@@ -74,10 +74,10 @@ TEST_F(TraceFacility, startsAComponentAtTheLevelOfItsConstructor)
 TEST_F(TraceFacility, setsALevelAfterConstruction)
 {
     const PlxTrace trace(name.c_str(), PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_HDR_STANDARD);
-    simulator::trace::setLevel(name, PLX_TRACE_LEVEL_ENTER);
+    host::trace::setLevel(name, PLX_TRACE_LEVEL_ENTER);
     EXPECT_TRUE(trace.isEnabled(PLX_TRACE_LEVEL_ENTER));
     EXPECT_FALSE(trace.isEnabled(PLX_TRACE_LEVEL_DETAIL));
-    simulator::trace::setLevel(name, PLX_TRACE_LEVEL_OFF);
+    host::trace::setLevel(name, PLX_TRACE_LEVEL_OFF);
     EXPECT_FALSE(trace.isEnabled(PLX_TRACE_LEVEL_ERROR));
     EXPECT_EQ(infoOf(name)->level, 0U);
     EXPECT_EQ(infoOf(name)->defaultLevel, 3U);
@@ -85,7 +85,7 @@ TEST_F(TraceFacility, setsALevelAfterConstruction)
 
 TEST_F(TraceFacility, letsALevelSetBeforeConstructionTakeThePlaceOfTheConstructors)
 {
-    simulator::trace::setLevel(name, PLX_TRACE_LEVEL_DETAIL);
+    host::trace::setLevel(name, PLX_TRACE_LEVEL_DETAIL);
     EXPECT_FALSE(infoOf(name)) << "not constructed yet";
     const PlxTrace trace(name.c_str(), PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_HDR_STANDARD);
     EXPECT_TRUE(trace.isEnabled(PLX_TRACE_LEVEL_DETAIL));
@@ -101,7 +101,7 @@ TEST_F(TraceFacility, givesAComponentConstructedAnewItsNewLevelUnlessOneWasSet)
     EXPECT_EQ(infoOf(name)->level, 5U);
     EXPECT_EQ(infoOf(name)->defaultLevel, 5U);
     EXPECT_EQ(infoOf(name)->hdrOption, 7U);
-    simulator::trace::setLevel(name, PLX_TRACE_LEVEL_ERROR);
+    host::trace::setLevel(name, PLX_TRACE_LEVEL_ERROR);
     const PlxTrace third(name.c_str(), PLX_TRACE_LEVEL_INFO, PLX_TRACE_HDR_STANDARD);
     EXPECT_EQ(infoOf(name)->level, 1U);
     EXPECT_FALSE(third.isEnabled(PLX_TRACE_LEVEL_INFO));
@@ -113,7 +113,7 @@ TEST_F(TraceFacility, listsComponentsByName)
     const PlxTrace later(names[0].c_str(), PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_HDR_STANDARD);
     const PlxTrace earlier(names[1].c_str(), PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_HDR_STANDARD);
     std::vector<std::string> listed;
-    for (const TraceComponentInfo& info : simulator::trace::components()) {
+    for (const TraceComponentInfo& info : host::trace::components()) {
         if (info.name.starts_with(name)) {
             listed.push_back(info.name);
         }
@@ -195,7 +195,7 @@ TEST_F(TraceFacility, letsTheOperatorSetALevelWhileModulesTrace)
     const PlxTrace component("HOST.BUSY", PLX_TRACE_LEVEL_DEFAULT, PLX_TRACE_HDR_STANDARD);
     std::thread operatorsThread([] {
         for (std::size_t i = 0; i < rounds; ++i) {
-            simulator::trace::setLevel("HOST.BUSY", i % 2 == 0 ? PLX_TRACE_LEVEL_INFO : PLX_TRACE_LEVEL_ERROR);
+            host::trace::setLevel("HOST.BUSY", i % 2 == 0 ? PLX_TRACE_LEVEL_INFO : PLX_TRACE_LEVEL_ERROR);
         }
     });
     for (std::size_t i = 0; i < rounds; ++i) {
