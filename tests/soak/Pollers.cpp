@@ -47,7 +47,7 @@ Pollers::~Pollers()
 void Pollers::check() const
 {
     const std::lock_guard<std::mutex> guard(m_guard);
-    require(m_complaint.empty(), m_complaint);
+    require(m_invalidAnswer.empty(), m_invalidAnswer);
 }
 
 void Pollers::poll()
@@ -65,22 +65,22 @@ void Pollers::ask(ISpectrumDiagnosticsController& controller, std::vector<SDCRes
 {
     const auto status = static_cast<std::uint32_t>(controller.getStatus());
     if (SDCStatus::toString(static_cast<ESDCStatus>(status)) == "unknown") {
-        complain("a poller got the status " + std::to_string(status));
+        reportInvalid("a poller got the status " + std::to_string(status));
     }
     const std::int32_t progress = controller.getProgress();
     if (progress < 0 || progress > 99) {
-        complain("a poller got the progress " + std::to_string(progress));
+        reportInvalid("a poller got the progress " + std::to_string(progress));
     }
     auto count = static_cast<std::int32_t>(room.size());
     if (controller.getResult(&count, room.data()) != SDC_RC_OK || !couldBe(room, count)) {
-        complain("a poller got samples of no sweep, " + std::to_string(count) + " of them");
+        reportInvalid("a poller got samples of no sweep, " + std::to_string(count) + " of them");
     }
 }
 
-void Pollers::complain(const std::string& text)
+void Pollers::reportInvalid(const std::string& text)
 {
     const std::lock_guard<std::mutex> guard(m_guard);
-    m_complaint = text;
+    m_invalidAnswer = text;
 }
 
 } // namespace soak

@@ -24,12 +24,12 @@ public:
 private:
     void poll();
     void ask(ISpectrumDiagnosticsController& controller, std::vector<SDCResult>& room);
-    void complain(const std::string& text);
+    void reportInvalid(const std::string& text);
 
     const std::vector<ISpectrumDiagnosticsController*> m_controllers;
     std::atomic<bool> m_isEnding{false};
     mutable std::mutex m_guard;
-    std::string m_complaint;
+    std::string m_invalidAnswer;
     std::vector<std::thread> m_threads;
 };
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "tests/soak/ChannelModel.h"
 #include "tests/soak/Dice.h"
 #include "tests/soak/ScanCheck.h"
 
@@ -19,7 +18,7 @@ struct Tally {
     std::uint64_t terminals = 0;
     std::uint64_t scans = 0;
     std::uint64_t stops = 0;
-    std::uint64_t faults = 0; ///< calls that went wrong
+    std::uint64_t faults = 0; ///< injected
     std::uint64_t deaths = 0; ///< workers ended by an exception
 };
 
@@ -36,7 +35,6 @@ private:
     struct Lane {
         simulator::TerminalChannel channel;
         Dice dice;
-        ChannelModel model;
         ScanRecord scan{};
         std::optional<simulator::Fault> startFault{};
         bool isAlive = true;

@@ -63,7 +63,7 @@ std::string inMiB(long memory_KiB)
 std::ostream& operator<<(std::ostream& stream, const soak::Tally& tally)
 {
     return stream << tally.terminals << " terminals, " << tally.scans << " scans, " << tally.stops << " stops, "
-                  << tally.faults << " faults survived, " << tally.deaths << " workers ended by them";
+                  << tally.faults << " faults injected, " << tally.deaths << " workers ended by them";
 }
 
 void requireLittleGrowth(long after_KiB, long end_KiB)
