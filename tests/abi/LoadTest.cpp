@@ -107,7 +107,7 @@ protected:
         ISpectrumDiagnosticsController* const interface = published();
         ASSERT_NE(interface, nullptr);
         ASSERT_EQ(controller.startScan(*interface), SDC_RC_OK);
-        EXPECT_TRUE(support::eventually([&] { return interface->getStatus() == SDC_STATUS_CHANNEL_SCAN_FINISHED; }));
+        EXPECT_TRUE(tests::eventually([&] { return interface->getStatus() == SDC_STATUS_CHANNEL_SCAN_FINISHED; }));
         expectSamples(*interface);
     }
 
@@ -120,12 +120,10 @@ protected:
         samples.resize(static_cast<std::size_t>(count));
         const auto isReading = [this](const SDCResult& sample) { return sample.rssi == peers.rssiHandler.answer; };
         EXPECT_TRUE(std::ranges::all_of(samples, isReading));
-        EXPECT_EQ(receiver_kHz, peers.frequencyController.rxFrequency_kHz);
+        EXPECT_EQ(peers.frequencyController.receiver_kHz, peers.frequencyController.rxFrequency_kHz);
     }
 
-    support::CallLog log;
-    support::FakePeers peers{log};
-    std::uint32_t receiver_kHz = 0;
+    tests::FakePeers peers;
 
 private:
     host::VirtualClock m_clock;
@@ -135,15 +133,10 @@ private:
 TEST_F(Load, libraryCanBeUsedAndUnloadedAHundredTimes)
 {
     peers.registerFor(7);
-    peers.frequencyController.onSetRxFrequency = [this](std::uint32_t frequency_kHz) {
-        receiver_kHz = frequency_kHz;
-        return 0;
-    };
     const auto published = InterfaceBroker::getInstance().interfaces().size();
     for (int round = 1; round <= 100 && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         EXPECT_FALSE(isMapped());
-        log.clear();
         loadAndScan();
         EXPECT_FALSE(isMapped());
         EXPECT_EQ(InterfaceBroker::getInstance().interfaces().size(), published);

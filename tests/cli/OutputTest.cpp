@@ -116,7 +116,7 @@ TEST_F(Output, toAReaderThatHasHadEnoughEndsQuietlyAfterTheFilesAreWritten)
         + "' && { { while [ ! -e gone ]; do :; done; '" SDC_PROGRAM
           "' scan channel --csv - --json a.json 2>err.txt; echo $? >status; } | { exec <&-; : >gone; }; }";
     EXPECT_EQ(std::system(command.c_str()), 0);
-    ASSERT_TRUE(support::eventually([&] { return !read("status").empty(); }));
+    ASSERT_TRUE(tests::eventually([&] { return !read("status").empty(); }));
     EXPECT_EQ(read("status"), "1\n");
     EXPECT_THAT(read("err.txt"), Not(HasSubstr("sdc: ")));
     EXPECT_THAT(read("a.json"), HasSubstr("19164750"));

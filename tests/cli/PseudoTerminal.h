@@ -56,7 +56,7 @@ public:
     /// Reads until a text has been shown, bounded.
     bool shows(const std::string& text)
     {
-        return support::eventually([&] { return m_shown.find(text) != std::string::npos || !readSome(); })
+        return tests::eventually([&] { return m_shown.find(text) != std::string::npos || !readSome(); })
             && m_shown.find(text) != std::string::npos;
     }
 
@@ -65,9 +65,9 @@ public:
     /// Reads to the end, bounded. Returns the program's exit status.
     int finish()
     {
-        support::eventually([&] { return !readSome(); });
+        tests::eventually([&] { return !readSome(); });
         int status = 0;
-        if (!support::eventually([&] { return waitpid(m_pid, &status, WNOHANG) == m_pid; })) {
+        if (!tests::eventually([&] { return waitpid(m_pid, &status, WNOHANG) == m_pid; })) {
             return -1;
         }
         m_pid = -1;

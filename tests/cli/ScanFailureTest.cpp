@@ -144,7 +144,7 @@ TEST_F(ScanFailure, comesBeforeAStopInTheStatus)
 {
     writeFaultyScenario("faulty.json", R"({ "operation": "setRxFrequency", "action": "refuse" })");
     RunningSdc sdc(folder, {"scan", "channel", "--scenario", "faulty.json", "--repeat", "forever", "--speed", "10"});
-    ASSERT_TRUE(support::eventually([&] { return read("err.txt").find("sweep 2") != std::string::npos; }));
+    ASSERT_TRUE(tests::eventually([&] { return read("err.txt").find("sweep 2") != std::string::npos; }));
     sdc.interrupt();
     EXPECT_EQ(sdc.waitForExitStatus(), 3);
 }

@@ -132,7 +132,7 @@ public:
     int waitForExitStatus()
     {
         int status = 0;
-        if (!support::eventually([&] { return waitpid(m_pid, &status, WNOHANG) == m_pid; })) {
+        if (!tests::eventually([&] { return waitpid(m_pid, &status, WNOHANG) == m_pid; })) {
             kill(m_pid, SIGKILL);
             waitpid(m_pid, &status, 0);
         }

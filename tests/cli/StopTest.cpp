@@ -16,7 +16,7 @@ class Stop : public Sdc {
 protected:
     bool isSaid(const std::string& text) const
     {
-        return support::eventually([&] { return read("err.txt").find(text) != std::string::npos; });
+        return tests::eventually([&] { return read("err.txt").find(text) != std::string::npos; });
     }
 };
 

@@ -17,9 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     GTEST_FLAG_SET(break_on_failure, true); // there is no test that could fail
     constexpr std::size_t mostSteps = 60;
-    property::Comparison comparison;
+    tests::Comparison comparison;
     for (std::size_t at = 0; at + 1 < size && at < 2 * mostSteps; at += 2) {
-        const property::Step step{static_cast<property::StepKind>(data[at] % property::nrOfStepKinds), data[at + 1]};
+        const tests::Step step{static_cast<tests::StepKind>(data[at] % tests::nrOfStepKinds), data[at + 1]};
         const std::string difference = comparison.take(step);
         if (!difference.empty()) {
             std::ostringstream text;

@@ -1,7 +1,7 @@
 // The runs that the model of the threads finds (tests/model), replayed on the controller itself. This program defines
 // getState, so that a thread can be held right after it has read the state: there the orders of steps part.
 
-#include "tests/support/WorkerFixture.h"
+#include "tests/support/ControllerFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -10,8 +10,7 @@
 
 namespace {
 
-using State = SpectrumDiagnosticsController::State;
-using Action = std::function<void(State state)>;
+using Action = std::function<void(SpectrumDiagnosticsController::State state)>;
 
 thread_local bool isWorker = false;
 thread_local Action afterMyReading; // of a caller's thread
@@ -25,7 +24,7 @@ public:
         m_action = action ? std::make_shared<const Action>(std::move(action)) : nullptr;
     }
 
-    void run(State state)
+    void run(SpectrumDiagnosticsController::State state)
     {
         if (const std::shared_ptr<const Action> action = current(); action != nullptr) {
             (*action)(state);
@@ -60,29 +59,17 @@ SpectrumDiagnosticsController::State SpectrumDiagnosticsController::getState() c
 
 namespace {
 
-using support::AtScopeEnd;
-using support::BackgroundCall;
-using support::eventually;
+using tests::AtScopeEnd;
+using tests::BackgroundCall;
+using tests::eventually;
 
-class ModelReplay : public support::WorkerFixture {
+class ModelReplay : public tests::ControllerFixture {
 protected:
-    ModelReplay()
-    {
-        traceIntoLog.onWrite = [this](const host::TraceRecord& record) {
-            if (record.isEntry && std::string(record.header->function) == "scanThread") {
-                isWorker = true;
-                worker = support::KernelThread::current();
-            }
-        };
-    }
+    ~ModelReplay() override { afterTheWorkersReading.set({}); }
 
-    /// A worker that never rests would not let its controller go.
-    ~ModelReplay() override
+    void startAndWait()
     {
-        afterTheWorkersReading.set({});
-        if (controller != nullptr && inspect().getState() == State::STATE_STOP) {
-            setState(State::STATE_IDLE);
-        }
+        ControllerFixture::startAndWait(7, [] { isWorker = true; });
     }
 
     /// Starts a controller; its worker does something between its last test of the state and its first wait.
@@ -94,6 +81,12 @@ protected:
                 EXPECT_TRUE(eventually([&] { return isStarted->load(); }));
                 action();
                 m_isActionDone = true;
+            }
+        });
+        log.onAdd([this](const std::string& call) {
+            if (call == workerEntry) {
+                isWorker = true;
+                worker = tests::KernelThread::current();
             }
         });
         start();
@@ -216,7 +209,7 @@ TEST_F(ModelReplay, exitBetweenTestAndWaitIsNotLost)
     startWithAtFirstWait([&] {
         destroyed = controller.get();
         m_destruction.emplace([this] { destroy(); });
-        EXPECT_TRUE(eventually([this] { return log.count(exitEntry) == 1; }));
+        EXPECT_TRUE(waitFor(exitEntry));
         EXPECT_TRUE(m_destruction->isStuck());
     });
     ASSERT_TRUE(m_destruction.has_value());

@@ -1,15 +1,17 @@
-// The order of a command's last writes, and answers of a start's steps that the module itself never gives. This program
-// defines the steps below itself; they take the place of the library's: member functions are exported, and a program's
-// definition goes before a library's.
+// Answers of a start's steps that the module itself never gives, and a moment between two of them. This program defines the
+// steps below itself; they take the place of the library's: member functions are exported, and a program's definition goes
+// before a library's.
 
-#include "tests/support/WorkerlessFixture.h"
+#include "tests/support/ControllerFixture.h"
 
 #include <gmock/gmock.h>
+
+#include <limits>
 
 namespace {
 
 std::int32_t parametersResult = 0;
-OduType unitType = ODU_TYPE_4742;
+std::int32_t planResult = 0;
 std::function<void(SpectrumDiagnosticsController::State)> onSetState;
 
 } // namespace
@@ -19,153 +21,98 @@ std::int32_t SpectrumDiagnosticsController::setGeneralParams()
     return parametersResult;
 }
 
-OduType SpectrumDiagnosticsController::getOduType() const
+std::int32_t SpectrumDiagnosticsController::prepSubBandScan4742()
 {
-    return unitType;
+    return planResult;
 }
 
 void SpectrumDiagnosticsController::setState(State state)
 {
-    onSetState(state);
+    if (onSetState) {
+        onSetState(state);
+    }
     m_state = state;
     m_condition.notify_all();
 }
 
 namespace {
 
-using testing::ContainerEq;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr ESDCCommand starts[] = {SDC_CMD_CHANNEL_SCAN_START, SDC_CMD_SUB_BAND_SCAN_START};
+constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
-class StartSteps : public support::WorkerlessFixture {
+class StartSteps : public tests::ControllerFixture {
 protected:
     StartSteps()
     {
         parametersResult = 0;
-        unitType = ODU_TYPE_4742;
-        onSetState = [this](SpectrumDiagnosticsController::State state) {
-            changes.push_back(state);
-            membersAtChange = members();
-        };
+        planResult = 0;
+        onSetState = nullptr;
+        prepare();
+        peers.radio.typeText = "4742";
     }
 
-    /// Parameters with which every plan comes to an end.
-    void fillPlannable()
+    std::int32_t freshStart()
     {
         fillMembers();
-        inspect().m_minRxFrequency_kHz() = 17700000;
-        inspect().m_maxRxFrequency_kHz() = 19700000;
-        changes.clear();
-        log.clear();
-        trace.clear();
+        return controller->setCommand(SDC_CMD_SUB_BAND_SCAN_START, 500);
     }
-
-    std::vector<SpectrumDiagnosticsController::State> changes;
-    Members membersAtChange;
 };
 
-TEST_F(StartSteps, statusIsWrittenBeforeTheState)
+TEST_F(StartSteps, planThatFailsLeavesTheControllerIdleWithItsSamples)
 {
-    for (const ESDCCommand command : starts) {
-        SCOPED_TRACE(command);
-        fillPlannable();
-        EXPECT_EQ(controller->setCommand(command, 0), 0);
-        EXPECT_THAT(changes, ElementsAre(SpectrumDiagnosticsController::STATE_SCAN));
-        EXPECT_EQ(membersAtChange["m_status"],
-            command == SDC_CMD_CHANNEL_SCAN_START ? SDC_STATUS_CHANNEL_SCAN_ONGOING : SDC_STATUS_SUB_BAND_ONGOING);
-        Members after = members();
-        EXPECT_EQ(after["m_state"], SpectrumDiagnosticsController::STATE_SCAN);
-        after["m_state"] = SpectrumDiagnosticsController::STATE_IDLE;
-        EXPECT_THAT(membersAtChange, ContainerEq(after)) << "the worker must find everything in place";
+    for (const std::int32_t result : {32768, 32769, 32770, 40000, highest}) {
+        SCOPED_TRACE(result);
+        planResult = result;
+        EXPECT_EQ(freshStart(), 32768);
+        EXPECT_EQ(log.calls().back(), "trace 1 Failed to prepare scan");
+        EXPECT_EQ(inspect().m_status(), SDC_STATUS_SCAN_NOT_STARTED);
+        EXPECT_EQ(inspect().m_progress(), 0);
+        EXPECT_EQ(inspect().m_command(), SDC_CMD_SUB_BAND_SCAN_START);
+        EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
+        EXPECT_EQ(inspect().m_currentRxFrequency_kHz(), 18000000U);
+        EXPECT_THAT(samples(), ElementsAre(SDCResult{17000001, -101}, SDCResult{17000002, -102}));
     }
 }
 
-TEST_F(StartSteps, stopBetweenTheTwoLeavesAScanThatSaysNothingOfItself)
+TEST_F(StartSteps, planFailsFrom32768UpwardsComparedSigned)
 {
-    for (const ESDCCommand command : starts) {
-        SCOPED_TRACE(command);
-        fillPlannable();
-        onSetState = [this](SpectrumDiagnosticsController::State state) {
-            if (state == SpectrumDiagnosticsController::STATE_SCAN) {
-                EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
-            }
-        };
-        EXPECT_EQ(controller->setCommand(command, 0), 0);
-        EXPECT_EQ(inspect().getState(), SpectrumDiagnosticsController::STATE_SCAN);
-        EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
-        inspect().runScan();
-        EXPECT_EQ(samples().size(), static_cast<std::size_t>(inspect().m_totalNrOfSamples()));
-        EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+    for (const std::int32_t result : {0, 1, 32767, -1, -32768, lowest}) {
+        SCOPED_TRACE(result);
+        planResult = result;
+        EXPECT_EQ(freshStart(), 0);
+        EXPECT_THAT(log.callsStartingWith("trace 1"), IsEmpty());
+        EXPECT_EQ(inspect().m_status(), SDC_STATUS_SUB_BAND_ONGOING);
+        EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
     }
-}
-
-TEST_F(StartSteps, stopRecordsItsCommandThenTheStateThenProgressAndStatus)
-{
-    inspect().m_state() = SpectrumDiagnosticsController::STATE_SCAN;
-    Members expected = members();
-    expected["m_command"] = SDC_CMD_SCAN_STOP;
-    EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
-    EXPECT_THAT(changes, ElementsAre(SpectrumDiagnosticsController::STATE_STOP));
-    EXPECT_THAT(membersAtChange, ContainerEq(expected));
-}
-
-TEST_F(StartSteps, harmlessAndFailedCommandsSetNoState)
-{
-    EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
-    EXPECT_EQ(controller->setCommand(SDC_CMD_GET_STATUS, 0), 32770);
-    unitType = ODU_TYPE_UNKNOWN;
-    EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), 32768);
-    inspect().m_state() = SpectrumDiagnosticsController::STATE_STOP;
-    EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), 0);
-    EXPECT_EQ(controller->setCommand(SDC_CMD_GET_RESULT, 0), 32770);
-    EXPECT_THAT(changes, IsEmpty());
 }
 
 TEST_F(StartSteps, resultOfReadingTheParametersIsIgnored)
 {
     for (const std::int32_t result : {1, 32768, 32770, -1}) {
         SCOPED_TRACE(result);
-        fillPlannable();
         parametersResult = result;
-        EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), 0);
-        EXPECT_THAT(changes, ElementsAre(SpectrumDiagnosticsController::STATE_SCAN));
-        EXPECT_THAT(traceTexts(PLX_TRACE_LEVEL_ERROR), IsEmpty());
+        EXPECT_EQ(freshStart(), 0);
+        EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
     }
 }
 
-TEST_F(StartSteps, numberOfTheUnitTypeChoosesThePlan)
+TEST_F(StartSteps, stopBetweenStatusAndStateLeavesAScanThatSaysNothingOfItself)
 {
-    const std::string standard[] = {"prepChannelScanStd", "prepSubBandScanStd"};
-    const std::string neighbours[] = {"prepChannelScan4742_4743", "prepSubBandScan4742"};
-    const std::string channels[] = {"prepChannelScan4742_4743", "prepSubBandScan4743"};
-    const std::string* const plans[] = {
-        standard, standard, neighbours, channels, standard, channels, standard, channels, standard};
-    for (std::uint32_t type = 0; type < 9; ++type) {
-        for (const ESDCCommand command : starts) {
-            SCOPED_TRACE(testing::Message() << "type " << type << ", command " << command);
-            fillPlannable();
-            unitType = OduType{type};
-            EXPECT_EQ(controller->setCommand(command, 0), 0);
-            EXPECT_THAT(log.callsStartingWith("enter 6 prep"), ElementsAre("enter 6 " + plans[type][command]));
+    fillMembers();
+    onSetState = [this](State state) {
+        if (state == State::STATE_SCAN) {
+            EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
         }
-    }
-}
-
-TEST_F(StartSteps, anyUnitTypeAboveEightIsUnsupported)
-{
-    for (const std::uint32_t type : {9U, 10U, 255U, 256U, 2147483648U, 4294967295U}) {
-        for (const ESDCCommand command : starts) {
-            SCOPED_TRACE(testing::Message() << "type " << type << ", command " << command);
-            fillPlannable();
-            unitType = OduType{type};
-            EXPECT_EQ(controller->setCommand(command, 0), 32768);
-            EXPECT_THAT(traceTexts(PLX_TRACE_LEVEL_ERROR), ElementsAre("Unsupported QRU"));
-            EXPECT_THAT(log.callsStartingWith("enter 6 prep"), IsEmpty());
-            EXPECT_EQ(inspect().m_status(), SDC_STATUS_SCAN_NOT_STARTED);
-        }
-    }
+    };
+    EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), 0);
+    EXPECT_EQ(inspect().getState(), State::STATE_SCAN);
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+    inspect().runScan();
+    EXPECT_EQ(samples().size(), 1U);
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 // function lies between the two, so this program compiles the worker's code once more, with a call where "finished" is
 // named.
 
-#include "tests/support/WorkerFixture.h"
+#include "tests/support/ControllerFixture.h"
 
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
 #include "Platform/Host/DefaultSleepApi.h"
@@ -37,65 +37,37 @@ void finishedIsNamed()
 
 namespace {
 
-using State = SpectrumDiagnosticsController::State;
+class StopTakenBack : public tests::ControllerFixture {};
 
-class StopTakenBack : public support::WorkerFixture, public testing::WithParamInterface<std::pair<ESDCStatus, ESDCStatus>> {
-protected:
-    ~StopTakenBack() override
-    {
-        destroy();
-        onFinished = nullptr;
-    }
-
-    /// A stop from another thread, at most once; the worker stands still until it has returned.
-    void stopWhenFinishedIsDecided()
-    {
-        onFinished = [this] {
-            m_stop.emplace([this] { EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK); });
-            EXPECT_TRUE(m_stop->returns());
+TEST_F(StopTakenBack, stopBetweenDecisionAndStatusLeavesTheScanFinishedAndTheNextStopClearsIt)
+{
+    const std::pair<ESDCStatus, ESDCStatus> rows[] = {{SDC_STATUS_SUB_BAND_ONGOING, SDC_STATUS_SUB_BAND_SCAN_FINISHED},
+        {SDC_STATUS_CHANNEL_SCAN_ONGOING, SDC_STATUS_CHANNEL_SCAN_FINISHED}};
+    for (const auto& [ongoing, finished] : rows) {
+        startAndWait();
+        std::optional<State> stateAfterStop;
+        std::optional<ESDCStatus> statusAfterStop;
+        onFinished = [&] { // from another thread; the worker stands still until the stop has returned
+            const tests::BackgroundCall stop([this] { EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), SDC_RC_OK); });
+            EXPECT_TRUE(stop.returns());
             stateAfterStop = inspect().getState();
             statusAfterStop = controller->getStatus();
         };
+        launch(ongoing);
+        ASSERT_TRUE(waitForWaits(1));
+        ASSERT_TRUE(worker.blocks());
+        EXPECT_EQ(stateAfterStop, State::STATE_STOP);
+        EXPECT_EQ(statusAfterStop, SDC_STATUS_SCAN_NOT_STARTED);
+        EXPECT_EQ(controller->getStatus(), finished);
+        EXPECT_EQ(controller->getProgress(), 0);
+        EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
+        EXPECT_EQ(samples().size(), 3U);
+        EXPECT_EQ(command(SDC_CMD_SCAN_STOP), SDC_RC_OK);
+        EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
+        destroy();
+        peers.unregister();
+        onFinished = nullptr;
     }
-
-    std::optional<State> stateAfterStop;
-    std::optional<ESDCStatus> statusAfterStop;
-
-private:
-    std::optional<support::BackgroundCall> m_stop;
-};
-
-TEST_P(StopTakenBack, stopBetweenDecisionAndStatusLeavesTheScanFinished)
-{
-    const auto [ongoing, finished] = GetParam();
-    startAndWait();
-    stopWhenFinishedIsDecided();
-    launch(ongoing);
-    ASSERT_TRUE(waitForWaits(1));
-    const std::lock_guard<std::mutex> workerWaits(inspect().m_mutex());
-    EXPECT_EQ(stateAfterStop, State::STATE_STOP);
-    EXPECT_EQ(statusAfterStop, SDC_STATUS_SCAN_NOT_STARTED);
-    EXPECT_EQ(controller->getStatus(), finished);
-    EXPECT_EQ(controller->getProgress(), 0);
-    EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
-    EXPECT_EQ(samples().size(), 3U);
 }
-
-TEST_P(StopTakenBack, nextStopClearsIt)
-{
-    startAndWait();
-    stopWhenFinishedIsDecided();
-    launch(GetParam().first);
-    ASSERT_TRUE(waitForWaits(1));
-    ASSERT_TRUE(worker.blocks());
-    ASSERT_EQ(controller->getStatus(), GetParam().second);
-    EXPECT_EQ(command(SDC_CMD_SCAN_STOP), SDC_RC_OK);
-    EXPECT_EQ(controller->getStatus(), SDC_STATUS_SCAN_NOT_STARTED);
-    EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
-}
-
-INSTANTIATE_TEST_SUITE_P(BothScans, StopTakenBack,
-    testing::Values(std::pair{SDC_STATUS_SUB_BAND_ONGOING, SDC_STATUS_SUB_BAND_SCAN_FINISHED},
-        std::pair{SDC_STATUS_CHANNEL_SCAN_ONGOING, SDC_STATUS_CHANNEL_SCAN_FINISHED}));
 
 } // namespace

@@ -1,6 +1,6 @@
 // When waiters are notified: watched in the place of the C library's broadcast, which std::condition_variable calls.
 
-#include "tests/support/SweepFixture.h"
+#include "tests/support/ControllerFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -27,10 +27,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using State = SpectrumDiagnosticsController::State;
 
 /// No worker; every notification of the controller's waiters is noted with what they would find.
-class WakeUp : public support::SweepFixture {
+class WakeUp : public tests::ControllerFixture {
 protected:
     struct Notification {
         State state;
@@ -46,12 +45,14 @@ protected:
         onBroadcast = [this](const pthread_cond_t* condition) {
             if (condition == inspect().m_condition().native_handle()) {
                 notifications.push_back({inspect().getState(), inspect().m_status(), !isMutexFree()});
+                membersAtNotification = members();
             }
         };
     }
     ~WakeUp() override { onBroadcast = {}; }
 
     std::vector<Notification> notifications;
+    Members membersAtNotification; ///< of the last
 };
 
 TEST_F(WakeUp, stateIsStoredBeforeItsOneNotification)
@@ -60,13 +61,44 @@ TEST_F(WakeUp, stateIsStoredBeforeItsOneNotification)
         {State::STATE_EXIT, State::STATE_IDLE, State::STATE_SCAN, State::STATE_STOP, State::STATE_STOP}) {
         notifications.clear();
         setState(state);
+        inspect().getState(); // notifies nobody
         EXPECT_THAT(notifications, ElementsAre(Notification{state, SDC_STATUS_CHANNEL_SCAN_ONGOING, false}));
     }
 }
 
-TEST_F(WakeUp, readingTheStateNotifiesNobody)
+TEST_F(WakeUp, acceptedStartHasWrittenEverythingBeforeItsNotification)
 {
-    inspect().getState();
+    peers.radio.typeText = "4742";
+    for (const auto& [command, ongoing] : {std::pair{SDC_CMD_CHANNEL_SCAN_START, SDC_STATUS_CHANNEL_SCAN_ONGOING},
+             std::pair{SDC_CMD_SUB_BAND_SCAN_START, SDC_STATUS_SUB_BAND_ONGOING}}) {
+        fillMembers();
+        notifications.clear();
+        EXPECT_EQ(controller->setCommand(command, 0), 0);
+        EXPECT_THAT(notifications, ElementsAre(Notification{State::STATE_SCAN, ongoing, false}));
+        EXPECT_EQ(membersAtNotification, members()) << "the worker must find everything in place";
+    }
+}
+
+TEST_F(WakeUp, stopRecordsItsCommandBeforeItsNotificationAndProgressAndStatusAfterIt)
+{
+    fillMembers();
+    inspect().m_state() = State::STATE_SCAN;
+    Members expected = members();
+    expected["m_command"] = SDC_CMD_SCAN_STOP;
+    expected["m_state"] = State::STATE_STOP;
+    EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
+    EXPECT_THAT(notifications, ElementsAre(Notification{State::STATE_STOP, SDC_STATUS_CHANNEL_SCAN_FINISHED, false}));
+    EXPECT_EQ(membersAtNotification, expected);
+}
+
+TEST_F(WakeUp, harmlessAndFailedCommandsNotifyNobody)
+{
+    EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), 0); // refused
+    EXPECT_EQ(controller->setCommand(SDC_CMD_GET_STATUS, 0), 32770);
+    inspect().m_state() = State::STATE_IDLE;
+    EXPECT_EQ(controller->setCommand(SDC_CMD_SCAN_STOP, 0), 0);
+    peers.radio.typeText = "none";
+    EXPECT_EQ(controller->setCommand(SDC_CMD_CHANNEL_SCAN_START, 0), 32768);
     EXPECT_THAT(notifications, IsEmpty());
 }
 
@@ -96,20 +128,6 @@ TEST_F(WakeUp, sweepThatCannotTuneNotifiesItsStopToo)
             Notification{State::STATE_IDLE, SDC_STATUS_SCAN_NOT_STARTED, true}));
 }
 
-TEST_F(WakeUp, tuningFailureIsTracedBeforeItsStopIsStored)
-{
-    peers.frequencyController.onSetRxFrequency = [](std::uint32_t) { return 32768; };
-    std::vector<State> states;
-    std::size_t notificationsBefore = 0;
-    at("trace 1 Failed to set RX frequency 100000", [&] {
-        states.push_back(inspect().getState());
-        notificationsBefore = notifications.size();
-    });
-    inspect().runScan();
-    EXPECT_THAT(states, ElementsAre(State::STATE_SCAN));
-    EXPECT_EQ(notificationsBefore, 0U);
-}
-
 TEST_F(WakeUp, sweepThatCannotTuneEndsEvenWhenItsStopIsOverwritten)
 {
     peers.frequencyController.onSetRxFrequency = [](std::uint32_t frequency_kHz) {
@@ -123,16 +141,6 @@ TEST_F(WakeUp, sweepThatCannotTuneEndsEvenWhenItsStopIsOverwritten)
     EXPECT_THAT(log.callsStartingWith("IFrequencyController"), ElementsAre(tune(100000), tune(configured_kHz)));
     EXPECT_EQ(inspect().m_status(), SDC_STATUS_CHANNEL_SCAN_FINISHED); // by the state as it is then
     EXPECT_EQ(inspect().getState(), State::STATE_IDLE);
-}
-
-TEST_F(WakeUp, stopCommandNotifiesOnlyWhileScanRuns)
-{
-    controller->setCommand(SDC_CMD_SCAN_STOP, 0);
-    EXPECT_THAT(notifications, ElementsAre(Notification{State::STATE_STOP, SDC_STATUS_CHANNEL_SCAN_ONGOING, false}));
-    setState(State::STATE_IDLE);
-    notifications.clear();
-    controller->setCommand(SDC_CMD_SCAN_STOP, 0);
-    EXPECT_THAT(notifications, IsEmpty());
 }
 
 } // namespace

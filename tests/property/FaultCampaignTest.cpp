@@ -11,12 +11,12 @@
 
 namespace {
 
-using property::Comparison;
-using property::Fault;
-using property::Misbehaviour;
-using property::Operation;
-using property::Step;
-using property::StepKind;
+using tests::Comparison;
+using tests::Fault;
+using tests::Misbehaviour;
+using tests::Operation;
+using tests::Step;
+using tests::StepKind;
 
 /// Both kinds of scan, a stop, refusals, a query, a scan after whatever went wrong, the end of the controller and a second
 /// life.

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 /// The n-th call of an operation goes wrong: the same script for the fake peers and for what is expected of the controller.
-namespace property {
+namespace tests {
 
 enum class Operation : std::uint8_t {
     getChannelSpacing,
@@ -90,4 +90,4 @@ private:
     bool m_hasStruck = false;
 };
 
-} // namespace property
+} // namespace tests

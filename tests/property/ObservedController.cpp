@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string_view>
 
-namespace property {
+namespace tests {
 
 namespace {
 
@@ -28,11 +28,7 @@ ObservedController::ObservedController(std::optional<Fault> fault)
     : m_faults(fault)
 {
     scriptPeers();
-    log.onAdd = [this](const std::string& call) {
-        if (call.starts_with("trace 5 Thread exited")) {
-            m_hasWorkerEnded = true;
-        }
-    };
+    log.onAdd([this](const std::string& call) { follow(call); });
     sleep.close();
     ControllerFixture::start();
     takeLines();
@@ -43,25 +39,35 @@ ObservedController::~ObservedController()
     m_faults = FaultScript();
     sleep.open();
     destroy();
-    log.onAdd = nullptr;
+}
+
+/// What goes wrong at a call, other than what its own answer says.
+void ObservedController::follow(const std::string& call)
+{
+    if (call == "IFrameFormat.getChannelSpacing") {
+        m_faults.call(Operation::getChannelSpacing);
+    } else if (call == "IFrequencyController.getRxFrequency") {
+        m_faults.call(Operation::getRxFrequency);
+    } else if (call == "IRadioCapability.getFrequencyParameters") {
+        m_faults.call(Operation::getFrequencyParameters);
+    } else if (call == "provider.getProperties") {
+        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? refusal : 0;
+    } else if (call.starts_with("provider.getUnitInfo")) {
+        peers.radio.typeText = m_faults.call(Operation::getUnitInfo) ? "" : m_typeText;
+    } else if (call == "sleep.get") {
+        m_faults.call(Operation::getSleepService);
+    } else if (call.starts_with("sleepMs")) {
+        m_faults.call(Operation::sleepMs);
+    } else if (call.starts_with(exited)) {
+        m_hasWorkerEnded = true;
+    }
 }
 
 void ObservedController::scriptPeers()
 {
-    peers.frameFormat.onGetChannelSpacing = [this] { m_faults.call(Operation::getChannelSpacing); };
-    peers.frequencyController.onGetRxFrequency = [this] { m_faults.call(Operation::getRxFrequency); };
-    peers.radioCapability.onGetFrequencyParameters = [this] { m_faults.call(Operation::getFrequencyParameters); };
-    peers.radio.onGetProperties = [this] {
-        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? refusal : 0;
-    };
-    peers.radio.onGetUnitInfo = [this] { peers.radio.typeText = m_faults.call(Operation::getUnitInfo) ? "" : m_typeText; };
-    peers.frequencyController.onSetRxFrequency = [this](std::uint32_t frequency_kHz) {
+    peers.frequencyController.onSetRxFrequency = [this](std::uint32_t) {
         const std::optional<Misbehaviour> wrong = m_faults.call(Operation::setRxFrequency);
-        if (wrong == Misbehaviour::refuses) {
-            return refusal;
-        }
-        m_receiver_kHz = frequency_kHz;
-        return wrong ? oddCode : 0;
+        return wrong == Misbehaviour::refuses ? refusal : wrong ? oddCode : 0;
     };
     peers.rssiHandler.onReadRssi = [this](std::int32_t& rssi) {
         const std::optional<Misbehaviour> wrong = m_faults.call(Operation::readRssi);
@@ -72,18 +78,12 @@ void ObservedController::scriptPeers()
         rssi = wrong ? oddReading : reading(m_readings);
         return 0;
     };
-    sleep.onSleep = [this](std::uint32_t) { m_faults.call(Operation::sleepMs); };
-    onHostEvent = [this](const std::string& event) {
-        if (event == "sleep.get") {
-            m_faults.call(Operation::getSleepService);
-        }
-    };
 }
 
 void ObservedController::setRadio(const Radio& radio)
 {
-    const planning::Inputs& in = radio.parameters;
-    const auto word = [](planning::Wide value) { return static_cast<std::uint32_t>(value); };
+    const PlanInputs& in = radio.parameters;
+    const auto word = [](Wide value) { return static_cast<std::uint32_t>(value); };
     peers.frameFormat.channelSpacing_kHz = word(in.spacing);
     peers.frequencyController.rxFrequency_kHz = word(in.rx);
     peers.radioCapability.parameters = {word(in.band), {1, 2, 3}, word(in.min), word(in.max), word(in.raster), 7,
@@ -100,7 +100,7 @@ bool ObservedController::isQuiet() const
 
 bool ObservedController::waitUntilQuiet() const
 {
-    if (!support::eventually([this] { return isQuiet(); })) {
+    if (!eventually([this] { return isQuiet(); })) {
         return false;
     }
     if (!sleep.hasSleeper()) {
@@ -164,7 +164,8 @@ std::vector<std::string> ObservedController::look() const
     const ControllerInspector members = inspect();
     std::vector<std::string> lines{"state " + std::to_string(members.getState()),
         "status " + std::to_string(controller->getStatus()), "progress " + std::to_string(controller->getProgress()),
-        "command " + std::to_string(members.m_command()), "receiver " + std::to_string(m_receiver_kHz)};
+        "command " + std::to_string(members.m_command()),
+        "receiver " + std::to_string(peers.frequencyController.receiver_kHz)};
     std::array<SDCResult, mostSamples> copies{};
     std::int32_t count = mostSamples;
     EXPECT_EQ(controller->getResult(&count, copies.data()), SDC_RC_OK);
@@ -185,4 +186,4 @@ std::vector<std::string> ObservedController::takeLines()
     return lines;
 }
 
-} // namespace property
+} // namespace tests

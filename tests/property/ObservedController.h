@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-namespace property {
+namespace tests {
 
 /// The real controller with its worker, between fake peers that follow a fault script. Its sweeps stand at every delay until
 /// they are told to go on; after every call all is quiet: the worker waits, stands in a delay, or has ended.
-class ObservedController : public support::ControllerFixture {
+class ObservedController : public ControllerFixture {
 public:
     explicit ObservedController(std::optional<Fault> fault);
     ~ObservedController() override;
@@ -36,6 +36,7 @@ public:
 private:
     void TestBody() override {}
     void scriptPeers();
+    void follow(const std::string& call);
     void guarded(const std::function<std::int32_t()>& call);
     void setCommand(std::int32_t command);
     bool isQuiet() const;
@@ -45,8 +46,7 @@ private:
     std::vector<std::string> m_outcomes;
     std::string m_typeText = "KLM6";
     std::atomic<bool> m_hasWorkerEnded{false};
-    std::uint32_t m_receiver_kHz = 18000000;
     std::int32_t m_readings = 0;
 };
 
-} // namespace property
+} // namespace tests

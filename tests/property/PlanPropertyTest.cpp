@@ -1,9 +1,8 @@
 // Plans and predicates against a second calculation, with random inputs that shrink to the smallest counter-example.
 
-#include "tests/unit/PlanningFixture.h"
-#include "tests/unit/PlanningReference.h"
+#include "tests/support/PlanReference.h"
 
-#include "host/HostObserver.h"
+#include "host/Trace.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -11,31 +10,13 @@
 
 #include <cstdint>
 #include <optional>
-#include <sstream>
 #include <vector>
 
 namespace {
 
-using planning::Inputs;
-using planning::Plan;
-using planning::Wide;
-using planning::reference::wrapped;
-
-/// A controller whose single steps run on the test's thread.
-class Planner : public planning::PlanningFixture {
-public:
-    Planner()
-    {
-        setTraceLevel(PLX_TRACE_LEVEL_OFF);
-        host::setHostObserver({}); // it would be told of every trace level asked for
-    }
-    void TestBody() override {}
-
-    using PlanningFixture::inspect;
-    using PlanningFixture::plan;
-    using PlanningFixture::put;
-    using PlanningFixture::spoilOutputs;
-};
+using tests::PlanInputs;
+using tests::Wide;
+using tests::wrapped;
 
 /// A word around one of a few anchors, or anywhere.
 rc::Gen<Wide> near(std::vector<Wide> anchors)
@@ -52,19 +33,19 @@ rc::Gen<Wide> near(std::vector<Wide> anchors)
 namespace rc {
 
 template <>
-struct Arbitrary<Inputs> {
-    static Gen<Inputs> arbitrary()
+struct Arbitrary<PlanInputs> {
+    static Gen<PlanInputs> arbitrary()
     {
-        return gen::build<Inputs>(gen::set(&Inputs::spacing, near({7000, 14000, 28000, 56000})),
-            gen::set(&Inputs::rx, near({18000000, 17715000, 17710000, 17720000, 19680000, 19690000})),
-            gen::set(&Inputs::min, near({17700000, 17985000, 17972000, 0})),
-            gen::set(&Inputs::max, near({19700000, 18014000, 18028000, 18001000})),
-            gen::set(&Inputs::base, near({17000000, 0})), gen::set(&Inputs::raster, near({250, 1, 3500, 1000})),
-            gen::set(&Inputs::low, near({2800, 10})), gen::set(&Inputs::high, near({10800, 2812, 10})),
-            gen::set(&Inputs::band, gen::element<Wide>(18, 42, 43, 80)),
-            gen::set(&Inputs::longHaul, gen::element<Wide>(0, 0, 1, 255)), gen::set(&Inputs::margin, near({0, 1000, 5000})),
-            gen::set(&Inputs::step, near({1000, 2000, 10000})),
-            gen::set(&Inputs::highest, near({17998000, 18013000, 19697000})));
+        return gen::build<PlanInputs>(gen::set(&PlanInputs::spacing, near({7000, 14000, 28000, 56000})),
+            gen::set(&PlanInputs::rx, near({18000000, 17715000, 17710000, 17720000, 19680000, 19690000})),
+            gen::set(&PlanInputs::min, near({17700000, 17985000, 17972000, 0})),
+            gen::set(&PlanInputs::max, near({19700000, 18014000, 18028000, 18001000})),
+            gen::set(&PlanInputs::base, near({17000000, 0})), gen::set(&PlanInputs::raster, near({250, 1, 3500, 1000})),
+            gen::set(&PlanInputs::low, near({2800, 10})), gen::set(&PlanInputs::high, near({10800, 2812, 10})),
+            gen::set(&PlanInputs::band, gen::element<Wide>(18, 42, 43, 80)),
+            gen::set(&PlanInputs::longHaul, gen::element<Wide>(0, 0, 1, 255)),
+            gen::set(&PlanInputs::margin, near({0, 1000, 5000})), gen::set(&PlanInputs::step, near({1000, 2000, 10000})),
+            gen::set(&PlanInputs::highest, near({17998000, 18013000, 19697000})));
     }
 };
 
@@ -72,74 +53,38 @@ struct Arbitrary<Inputs> {
 
 namespace {
 
-/// 40 inputs a run: 10,000 in all.
-std::vector<Inputs> someInputs()
+/// 80 inputs a run: 20,000 in all.
+std::vector<PlanInputs> someInputs()
 {
-    return *rc::gen::container<std::vector<Inputs>>(40, rc::gen::arbitrary<Inputs>());
+    host::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_OFF);
+    return *rc::gen::container<std::vector<PlanInputs>>(80, rc::gen::arbitrary<PlanInputs>());
 }
 
-void compare(planning::RunPlan run, std::optional<Plan> (*expected)(const Inputs&))
+RC_GTEST_PROP(PlanProperty, everyPlanIsAsCalculated, ())
 {
-    const Planner planner;
-    for (const Inputs& inputs : someInputs()) {
-        const std::optional<Plan> plan = expected(inputs);
-        if (plan) {
-            planner.put(inputs);
-            planner.spoilOutputs(inputs.spacing + 1);
-            RC_ASSERT(run(planner.inspect()) == 0);
-            RC_ASSERT(planner.plan() == *plan);
+    SpectrumDiagnosticsController controller(RadioChannel{7});
+    const ControllerInspector members(controller);
+    for (const PlanInputs& inputs : someInputs()) {
+        for (const tests::PlanCase& plan : tests::planCases) {
+            if (const std::optional<tests::Plan> expected = plan.expected(inputs)) {
+                RC_LOG() << plan.name << ": " << inputs << '\n';
+                put(inputs, members);
+                tests::spoilOutputs(inputs.spacing + 1, members);
+                RC_ASSERT((members.*plan.run)() == 0);
+                RC_ASSERT(tests::planOf(members) == *expected);
+            }
         }
     }
 }
 
-RC_GTEST_PROP(PlanProperty, channelScanOfStandardUnitsIsAsCalculated, ())
-{
-    compare(planning::channelScanStd, planning::reference::expectedChannelScanStd);
-}
-
-RC_GTEST_PROP(PlanProperty, subBandScanOfStandardUnitsIsAsCalculated, ())
-{
-    compare(planning::subBandScanStd, planning::reference::expectedSubBandScanStd);
-}
-
-RC_GTEST_PROP(PlanProperty, singleMeasurementIsAsCalculated, ())
-{
-    compare(planning::channelScan4742_4743, planning::reference::expectedChannelScan4742_4743);
-}
-
-RC_GTEST_PROP(PlanProperty, subBandScanOnTheChannelRasterIsAsCalculated, ())
-{
-    compare(planning::subBandScan4743, planning::reference::expectedSubBandScan4743);
-}
-
-RC_GTEST_PROP(PlanProperty, subBandScanOfThreeChannelsIsAsCalculated, ())
-{
-    compare(planning::subBandScan4742, planning::reference::expectedSubBandScan4742);
-}
-
 RC_GTEST_PROP(PlanProperty, everyPredicateIsAsCalculated, ())
 {
-    const Planner planner;
-    for (const Inputs& inputs : someInputs()) {
-        planner.put(inputs);
-        const ControllerInspector members = planner.inspect();
-        const planning::reference::Answers answers{planning::isOdd(members), planning::isLongHaul(members),
-            planning::isLowerBand(members), planning::isValidMin(members), planning::isHighestInRange(members)};
-        RC_ASSERT(answers == planning::reference::expectedAnswers(inputs));
-    }
-}
-
-/// Whatever a standard plan is made from: its samples are those between its two ends, its ends a whole number of steps
-/// apart.
-RC_GTEST_PROP(PlanProperty, stepsTimesSamplesSpanTheRange, ())
-{
-    const Planner planner;
-    for (const Inputs& inputs : someInputs()) {
-        if (planning::reference::expectedSubBandScanStd(inputs)) {
-            planner.put(inputs);
-            planning::subBandScanStd(planner.inspect());
-            const Plan plan = planner.plan();
-            RC_ASSERT(wrapped(plan.lowest + plan.step * (wrapped(plan.samples) - 1)) == plan.highest);
+    SpectrumDiagnosticsController controller(RadioChannel{7});
+    const ControllerInspector members(controller);
+    for (const PlanInputs& inputs : someInputs()) {
+        for (const tests::PredicateCase& predicate : tests::predicateCases) {
+            put(inputs, members);
+            RC_ASSERT((members.*predicate.ask)() == predicate.expected(inputs));
         }
     }
 }

@@ -5,7 +5,7 @@
 #include <exception>
 #include <string_view>
 
-namespace property {
+namespace tests {
 
 namespace {
 
@@ -27,16 +27,15 @@ Family familyOf(const std::string& typeText)
     return Family::none;
 }
 
-std::optional<planning::Plan> planOf(Family family, bool isChannelScan, const planning::Inputs& inputs)
+std::optional<Plan> planOf(Family family, bool isChannelScan, const PlanInputs& inputs)
 {
     if (isChannelScan) {
-        return family == Family::standard ? planning::reference::expectedChannelScanStd(inputs)
-                                          : planning::reference::expectedChannelScan4742_4743(inputs);
+        return family == Family::standard ? expectedChannelScanStd(inputs) : expectedChannelScan4742_4743(inputs);
     }
     switch (family) {
-    case Family::standard: return planning::reference::expectedSubBandScanStd(inputs);
-    case Family::single: return planning::reference::expectedSubBandScan4742(inputs);
-    default: return planning::reference::expectedSubBandScan4743(inputs);
+    case Family::standard: return expectedSubBandScanStd(inputs);
+    case Family::single: return expectedSubBandScan4742(inputs);
+    default: return expectedSubBandScan4743(inputs);
     }
 }
 
@@ -128,7 +127,7 @@ bool SequentialController::planSweep(std::int32_t command)
         m_lines.push_back("trace 1 Unknown radio type : (" + typeText + ")");
         return false;
     }
-    planning::Inputs inputs = radio.parameters;
+    PlanInputs inputs = radio.parameters;
     inputs.longHaul = m_properties.longHaul;
     m_plan = planOf(family, command == 0, inputs);
     return m_plan.has_value();
@@ -281,4 +280,4 @@ void SequentialController::rebirth()
     m_readings = before.m_readings;
 }
 
-} // namespace property
+} // namespace tests

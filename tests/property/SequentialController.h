@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/property/Faults.h"
-#include "tests/unit/PlanningReference.h"
+#include "tests/support/PlanReference.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 
@@ -12,11 +12,11 @@
 #include <utility>
 #include <vector>
 
-namespace property {
+namespace tests {
 
 /// What the peers of a channel answer.
 struct Radio {
-    planning::Inputs parameters;
+    PlanInputs parameters;
     SDCProperties properties{};
     std::string typeText = "KLM6";
     std::uint32_t receiver_kHz = 18000000; ///< where the receiver stands; sweeps move it
@@ -82,7 +82,7 @@ private:
     std::uint32_t m_firstWait_ms = 0;
     std::uint32_t m_configured_kHz = 0;
     SDCProperties m_properties{};
-    std::optional<planning::Plan> m_plan;
+    std::optional<Plan> m_plan;
     std::uint32_t m_frequency_kHz = 0;
     std::vector<SDCResult> m_samples;
     std::int32_t m_readings = 0;
@@ -105,4 +105,4 @@ std::string sampleLine(const SDCResult& sample);
 /// The four bytes of a record.
 std::int32_t asNumber(const SDCProperties& properties);
 
-} // namespace property
+} // namespace tests

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-namespace property {
+namespace tests {
 
 namespace {
 
@@ -11,12 +11,12 @@ constexpr std::array<const char*, 12> typeTexts{
     "QRU7 K", "unit 4741", "unit 4742", "unit 4743", "KLM", "KLM5", "KLM6", "KLM6 P", "SDC", "KLM6 SDC", "klm6", ""};
 
 /// Links whose plans have a few samples, from one to some dozens, near and away from the edges of their sub-bands.
-planning::Inputs frequenciesNo(std::uint32_t value)
+PlanInputs frequenciesNo(std::uint32_t value)
 {
-    constexpr std::array<planning::Wide, 4> spacings{7000, 14000, 28000, 56000};
-    constexpr std::array<planning::Wide, 4> places{18000000, 17961000, 18039000, 17953500};
-    constexpr std::array<planning::Wide, 3> bands{18, 42, 43};
-    planning::Inputs inputs;
+    constexpr std::array<Wide, 4> spacings{7000, 14000, 28000, 56000};
+    constexpr std::array<Wide, 4> places{18000000, 17961000, 18039000, 17953500};
+    constexpr std::array<Wide, 3> bands{18, 42, 43};
+    PlanInputs inputs;
     inputs.spacing = spacings.at(value % 4);
     inputs.rx = places.at(value / 4 % 4);
     inputs.band = bands.at(value / 16 % 3);
@@ -157,4 +157,4 @@ void Comparison::settle(const Step& step)
     }
 }
 
-} // namespace property
+} // namespace tests

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace property {
+namespace tests {
 
 enum class StepKind : std::uint8_t {
     setUnit,
@@ -65,4 +65,4 @@ private:
     ObservedController m_observed;
 };
 
-} // namespace property
+} // namespace tests

@@ -3,7 +3,7 @@
 // is checked.
 
 #include "tests/support/ControllerInspector.h"
-#include "tests/support/PlainPeers.h"
+#include "tests/support/FakePeers.h"
 #include "tests/support/Waiting.h"
 
 #include "host/Clock.h"
@@ -25,7 +25,8 @@ namespace {
 
 using Controller = SpectrumDiagnosticsController;
 
-using Peers = support::PlainPeers;
+constexpr std::uint32_t configured_kHz = 18000000;
+constexpr std::int32_t samplesOfAScan = 14; // of the peers' channel scan
 
 constexpr std::size_t nrOfPollers = 8;
 constexpr std::uint32_t nrOfChannels = 3;
@@ -54,9 +55,9 @@ class Channel {
 public:
     explicit Channel(std::uint32_t number)
         : m_number(number)
-        , m_peers(number)
         , m_random(number)
     {
+        m_peers.registerFor(number);
     }
 
     void beBorn()
@@ -80,7 +81,7 @@ public:
             if (isStopped) {
                 stopAtRandom();
             }
-            ASSERT_TRUE(support::eventually([this] { return isOver(); }));
+            ASSERT_TRUE(tests::eventually([this] { return isOver(); }));
             if (isStopped || holdsTheLock) { // a stopped one was freed in the midst of its sweep, perhaps
                 const std::lock_guard<std::mutex> workerWaits(members().m_mutex());
             }
@@ -94,7 +95,7 @@ public:
         ASSERT_LE(m_controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
         const std::int32_t progress = m_controller->getProgress();
         ASSERT_TRUE(progress >= 0 && progress < 100) << progress;
-        checkSamples(static_cast<std::int32_t>(random() % (Peers::samplesOfAChannelScan + 1)));
+        checkSamples(static_cast<std::int32_t>(random() % (samplesOfAScan + 1)));
         ASSERT_EQ(m_controller->getSpectrumDiagnosticsProperties().longHaul, 0);
     }
 
@@ -133,29 +134,29 @@ private:
 
     void check(bool isStopped) const
     {
-        ASSERT_EQ(m_peers.receiver_kHz(), Peers::configured_kHz);
-        const std::int32_t count = checkSamples(Peers::samplesOfAChannelScan + 1);
-        ASSERT_LE(count, Peers::samplesOfAChannelScan);
+        ASSERT_EQ(m_peers.frequencyController.receiver_kHz, configured_kHz);
+        const std::int32_t count = checkSamples(samplesOfAScan + 1);
+        ASSERT_LE(count, samplesOfAScan);
         if (!isStopped) {
             ASSERT_EQ(m_controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
-            ASSERT_EQ(count, Peers::samplesOfAChannelScan);
+            ASSERT_EQ(count, samplesOfAScan);
         }
     }
 
     /// @return how many of at most so many there are
     std::int32_t checkSamples(std::int32_t count) const
     {
-        std::array<SDCResult, Peers::samplesOfAChannelScan + 1> samples{};
+        std::array<SDCResult, samplesOfAScan + 1> samples{};
         EXPECT_EQ(m_controller->getResult(&count, samples.data()), SDC_RC_OK);
         for (std::int32_t index = 0; index < count; ++index) {
             EXPECT_EQ(samples.at(static_cast<std::size_t>(index)).frequency_kHz,
-                Peers::lowest_kHz + Peers::step_kHz * static_cast<std::uint32_t>(index));
+                17987000 + 2000 * static_cast<std::uint32_t>(index));
         }
         return count;
     }
 
     std::uint32_t m_number;
-    Peers m_peers;
+    tests::FakePeers m_peers;
     std::mt19937 m_random;
     std::unique_ptr<Controller> m_controller;
 };

@@ -14,7 +14,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-namespace support {
+namespace tests {
 
 /// A thread as the kernel sees it: lets a test know that a thread stands still, without waiting for wall time.
 class KernelThread {
@@ -109,4 +109,4 @@ private:
     std::function<void()> m_action;
 };
 
-} // namespace support
+} // namespace tests

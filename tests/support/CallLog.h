@@ -8,38 +8,61 @@
 #include <utility>
 #include <vector>
 
-namespace support {
+namespace tests {
 
-/// One ordered log of everything that a controller does to its surroundings: host services, peers, sleeps and trace.
-/// May be written and read from any thread.
+using Calls = std::vector<std::string>;
+
+inline Calls operator+(Calls left, const Calls& right)
+{
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+/// One ordered log of everything that a controller does to its surroundings: host services, peers, sleeps and trace. May be
+/// written and read from any thread.
 class CallLog {
 public:
+    /// Something to do at the moment of a call, on its thread, after it is logged; may throw, wait, or change answers. What
+    /// it does inside a trace must not trace.
+    using Hook = std::function<void(const std::string& call)>;
+
     void add(const std::string& call)
     {
+        std::shared_ptr<const Hook> hook;
         {
             const std::lock_guard<std::mutex> guard(m_guard);
             m_calls.push_back(call);
+            hook = m_hook;
         }
-        onAdd(call);
+        if (hook != nullptr) {
+            (*hook)(call);
+        }
     }
 
-    std::vector<std::string> calls() const
+    /// From now on this runs at every call; nullptr takes it away. May be called at any time.
+    void onAdd(Hook hook)
+    {
+        const std::lock_guard<std::mutex> guard(m_guard);
+        m_hook = hook ? std::make_shared<const Hook>(std::move(hook)) : nullptr;
+    }
+
+    Calls calls() const
     {
         const std::lock_guard<std::mutex> guard(m_guard);
         return m_calls;
     }
 
-    std::vector<std::string> callsStartingWith(const std::string& prefix) const
+    Calls callsStartingWith(const std::string& prefix) const
     {
-        std::vector<std::string> chosen = calls();
+        Calls chosen = calls();
         std::erase_if(chosen, [&prefix](const std::string& call) { return !call.starts_with(prefix); });
         return chosen;
     }
 
     /// All calls but those that start with one of the prefixes.
-    std::vector<std::string> callsWithout(const std::vector<std::string>& prefixes) const
+    Calls callsWithout(const Calls& prefixes) const
     {
-        std::vector<std::string> chosen = calls();
+        Calls chosen = calls();
         std::erase_if(chosen, [&prefixes](const std::string& call) {
             return std::ranges::any_of(prefixes, [&call](const std::string& prefix) { return call.starts_with(prefix); });
         });
@@ -48,60 +71,23 @@ public:
 
     std::size_t count(const std::string& call) const
     {
-        const std::vector<std::string> all = calls();
-        return static_cast<std::size_t>(std::count(all.begin(), all.end(), call));
+        const Calls all = calls();
+        return static_cast<std::size_t>(std::ranges::count(all, call));
     }
 
     /// All calls, which the log then forgets.
-    std::vector<std::string> take()
+    Calls take()
     {
         const std::lock_guard<std::mutex> guard(m_guard);
         return std::exchange(m_calls, {});
     }
 
-    void clear()
-    {
-        const std::lock_guard<std::mutex> guard(m_guard);
-        m_calls.clear();
-    }
-
-    /// Something to do at a moment of the log. May be set from any thread at any time; nullptr takes it away.
-    class Hook {
-    public:
-        using Action = std::function<void(const std::string& call)>;
-
-        void operator=(Action action)
-        {
-            const std::lock_guard<std::mutex> guard(m_guard);
-            m_action = std::make_shared<Action>(std::move(action));
-        }
-
-        void operator()(const std::string& call)
-        {
-            const std::shared_ptr<Action> action = current();
-            if (action != nullptr && *action) {
-                (*action)(call);
-            }
-        }
-
-    private:
-        std::shared_ptr<Action> current()
-        {
-            const std::lock_guard<std::mutex> guard(m_guard);
-            return m_action;
-        }
-
-        std::mutex m_guard;
-        std::shared_ptr<Action> m_action;
-    };
-
-    /// Runs after a call is logged, at the very moment of the call, on its thread; may throw. What it does inside a trace
-    /// must not trace.
-    Hook onAdd;
+    void clear() { take(); }
 
 private:
     mutable std::mutex m_guard;
-    std::vector<std::string> m_calls;
+    Calls m_calls;
+    std::shared_ptr<const Hook> m_hook;
 };
 
-} // namespace support
+} // namespace tests

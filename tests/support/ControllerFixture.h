@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/BackgroundCall.h"
 #include "tests/support/CallLog.h"
 #include "tests/support/ControllerInspector.h"
 #include "tests/support/FakePeers.h"
@@ -10,32 +11,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace support {
+namespace tests {
 
-/// The component name of the module.
-inline const std::string component = "ZRP.SDC";
-
-/// Writes trace records into the log: "trace LEVEL TEXT", "enter LEVEL FUNCTION" or "enter LEVEL FUNCTION: TEXT".
-class TraceIntoLog : public host::TraceSink {
-public:
-    explicit TraceIntoLog(CallLog& log)
-        : m_log(log)
-    {
-    }
-    void write(const host::TraceRecord& record) override;
-
-    std::function<void(const host::TraceRecord& record)> onWrite; ///< runs after the record is logged
-
-private:
-    CallLog& m_log;
-};
-
-/// The simulated host with everything logged, trace on at every level, and sleeps that take no time.
+/// The host with everything logged, trace on at every level, and sleeps that take no time. What a test does at a moment, it
+/// does at a call of the log.
 class HostFixture : public testing::Test {
 protected:
     HostFixture();
@@ -44,24 +30,52 @@ protected:
     static void setTraceLevel(std::uint32_t level);
 
     /// All trace texts of a level, entries not included.
-    std::vector<std::string> traceTexts(std::uint32_t level) const;
+    Calls traceTexts(std::uint32_t level) const;
 
-    CallLog log;
+    /// Logs, from now on, also every question whether a level is enabled: "trace.isEnabled LEVEL".
+    void logQuestions() { m_logsQuestions = true; }
+
+    /// Runs an action at the n-th occurrence (from 1) of a call in the log, in place of any hook set before.
+    void at(const std::string& call, const std::function<void()>& action, int nth = 1);
+
+    CallLog log; ///< of the trace: "trace LEVEL TEXT", "enter LEVEL FUNCTION" and "enter LEVEL FUNCTION: TEXT"
     host::RecordingTraceSink trace; ///< the same records in full, with their headers
-    TraceIntoLog traceIntoLog{log};
     ScriptedSleep sleep{log};
 
-    /// Runs at every use of a host service, after it is logged ("broker.register NAME", "thread.name NAME", ...; the event
-    /// "trace.isEnabled LEVEL" comes here too and is not logged). May throw. Set while no worker runs.
-    std::function<void(const std::string& event)> onHostEvent;
-
 private:
+    struct TraceIntoLog : host::TraceSink {
+        explicit TraceIntoLog(CallLog& callLog)
+            : log(callLog)
+        {
+        }
+        void write(const host::TraceRecord& record) override;
+
+        CallLog& log;
+    };
+
+    TraceIntoLog m_traceIntoLog{log};
+    bool m_logsQuestions = false;
     host::SleepServiceInForce m_sleepInForce{sleep};
 };
 
-/// A host with six fake peers, and one controller that a test constructs and initialises when it wants to.
+/// What a sweep is planned to do.
+struct SweepPlan {
+    std::uint32_t lowest_kHz = 100000;
+    std::uint32_t highest_kHz = 100100;
+    std::uint32_t step_kHz = 50;
+    std::int32_t total = 3;
+};
+
+/// A host with six fake peers, and one controller: with a worker once it is started, or without one, when everything happens
+/// on the test's thread and a state stays as it is set.
 class ControllerFixture : public HostFixture {
 protected:
+    using State = SpectrumDiagnosticsController::State;
+
+    static constexpr std::uint32_t configured_kHz = 18000000;
+    static constexpr std::uint32_t firstWait_ms = 3000;
+    static constexpr std::uint32_t wait_ms = 300;
+
     ~ControllerFixture() override;
 
     /// Constructs the controller; peers are registered for the channel first.
@@ -74,12 +88,36 @@ protected:
     void destroy();
 
     ControllerInspector inspect() const { return ControllerInspector(*controller); }
+    void setState(State state) const { inspect().setState(state); }
 
-    /// Waits, bounded, until the worker has come back to STATE_IDLE.
-    bool waitForIdle() const;
+    // Without a worker.
 
-    /// Waits, bounded, until the worker has gone to wait that often (needs trace level 5, from the controller's start on).
-    bool waitForWaits(std::size_t times) const;
+    /// A fresh controller as onModuleInit leaves it, but for the worker, and with a plan; the log is empty.
+    void prepare(const SweepPlan& plan = {}, std::uint32_t channel = 7);
+
+    /// As a start command leaves it: a scan is requested.
+    void setPlan(const SweepPlan& plan, ESDCStatus status = SDC_STATUS_CHANNEL_SCAN_ONGOING) const;
+
+    /// All members that commands, planning and sweeps write, by name.
+    using Members = std::map<std::string, std::int64_t>;
+    Members members() const;
+
+    /// Gives every member a value of its own, so that whatever a call writes shows: idle, finished, two samples; the command
+    /// is none at all, and only the properties' last byte is set. The log is empty.
+    void fillMembers();
+
+    // With a worker.
+
+    /// Constructs, initialises and waits until the worker stands in its wait; the log is empty afterwards.
+    /// @param onWorker  runs on the worker's thread
+    void startAndWait(
+        std::uint32_t channel = 7, const std::function<void()>& onWorker = [] {});
+
+    /// Starts a sweep of three samples as a start command does, at a moment when the worker waits.
+    void launch(ESDCStatus status = SDC_STATUS_CHANNEL_SCAN_ONGOING) const;
+
+    /// Starts a sweep that stands in its first delay until the sleep opens; the log is empty.
+    void launchAndHold();
 
     /// Gives a command at a moment when the worker waits or has not begun, so that its wake-up cannot be lost. (A start that
     /// falls between the worker's test of the state and its wait is lost; tests must not depend on that.)
@@ -88,14 +126,57 @@ protected:
     /// Starts a scan so and waits, bounded, until it has ended.
     bool scan(ESDCCommand start);
 
-    /// All samples of the controller.
-    std::vector<SDCResult> samples() const;
+    /// Waits, bounded, until the worker has come back to STATE_IDLE.
+    bool waitForIdle() const;
 
-    FakePeers peers{log};
+    /// Waits, bounded, until the log holds a call so often.
+    bool waitFor(const std::string& call, std::size_t times = 1) const;
+
+    /// Waits, bounded, until the worker has gone to wait that often (needs trace level 5, from the controller's start on).
+    bool waitForWaits(std::size_t times) const;
+
+    // What it has done.
+
+    std::vector<SDCResult> samples() const;
+    std::vector<std::uint32_t> sampledFrequencies() const;
+
+    /// Tries a mutex from a thread of its own: the calling one may hold it.
+    static bool isFree(std::mutex& mutex);
+    bool isMutexFree() const { return isFree(inspect().m_mutex()); }
+
+    /// Makes a mutex one that fails when its own thread locks it again.
+    static void makeCheckErrors(std::mutex& mutex);
+
+    /// The log without what a sweep itself does between its entry and its restore.
+    Calls lifeOfTheWorker() const;
+
+    static std::string tune(std::uint32_t frequency_kHz);
+
+    /// The calls of one step of a sweep, trace left out.
+    static Calls step(std::uint32_t frequency_kHz, std::uint32_t delay_ms);
+
+    /// The calls of a whole sweep over these frequencies with the ordinary delays, trace left out.
+    static Calls sweepOver(const std::vector<std::uint32_t>& frequencies_kHz);
+
+    const std::string workerEntry = "enter 6 scanThread: m_threadName=SpectDiagCtrl7";
+    const std::string waiting = "trace 5 Thread SpectDiagCtrl7 waiting for none idle state";
+    const std::string sweepEntry = "enter 6 runScan: m_threadName=SpectDiagCtrl7";
+    const std::string restore = tune(configured_kHz);
+    const std::string exitEntry = "enter 6 exitThread: m_threadName=SpectDiagCtrl7";
+    const std::string exited = "trace 5 Thread exited with m_status ";
+
+    /// What is left of a sweep that stands in its first delay, trace included.
+    const Calls restOfTheSweep{"IRssiHandler.readRssi", "trace 7 Read RSSI -4500", "trace 7 Set RX frequency kHz 100050",
+        tune(100050), "sleep.get", "sleepMs 300", "IRssiHandler.readRssi", "trace 7 Read RSSI -4500",
+        "trace 7 Set RX frequency kHz 100100", tune(100100), "sleep.get", "sleepMs 300", "IRssiHandler.readRssi",
+        "trace 7 Read RSSI -4500", restore};
+
+    FakePeers peers{&log};
+    KernelThread worker; ///< the worker's thread, once startAndWait has seen it
     std::unique_ptr<SpectrumDiagnosticsController> controller;
 };
 
-} // namespace support
+} // namespace tests
 
 /// For comparison and printing in tests.
 bool operator==(const SDCResult& left, const SDCResult& right);

@@ -64,6 +64,7 @@ public:
     auto isHighestFreqInRange() const { return m_controller.isHighestFreqInRange(); }
     auto scanThread() const { return m_controller.scanThread(); }
     auto runScan() const { return m_controller.runScan(); }
+    auto storeSample(std::uint32_t frequency_kHz, std::int32_t rssi) const { return m_controller.storeSample(frequency_kHz, rssi); }
     auto exitThread() const { return m_controller.exitThread(); }
     // clang-format on
 

@@ -2,11 +2,9 @@
 
 #include "Platform/Host/InterfaceBroker.h"
 
-#include <utility>
+namespace tests {
 
-namespace support {
-
-FakePeers::FakePeers(CallLog& log)
+FakePeers::FakePeers(CallLog* log)
     : frameFormat(log)
     , frequencyController(log)
     , rssiHandler(log)
@@ -20,23 +18,27 @@ FakePeers::~FakePeers()
     unregister();
 }
 
-/// The names are written out here rather than formed by the code under test.
-void FakePeers::registerFor(std::uint32_t channel, const IInterface* butNot)
+std::vector<IInterface*> FakePeers::all()
+{
+    return {&systemPowerController, &frameFormat, &frequencyController, &rssiHandler, &radioCapability, &radio};
+}
+
+std::vector<std::string> peerNames(std::uint32_t channel)
 {
     const std::string suffix = "_" + std::to_string(channel);
     const std::string suffixButForZero = channel == 0 ? "" : suffix;
-    const std::pair<std::string, IInterface*> peers[] = {
-        {"ISystemPowerController" + suffix, &systemPowerController},
-        {"IFrameFormat" + suffix, &frameFormat},
-        {"IFrequencyController" + suffixButForZero, &frequencyController},
-        {"IRssiHandler" + suffixButForZero, &rssiHandler},
-        {"IRadioCapability" + suffix, &radioCapability},
-        {"IRadio" + suffixButForZero, &radio},
-    };
-    for (const auto& [name, peer] : peers) {
-        if (peer != butNot) {
-            InterfaceBroker::getInstance().registerInterface(name, peer);
-            m_names.push_back(name);
+    return {"ISystemPowerController" + suffix, "IFrameFormat" + suffix, "IFrequencyController" + suffixButForZero,
+        "IRssiHandler" + suffixButForZero, "IRadioCapability" + suffix, "IRadio" + suffixButForZero};
+}
+
+void FakePeers::registerFor(std::uint32_t channel, const IInterface* butNot)
+{
+    const std::vector<std::string> names = peerNames(channel);
+    const std::vector<IInterface*> peers = all();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (peers[i] != butNot) {
+            InterfaceBroker::getInstance().registerInterface(names[i], peers[i]);
+            m_names.push_back(names[i]);
         }
     }
 }
@@ -49,4 +51,4 @@ void FakePeers::unregister()
     m_names.clear();
 }
 
-} // namespace support
+} // namespace tests

@@ -10,79 +10,79 @@
 #include "Platform/Radio/IRssiHandler.h"
 #include "Platform/Radio/ISystemPowerController.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
-namespace support {
+namespace tests {
 
-/// The fakes below log every call, then run its hook if one is set (which may throw, wait or change the answers), then
-/// answer. Set answers and hooks while no scan runs.
-class FakeSystemPowerController : public ISystemPowerController {};
-
-class FakeFrameFormat : public IFrameFormat {
+/// A peer that notes its calls in a log, if there is one; the log's hook may throw, wait or change the answers.
+class NotingPeer {
 public:
-    explicit FakeFrameFormat(CallLog& log)
+    explicit NotingPeer(CallLog* log)
         : m_log(log)
     {
     }
 
+protected:
+    template <typename... Parts>
+    void note(const Parts&... parts) const
+    {
+        if (m_log != nullptr) {
+            m_log->add((std::string() + ... + parts));
+        }
+    }
+
+private:
+    CallLog* m_log;
+};
+
+struct FakeSystemPowerController : ISystemPowerController {};
+
+struct FakeFrameFormat : IFrameFormat, NotingPeer {
+    using NotingPeer::NotingPeer;
+
     std::uint32_t getChannelSpacing() override
     {
-        m_log.add("IFrameFormat.getChannelSpacing");
-        if (onGetChannelSpacing) {
-            onGetChannelSpacing();
-        }
+        note("IFrameFormat.getChannelSpacing");
         return channelSpacing_kHz;
     }
 
     std::uint32_t channelSpacing_kHz = 28000;
-    std::function<void()> onGetChannelSpacing;
-
-private:
-    CallLog& m_log;
 };
 
-class FakeFrequencyController : public IFrequencyController {
-public:
-    explicit FakeFrequencyController(CallLog& log)
-        : m_log(log)
-    {
-    }
+struct FakeFrequencyController : IFrequencyController, NotingPeer {
+    using NotingPeer::NotingPeer;
 
     std::uint32_t getRxFrequency() override
     {
-        m_log.add("IFrequencyController.getRxFrequency");
-        if (onGetRxFrequency) {
-            onGetRxFrequency();
-        }
+        note("IFrequencyController.getRxFrequency");
         return rxFrequency_kHz;
     }
 
     std::int32_t setRxFrequency(std::uint32_t frequency_kHz, bool flag) override
     {
-        m_log.add("IFrequencyController.setRxFrequency " + std::to_string(frequency_kHz) + (flag ? " true" : " false"));
-        return onSetRxFrequency ? onSetRxFrequency(frequency_kHz) : 0;
+        note("IFrequencyController.setRxFrequency ", std::to_string(frequency_kHz), flag ? " true" : " false");
+        const std::int32_t result = onSetRxFrequency ? onSetRxFrequency(frequency_kHz) : 0;
+        if (result < 32768) {
+            receiver_kHz.store(frequency_kHz, std::memory_order_relaxed);
+        }
+        return result;
     }
 
     std::uint32_t rxFrequency_kHz = 18000000;
-    std::function<void()> onGetRxFrequency;
+    std::atomic<std::uint32_t> receiver_kHz{18000000}; ///< where it was tuned to last
     std::function<std::int32_t(std::uint32_t frequency_kHz)> onSetRxFrequency;
-
-private:
-    CallLog& m_log;
 };
 
-class FakeRssiHandler : public IRssiHandler {
-public:
-    explicit FakeRssiHandler(CallLog& log)
-        : m_log(log)
-    {
-    }
+struct FakeRssiHandler : IRssiHandler, NotingPeer {
+    using NotingPeer::NotingPeer;
 
     std::int32_t readRssi(std::int32_t& rssi) override
     {
-        m_log.add("IRssiHandler.readRssi");
+        note("IRssiHandler.readRssi");
         if (onReadRssi) {
             return onReadRssi(rssi);
         }
@@ -92,98 +92,66 @@ public:
 
     std::int32_t answer = -4500;
     std::function<std::int32_t(std::int32_t& rssi)> onReadRssi;
-
-private:
-    CallLog& m_log;
 };
 
-class FakeRadioCapability : public IRadioCapability {
-public:
-    explicit FakeRadioCapability(CallLog& log)
-        : m_log(log)
-    {
-    }
+struct FakeRadioCapability : IRadioCapability, NotingPeer {
+    using NotingPeer::NotingPeer;
 
     RadioFrequencyParameters getFrequencyParameters() override
     {
-        m_log.add("IRadioCapability.getFrequencyParameters");
-        if (onGetFrequencyParameters) {
-            onGetFrequencyParameters();
-        }
+        note("IRadioCapability.getFrequencyParameters");
         return parameters;
     }
 
     /// 18 GHz band, 17700000 to 19700000 kHz, raster of 250 kHz from 17000000 kHz; the words not to be read are set too.
     RadioFrequencyParameters parameters{18, {1, 2, 3}, 17700000, 19700000, 250, 7, 17000000, {9, 10}, 2800, 10800};
-    std::function<void()> onGetFrequencyParameters;
-
-private:
-    CallLog& m_log;
 };
 
 /// The radio and, through it, all properties providers that it has handed out: they answer from the radio's members.
-class FakeRadio : public IRadio {
-public:
-    explicit FakeRadio(CallLog& log)
-        : m_log(log)
-    {
-    }
+struct FakeRadio : IRadio, NotingPeer {
+    using NotingPeer::NotingPeer;
 
     std::unique_ptr<IRadioPropertiesProvider> createPropertiesProvider() override
     {
-        m_log.add("IRadio.createPropertiesProvider");
-        if (onCreatePropertiesProvider) {
-            onCreatePropertiesProvider();
-        }
+        note("IRadio.createPropertiesProvider");
         return std::make_unique<Provider>(*this);
     }
 
     SDCProperties properties{};
     std::string typeText = "KLM6";
     std::int32_t propertiesResult = 0;
-    std::function<void()> onCreatePropertiesProvider;
-    std::function<void()> onGetProperties;
-    std::function<void()> onGetUnitInfo;
 
 private:
-    class Provider : public IRadioPropertiesProvider {
-    public:
-        explicit Provider(FakeRadio& radio)
-            : m_radio(radio)
+    struct Provider : IRadioPropertiesProvider {
+        explicit Provider(FakeRadio& madeBy)
+            : radio(madeBy)
         {
         }
-        ~Provider() override { m_radio.m_log.add("provider.destroyed"); }
+        ~Provider() override { radio.note("provider.destroyed"); }
 
         std::int32_t getProperties(SDCProperties& record) override
         {
-            m_radio.m_log.add("provider.getProperties");
-            if (m_radio.onGetProperties) {
-                m_radio.onGetProperties();
-            }
-            record = m_radio.properties;
-            return m_radio.propertiesResult;
+            radio.note("provider.getProperties");
+            record = radio.properties;
+            return radio.propertiesResult;
         }
 
         void getUnitInfo(UnitInfo& unitInfo) override
         {
-            m_radio.m_log.add("provider.getUnitInfo with \"" + unitInfo.typeText + "\"");
-            if (m_radio.onGetUnitInfo) {
-                m_radio.onGetUnitInfo();
-            }
-            unitInfo.typeText = m_radio.typeText;
+            radio.note("provider.getUnitInfo with \"", unitInfo.typeText, "\"");
+            unitInfo.typeText = radio.typeText;
         }
 
-    private:
-        FakeRadio& m_radio;
+        FakeRadio& radio;
     };
-
-    CallLog& m_log;
 };
 
-/// One set of peers, as other modules would register it for a channel.
+/// One set of peers, as other modules would register it for a channel. Their channel scan has 14 samples from 17987000 kHz
+/// up, 2000 kHz apart. Set answers while no scan runs, or from the log's hook. Without a log they need no memory, take no
+/// lock and order nothing between threads.
 class FakePeers {
 public:
-    explicit FakePeers(CallLog& log);
+    explicit FakePeers(CallLog* log = nullptr);
     ~FakePeers();
     FakePeers(const FakePeers&) = delete;
     FakePeers& operator=(const FakePeers&) = delete;
@@ -191,6 +159,9 @@ public:
     /// Registers all six for a channel, or all but one of them.
     void registerFor(std::uint32_t channel, const IInterface* butNot = nullptr);
     void unregister();
+
+    /// All six, in the order in which a controller binds them.
+    std::vector<IInterface*> all();
 
     FakeSystemPowerController systemPowerController;
     FakeFrameFormat frameFormat;
@@ -203,4 +174,7 @@ private:
     std::vector<std::string> m_names;
 };
 
-} // namespace support
+/// The names of a channel's peers, in that order. Written out here rather than formed by the code under test.
+std::vector<std::string> peerNames(std::uint32_t channel);
+
+} // namespace tests

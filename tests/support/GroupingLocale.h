@@ -3,7 +3,7 @@
 #include <locale>
 #include <string>
 
-namespace support {
+namespace tests {
 
 /// Makes the global C++ locale group digits, "1.234.567", for as long as it lives.
 class GroupingLocale {
@@ -26,4 +26,4 @@ private:
     std::locale m_before;
 };
 
-} // namespace support
+} // namespace tests

@@ -7,11 +7,10 @@
 
 #include <condition_variable>
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <string>
 
-namespace support {
+namespace tests {
 
 /// A sleep service that takes no time, logs every sleep, and can hold the sleeper at a gate.
 class ScriptedSleep : public Util::SleepApi {
@@ -24,9 +23,6 @@ public:
     void sleepMs(std::uint32_t milliseconds) override
     {
         m_log.add("sleepMs " + std::to_string(milliseconds));
-        if (onSleep) {
-            onSleep(milliseconds);
-        }
         std::unique_lock<std::mutex> lock(m_guard);
         m_sleepers++;
         m_changed.notify_all();
@@ -38,13 +34,11 @@ public:
         m_changed.notify_all();
     }
 
-    /// From now on every sleep waits at the gate.
+    /// From now on every sleep waits at the gate, or everybody is let through.
     void close()
     {
         change([this] { m_isClosed = true; });
     }
-
-    /// Lets everybody through, now and later.
     void open()
     {
         change([this] { m_isClosed = false; });
@@ -70,11 +64,9 @@ public:
         return m_sleepers > 0 && m_passes == 0;
     }
 
-    /// Runs inside every sleep, before the gate. Set while no scan runs.
-    std::function<void(std::uint32_t milliseconds)> onSleep;
-
 private:
-    void change(const std::function<void()>& action)
+    template <typename Action>
+    void change(const Action& action)
     {
         const std::lock_guard<std::mutex> guard(m_guard);
         action();
@@ -89,4 +81,4 @@ private:
     int m_sleepers = 0;
 };
 
-} // namespace support
+} // namespace tests

@@ -5,7 +5,7 @@
 #include <functional>
 #include <thread>
 
-namespace support {
+namespace tests {
 
 /// How long a test waits for something that must happen before it calls it hung. Never reached where the code is right; runs
 /// of code that is wrong on purpose make it shorter, with the environment's SDC_HANG_LIMIT_S.
@@ -27,4 +27,4 @@ inline bool eventually(const std::function<bool()>& condition)
     return true;
 }
 
-} // namespace support
+} // namespace tests

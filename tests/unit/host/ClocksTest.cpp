@@ -19,9 +19,9 @@ using host::RealClock;
 using host::SleepServiceInForce;
 using host::VirtualClock;
 using std::chrono::milliseconds;
-using support::BackgroundCall;
-using support::eventually;
-using support::hangLimit;
+using tests::BackgroundCall;
+using tests::eventually;
+using tests::hangLimit;
 
 TEST(VirtualTime, movesByTheSleepsAndByNothingElse)
 {

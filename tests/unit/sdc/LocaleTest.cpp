@@ -31,7 +31,7 @@ TEST(Locales, noOutputDependsOnTheLocale)
         });
     };
     const std::string usual = all();
-    const support::GroupingLocale grouping;
+    const tests::GroupingLocale grouping;
     EXPECT_EQ(written([](std::ostream& stream) { stream << 1234567; }), "1.234.567") << "the locale is in force";
     EXPECT_EQ(all(), usual);
 }
