@@ -1,7 +1,7 @@
 // What a thousand controllers cost that have nothing to do, beside as many threads that wait. Each measurement is a process
 // of its own, in which nothing has been before.
 
-#include "tests/support/PlainPeers.h"
+#include "benchmarks/support/PlainPeers.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 #include "Platform/Host/thread_utilities.h"
@@ -116,7 +116,7 @@ struct Cost {
 template <typename Idle>
 Cost costOfAThousand()
 {
-    std::deque<support::PlainPeers> peers;
+    std::deque<bench::PlainPeers> peers;
     for (std::uint32_t number = 1; number <= thousand; ++number) {
         peers.emplace_back(number);
     }

@@ -81,7 +81,7 @@ private:
     std::vector<double> m_seconds;
 };
 
-class NotingPeers : public support::PlainPeers {
+class NotingPeers : public bench::PlainPeers {
 public:
     NotingPeers(std::uint32_t channel, Moment& firstTuning)
         : PlainPeers(channel)

@@ -22,11 +22,11 @@ Peer& peer(const std::string& name, std::uint32_t channel)
 } // namespace
 
 Scanner::Scanner(std::uint32_t channel, std::uint32_t samples)
-    : Scanner(channel, std::make_unique<support::PlainPeers>(channel, subBandOf(samples)))
+    : Scanner(channel, std::make_unique<PlainPeers>(channel, subBandOf(samples)))
 {
 }
 
-Scanner::Scanner(std::uint32_t channel, std::unique_ptr<support::PlainPeers> peers)
+Scanner::Scanner(std::uint32_t channel, std::unique_ptr<PlainPeers> peers)
     : m_peers(std::move(peers))
     , m_controller(std::make_unique<SpectrumDiagnosticsController>(RadioChannel{channel}))
 {

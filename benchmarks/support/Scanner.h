@@ -1,8 +1,8 @@
 #pragma once
 
 #include "benchmarks/support/Limits.h"
+#include "benchmarks/support/PlainPeers.h"
 #include "tests/support/ControllerInspector.h"
-#include "tests/support/PlainPeers.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 
@@ -29,7 +29,7 @@ public:
     Scanner(std::uint32_t channel, std::uint32_t samples);
 
     /// @param peers  those of the channel
-    Scanner(std::uint32_t channel, std::unique_ptr<support::PlainPeers> peers);
+    Scanner(std::uint32_t channel, std::unique_ptr<PlainPeers> peers);
 
     /// Starts a sub-band scan, once the worker waits for one.
     void start();
@@ -40,7 +40,7 @@ public:
     SpectrumDiagnosticsController& controller() { return *m_controller; }
 
 private:
-    std::unique_ptr<support::PlainPeers> m_peers;
+    std::unique_ptr<PlainPeers> m_peers;
     std::unique_ptr<SpectrumDiagnosticsController> m_controller;
 };
 
@@ -54,7 +54,7 @@ public:
 
 private:
     std::uint32_t m_nrOfSamples;
-    support::PlainPeers m_peers;
+    PlainPeers m_peers;
     IFrequencyController& m_frequencyController;
     IRssiHandler& m_rssiHandler;
     SharedSweep m_shared;

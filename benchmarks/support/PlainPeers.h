@@ -17,7 +17,7 @@
 #include <string>
 #include <utility>
 
-namespace support {
+namespace bench {
 
 /// The peers of a channel, registered for as long as they live. They need no memory, take no lock and order nothing between
 /// threads. Their channel scan has 14 samples from 17987000 kHz up, 2000 kHz apart; their sub-band scan has seven, unless
@@ -90,4 +90,4 @@ private:
     std::atomic<std::uint32_t> m_receiver_kHz{configured_kHz};
 };
 
-} // namespace support
+} // namespace bench
