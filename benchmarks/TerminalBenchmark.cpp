@@ -1,7 +1,8 @@
 // The simulated terminal with the module in it: how much longer a scan in real time takes than its settle delays, which no
 // software can shorten, and the samples per second of many channels together in virtual time.
 
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
 
 #include <benchmark/benchmark.h>
 
@@ -11,8 +12,8 @@
 
 namespace {
 
-using simulator::SimulatedTerminal;
 using simulator::TerminalChannel;
+using terminal::Terminal;
 
 /// So many channels of the default scenario.
 std::vector<TerminalChannel> channels(std::uint32_t count)
@@ -26,7 +27,7 @@ std::vector<TerminalChannel> channels(std::uint32_t count)
 }
 
 /// Scans all channels at once; sleeps until each worker has left its sweep, without polling. @return the number of samples
-std::int64_t scanAll(SimulatedTerminal& terminal, const std::vector<TerminalChannel>& all, ESDCCommand start)
+std::int64_t scanAll(Terminal& terminal, const std::vector<TerminalChannel>& all, ESDCCommand start)
 {
     std::int64_t samples = 0;
     for (const TerminalChannel& channel : all) {
@@ -44,7 +45,8 @@ void inRealTime(benchmark::State& state)
 {
     const std::vector<TerminalChannel> all = channels(1);
     host::RealClock clock;
-    SimulatedTerminal terminal(all, clock);
+    const simulator::Radios radios(all, clock);
+    Terminal terminal(radios.channels(), clock);
     for ([[maybe_unused]] auto _ : state) {
         scanAll(terminal, all, SDC_CMD_CHANNEL_SCAN_START);
     }
@@ -56,7 +58,8 @@ void inVirtualTime(benchmark::State& state)
 {
     const std::vector<TerminalChannel> all = channels(static_cast<std::uint32_t>(state.range(0)));
     host::VirtualClock clock;
-    SimulatedTerminal terminal(all, clock);
+    const simulator::Radios radios(all, clock);
+    Terminal terminal(radios.channels(), clock);
     std::int64_t samples = 0;
     for ([[maybe_unused]] auto _ : state) {
         samples += scanAll(terminal, all, SDC_CMD_SUB_BAND_SCAN_START);

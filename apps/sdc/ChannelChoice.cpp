@@ -1,8 +1,9 @@
 #include "apps/sdc/ChannelChoice.h"
 
 #include "apps/sdc/CommandLine.h"
-#include "simulator/terminal/PlanPreview.h"
+#include "simulator/Radios.h"
 #include "support/Text.h"
+#include "terminal/PlanPreview.h"
 
 #include <algorithm>
 
@@ -41,7 +42,9 @@ std::vector<simulator::TerminalChannel> chooseChannels(
 
 PlannedChannel planned(const simulator::TerminalChannel& channel, ScanKind kind)
 {
-    return {channel, simulator::previewPlan(channel, startCommand(kind))};
+    host::VirtualClock clock;
+    const simulator::Radios radios({simulator::withoutFaults(channel)}, clock);
+    return {channel, terminal::previewPlan(radios.channels().front(), startCommand(kind))};
 }
 
 } // namespace sdc

@@ -13,7 +13,7 @@ namespace sdc {
 std::vector<simulator::TerminalChannel> chooseChannels(
     const simulator::Scenario& scenario, const std::vector<std::uint32_t>& numbers);
 
-/// What the controller would do; nothing where it cannot plan. Call while there is no terminal.
+/// What the controller would do; nothing where it cannot plan. Without the link's faults. Call while there is no terminal.
 PlannedChannel planned(const simulator::TerminalChannel& channel, ScanKind kind);
 
 } // namespace sdc

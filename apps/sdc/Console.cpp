@@ -12,8 +12,8 @@ namespace sdc {
 
 namespace {
 
-using simulator::ScanStart;
 using support::shown;
+using terminal::ScanStart;
 
 constexpr std::size_t longestText = 300; ///< of what ended a worker
 
@@ -70,7 +70,8 @@ std::string resultText(std::int32_t code)
 Console::Console(const simulator::Scenario& scenario, RadioChannel channel, std::uint32_t traceLevel, host::Clock& clock,
     std::ostream& output)
     : m_clock(clock)
-    , m_terminal(scenario, clock)
+    , m_radios(scenario, clock)
+    , m_terminal(m_radios.channels(), clock)
     , m_channel(channel)
     , m_output(output)
 {
@@ -260,7 +261,7 @@ void Console::fault(const Words& words)
         fault.value = parse<std::int64_t>(words[4], "number to answer with");
     }
     try {
-        m_terminal.inject(m_channel, fault);
+        m_radios[m_channel].inject(fault);
     } catch (const std::invalid_argument& impossible) {
         throw BadLine(impossible.what());
     }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "apps/sdc/ShownTrace.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
 
 #include <cstdint>
 #include <optional>
@@ -62,7 +63,8 @@ private:
     bool isHeldAfterStop() const;
 
     host::Clock& m_clock;
-    simulator::SimulatedTerminal m_terminal;
+    simulator::Radios m_radios;
+    terminal::Terminal m_terminal;
     RadioChannel m_channel;
     std::ostream& m_output;
     std::optional<ShownTrace> m_trace;

@@ -14,7 +14,7 @@ namespace sdc {
 
 namespace {
 
-using simulator::ScanPlan;
+using terminal::ScanPlan;
 using Json = nlohmann::ordered_json;
 
 /// A channel and its scan of each kind.

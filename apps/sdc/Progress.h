@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 
 #include <chrono>
 #include <cstdint>

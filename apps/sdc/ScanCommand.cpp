@@ -6,10 +6,12 @@
 #include "apps/sdc/ScanSession.h"
 #include "apps/sdc/ShownTrace.h"
 #include "apps/sdc/Texts.h"
+#include "simulator/Radios.h"
 
 #include <unistd.h>
 
 #include <iostream>
+#include <memory>
 
 namespace sdc {
 
@@ -95,7 +97,9 @@ ExitStatus scan(const ScanOptions& options)
     const ShownTrace trace(options.traceLevel);
     Progress progress = makeProgress(options);
     ScanSession session(plannedChannels, sessionOptions, progress, std::cerr);
-    session.run(scenario.channels);
+    const std::unique_ptr<host::Clock> clock = host::makeClock(options.speed);
+    const simulator::Radios radios(scenario, *clock);
+    session.run(radios.channels(), *clock);
     const ScanResult result{.scenario = scenario.name,
         .description = scenario.description,
         .kind = options.kind,

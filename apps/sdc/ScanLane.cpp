@@ -9,9 +9,9 @@ namespace sdc {
 
 namespace {
 
-using simulator::ScanStart;
-using simulator::SimulatedTerminal;
 using std::chrono::milliseconds;
+using terminal::ScanStart;
+using terminal::Terminal;
 
 /// Why a start did not lead to a sweep; empty when it did.
 std::string startFailure(ScanStart start, const std::string& unitTypeText)
@@ -42,13 +42,13 @@ ScanLane::ScanLane(PlannedChannel channel, TimePoint start)
     m_result.channel = static_cast<std::uint32_t>(m_channel.number);
     m_result.unitTypeText = m_channel.link.unitTypeText;
     m_result.filterWidth_kHz = m_channel.link.filterWidth_kHz;
-    m_result.plan = channel.plan.value_or(simulator::ScanPlan{});
+    m_result.plan = channel.plan.value_or(terminal::ScanPlan{});
     m_facts.configured_kHz = m_channel.link.rxFrequency_kHz;
     m_facts.rxAfter_kHz = m_channel.link.rxFrequency_kHz;
 }
 
 /// The settle delays follow from the radio's properties as the controller knows them: it is made to ask for them first.
-void ScanLane::begin(SimulatedTerminal& terminal, ScanKind kind)
+void ScanLane::begin(Terminal& terminal, ScanKind kind)
 {
     m_facts = {};
     m_facts.configured_kHz = m_channel.link.rxFrequency_kHz;
@@ -57,7 +57,7 @@ void ScanLane::begin(SimulatedTerminal& terminal, ScanKind kind)
     try {
         terminal.controller(number()).getSpectrumDiagnosticsProperties();
         m_facts.startFailure = startFailure(terminal.startScan(number(), startCommand(kind)), m_channel.link.unitTypeText);
-    } catch (const simulator::TraceNotUnderstood&) {
+    } catch (const terminal::TraceNotUnderstood&) {
         throw;
     } catch (const std::exception& exception) {
         m_facts.startFailure =
@@ -70,7 +70,7 @@ void ScanLane::begin(SimulatedTerminal& terminal, ScanKind kind)
 }
 
 /// Where no sweep has begun the controller still shows the samples of the one before.
-bool ScanLane::measure(SimulatedTerminal& terminal)
+bool ScanLane::measure(Terminal& terminal)
 {
     m_facts.rxAfter_kHz = terminal.rxFrequency_kHz(number());
     if (!m_hasBegun) {
@@ -82,7 +82,7 @@ bool ScanLane::measure(SimulatedTerminal& terminal)
     return m_samples.size() > before;
 }
 
-bool ScanLane::stop(SimulatedTerminal& terminal)
+bool ScanLane::stop(Terminal& terminal)
 {
     m_facts.isStopped = m_hasBegun && terminal.stopScan(number());
     return m_facts.isStopped;

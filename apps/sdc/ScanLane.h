@@ -2,7 +2,8 @@
 
 #include "apps/sdc/SweepVerdict.h"
 #include "apps/sdc/results/ScanResult.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/scenario/Scenario.h"
+#include "terminal/Terminal.h"
 
 #include <chrono>
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace sdc {
 /// A radio channel and the plan of its scan; no plan where the controller cannot make one.
 struct PlannedChannel {
     simulator::TerminalChannel channel;
-    std::optional<simulator::ScanPlan> plan;
+    std::optional<terminal::ScanPlan> plan;
 };
 
 /// The command that starts a scan.
@@ -27,19 +28,19 @@ public:
     ScanLane(PlannedChannel channel, TimePoint start);
 
     std::uint32_t channel() const { return m_result.channel; }
-    const simulator::ScanPlan& plan() const { return m_result.plan; }
+    const terminal::ScanPlan& plan() const { return m_result.plan; }
 
     /// Starts a sweep. What goes wrong is kept for the verdict.
-    void begin(simulator::SimulatedTerminal& terminal, ScanKind kind);
+    void begin(terminal::Terminal& terminal, ScanKind kind);
 
     /// Whether the sweep in hand was started with success.
     bool hasBegun() const { return m_hasBegun; }
 
     /// Fetches what has been measured. Returns whether there are new samples.
-    bool measure(simulator::SimulatedTerminal& terminal);
+    bool measure(terminal::Terminal& terminal);
 
     /// Stops the sweep in hand. Returns false, without a stop, when it has ended by itself.
-    bool stop(simulator::SimulatedTerminal& terminal);
+    bool stop(terminal::Terminal& terminal);
 
     void setStatus(ESDCStatus status) { m_facts.status = status; }
     void setStartFailure(const std::string& reason) { m_facts.startFailure = reason; }

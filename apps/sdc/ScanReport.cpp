@@ -43,7 +43,7 @@ std::string timeReport(const std::vector<PlannedChannel>& channels, const Sessio
     return line("time", text + ", " + (options.speed == 0.0 ? "passed over at this speed" : here));
 }
 
-std::string rangeText(const simulator::ScanPlan& plan)
+std::string rangeText(const terminal::ScanPlan& plan)
 {
     const std::string samples = counted(static_cast<std::size_t>(std::max(plan.samples, 0)), "sample");
     if (plan.samples == 1) {
@@ -53,7 +53,7 @@ std::string rangeText(const simulator::ScanPlan& plan)
         + " MHz, " + samples;
 }
 
-std::string settlingText(const simulator::ScanPlan& plan)
+std::string settlingText(const terminal::ScanPlan& plan)
 {
     if (plan.samples == 1) {
         return std::to_string(plan.settleTime().count()) + " ms";
@@ -62,7 +62,7 @@ std::string settlingText(const simulator::ScanPlan& plan)
         + " ms";
 }
 
-std::string sweepEnd(const Sweep& sweep, const simulator::ScanPlan& plan)
+std::string sweepEnd(const Sweep& sweep, const terminal::ScanPlan& plan)
 {
     return sweep.statusText + ", " + std::to_string(sweep.samples.size()) + " of " + std::to_string(plan.samples)
         + " samples" + (sweep.ending == Ending::stopped ? ", stopped" : "");

@@ -3,7 +3,6 @@
 #include "apps/sdc/ScanLane.h"
 #include "apps/sdc/ScanSession.h"
 #include "simulator/scenario/Scenario.h"
-#include "simulator/terminal/SimulatedTerminal.h"
 
 #include <string>
 #include <vector>

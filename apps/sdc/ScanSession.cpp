@@ -6,13 +6,12 @@
 
 #include <algorithm>
 #include <exception>
-#include <memory>
 
 namespace sdc {
 
 using host::Clock;
-using simulator::SimulatedTerminal;
 using std::chrono::milliseconds;
+using terminal::Terminal;
 
 ScanSession::ScanSession(
     const std::vector<PlannedChannel>& channels, const SessionOptions& options, Progress& progress, std::ostream& messages)
@@ -25,12 +24,11 @@ ScanSession::ScanSession(
     }
 }
 
-void ScanSession::run(const std::vector<simulator::TerminalChannel>& allChannels)
+void ScanSession::run(const std::vector<terminal::Channel>& allChannels, Clock& clock)
 {
-    const std::unique_ptr<Clock> clock = host::makeClock(m_options.speed);
-    std::optional<SimulatedTerminal> terminal;
+    std::optional<Terminal> terminal;
     try {
-        terminal.emplace(allChannels, *clock);
+        terminal.emplace(allChannels, clock);
     } catch (const std::exception& exception) {
         for (ScanLane& lane : m_lanes) {
             lane.setStartFailure(std::string("the terminal did not come up: ") + support::shown(exception.what()));
@@ -38,10 +36,10 @@ void ScanSession::run(const std::vector<simulator::TerminalChannel>& allChannels
         finishAll();
         return;
     }
-    sweepAll(*terminal, *clock);
+    sweepAll(*terminal, clock);
     while (goesOn()) {
         ++m_sweep;
-        sweepAll(*terminal, *clock);
+        sweepAll(*terminal, clock);
     }
     m_progress.end();
     m_isCutShort = isInterrupted() && m_sweep != m_options.sweeps;
@@ -54,7 +52,7 @@ bool ScanSession::goesOn() const
 }
 
 /// While the clock is held no sweep passes its first settle delay, so that all channels begin together.
-void ScanSession::sweepAll(SimulatedTerminal& terminal, Clock& clock)
+void ScanSession::sweepAll(Terminal& terminal, Clock& clock)
 {
     clock.hold();
     for (ScanLane& lane : m_lanes) {
@@ -75,7 +73,7 @@ void ScanSession::sweepAll(SimulatedTerminal& terminal, Clock& clock)
     finishAll();
 }
 
-void ScanSession::poll(SimulatedTerminal& terminal, Clock& clock)
+void ScanSession::poll(Terminal& terminal, Clock& clock)
 {
     measureAll(terminal);
     m_progress.show(progressState());
@@ -87,7 +85,7 @@ void ScanSession::poll(SimulatedTerminal& terminal, Clock& clock)
 
 /// Held for all stops together: the terminal lets every sweep come to stand in a settle delay before the first of them, and
 /// there they must still be at the last.
-void ScanSession::stopAll(SimulatedTerminal& terminal, Clock& clock)
+void ScanSession::stopAll(Terminal& terminal, Clock& clock)
 {
     milliseconds longest{};
     clock.hold();
@@ -101,7 +99,7 @@ void ScanSession::stopAll(SimulatedTerminal& terminal, Clock& clock)
     tell("stopping after the step in hand" + wait + "; Ctrl-C again leaves at once");
 }
 
-void ScanSession::measureAll(SimulatedTerminal& terminal)
+void ScanSession::measureAll(Terminal& terminal)
 {
     for (ScanLane& lane : m_lanes) {
         if (lane.measure(terminal)) {

@@ -20,7 +20,7 @@ struct SessionOptions {
     TimePoint start;          ///< the time of day at which simulated time begins
 };
 
-/// Sweeps channels of a simulated terminal, all at the same time, as often as asked for or until Ctrl-C.
+/// Sweeps channels of a terminal, all at the same time, as often as asked for or until Ctrl-C.
 class ScanSession {
 public:
     /// @param messages  failures and stops are told there as they happen
@@ -29,7 +29,8 @@ public:
 
     /// Brings a terminal up and sweeps. A terminal that does not come up is a failed sweep of each channel.
     /// @param allChannels  of the terminal, those of the session among them
-    void run(const std::vector<simulator::TerminalChannel>& allChannels);
+    /// @param clock  the terminal's, at the speed of the options
+    void run(const std::vector<terminal::Channel>& allChannels, host::Clock& clock);
 
     /// Whether Ctrl-C ended the session before all sweeps were begun.
     bool isCutShort() const { return m_isCutShort; }
@@ -38,10 +39,10 @@ public:
     std::vector<ChannelResult> takeResults();
 
 private:
-    void sweepAll(simulator::SimulatedTerminal& terminal, host::Clock& clock);
-    void poll(simulator::SimulatedTerminal& terminal, host::Clock& clock);
-    void stopAll(simulator::SimulatedTerminal& terminal, host::Clock& clock);
-    void measureAll(simulator::SimulatedTerminal& terminal);
+    void sweepAll(terminal::Terminal& terminal, host::Clock& clock);
+    void poll(terminal::Terminal& terminal, host::Clock& clock);
+    void stopAll(terminal::Terminal& terminal, host::Clock& clock);
+    void measureAll(terminal::Terminal& terminal);
     void finishAll();
     bool goesOn() const;
     void tell(const std::string& text);

@@ -14,7 +14,7 @@ struct SweepFacts {
     std::optional<std::string> workerFailure;        ///< what ended the worker, in the controller's words
     bool isStopped = false;                          ///< by the user
     ESDCStatus status = SDC_STATUS_SCAN_NOT_STARTED; ///< at the end
-    simulator::ScanPlan plan;
+    terminal::ScanPlan plan;
     std::int64_t taken = 0;           ///< samples
     std::uint32_t configured_kHz = 0; ///< where the receiver belongs
     std::uint32_t rxAfter_kHz = 0;    ///< where it stands

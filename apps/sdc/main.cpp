@@ -3,7 +3,7 @@
 #include "apps/sdc/Texts.h"
 #include "apps/sdc/results/ResultJson.h"
 #include "simulator/scenario/Scenario.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "terminal/Terminal.h"
 
 #include <csignal>
 #include <exception>
@@ -33,7 +33,7 @@ int main(int argc, char** argv)
     } catch (const sdc::ResultError& error) {
         complain(error);
         return sdc::EXIT_USAGE;
-    } catch (const simulator::NotUp& error) {
+    } catch (const terminal::NotUp& error) {
         std::cerr << sdc::message(std::string("the terminal did not come up: ") + error.what()) << std::flush;
         return sdc::EXIT_FAILED;
     } catch (const std::exception& exception) {

@@ -2,17 +2,18 @@
 
 // What the author of a module that scans does without a radio. The tests compile and run it.
 
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
 
 #include <ostream>
 
 inline void tryScans(std::ostream& out)
 {
-    using namespace simulator;
-    const Scenario scenario = loadScenario("18-f595"); // or a file of your own
+    const simulator::Scenario scenario = simulator::loadScenario("18-f595"); // or a file of your own
     const RadioChannel channel = scenario.channels.front().number;
     host::VirtualClock clock; // a sweep of hours takes milliseconds; RealClock takes hours
-    SimulatedTerminal terminal(scenario, clock);
+    simulator::Radios radios(scenario, clock);
+    terminal::Terminal terminal(radios.channels(), clock);
 
     // Your module finds the controller in the broker, or is given terminal.controller(channel).
     terminal.startScan(channel, SDC_CMD_CHANNEL_SCAN_START);
@@ -24,7 +25,9 @@ inline void tryScans(std::ostream& out)
 
     host::RecordingTraceSink trace;
     host::trace::addSink(trace);
-    terminal.inject(channel, {Operation::setRxFrequency, FaultAction::refuse, 3}); // the third tuning from now
+    using enum simulator::Operation;
+    using enum simulator::FaultAction;
+    radios[channel].inject({setRxFrequency, refuse, 3}); // the third tuning from now
     terminal.startScan(channel, SDC_CMD_SUB_BAND_SCAN_START);
     const ESDCStatus status = terminal.waitForEnd(channel);
     terminal.waitForIdle(channel);

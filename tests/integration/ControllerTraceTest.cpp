@@ -1,8 +1,9 @@
 // What is read out of the controllers' trace, and that a trace which is not understood is an error of its own.
 
 #include "host/HostObserver.h"
-#include "simulator/terminal/PlanPreview.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
+#include "tests/support/PlannedScan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,9 +13,9 @@
 
 namespace {
 
-using simulator::ControllerTrace;
-using simulator::SimulatedTerminal;
-using simulator::TraceNotUnderstood;
+using terminal::ControllerTrace;
+using terminal::Terminal;
+using terminal::TraceNotUnderstood;
 
 constexpr RadioChannel channel1{1};
 
@@ -78,7 +79,8 @@ protected:
 TEST_F(SilentDump, ofAStartThatIsTakenIsAnErrorOfItsOwn)
 {
     host::VirtualClock clock;
-    SimulatedTerminal terminal(scenario, clock);
+    simulator::Radios radios(scenario, clock);
+    Terminal terminal(radios.channels(), clock);
     EXPECT_THAT([&] { terminal.startScan(channel1, SDC_CMD_CHANNEL_SCAN_START); },
         testing::ThrowsMessage<TraceNotUnderstood>(
             "internal error: the controllers' trace could not be understood: it tells "
@@ -87,7 +89,7 @@ TEST_F(SilentDump, ofAStartThatIsTakenIsAnErrorOfItsOwn)
 
 TEST_F(SilentDump, isNotTakenForAUnitThatIsNotSupported)
 {
-    EXPECT_THROW(simulator::previewPlan(scenario.channels.front(), SDC_CMD_CHANNEL_SCAN_START), TraceNotUnderstood);
+    EXPECT_THROW(support::plannedScan(scenario.channels.front(), SDC_CMD_CHANNEL_SCAN_START), TraceNotUnderstood);
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 // Every built-in scenario, scanned both ways with the real controller, and many channels at once.
 
-#include "simulator/terminal/PlanPreview.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
+#include "tests/support/PlannedScan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,11 +14,11 @@
 
 namespace {
 
-using simulator::ScanPlan;
-using simulator::ScanStart;
 using simulator::Scenario;
-using simulator::SimulatedTerminal;
 using simulator::TerminalChannel;
+using terminal::ScanPlan;
+using terminal::ScanStart;
+using terminal::Terminal;
 using testing::Each;
 using testing::Field;
 using testing::Ge;
@@ -30,7 +31,7 @@ bool isSame(const SDCResult& left, const SDCResult& right)
 }
 
 /// A scan of each channel of a terminal, all at once. Each controller knows its radio's properties.
-void scanAll(SimulatedTerminal& terminal, const Scenario& scenario, ESDCCommand start)
+void scanAll(Terminal& terminal, const Scenario& scenario, ESDCCommand start)
 {
     for (const TerminalChannel& channel : scenario.channels) {
         terminal.controller(channel.number).getSpectrumDiagnosticsProperties();
@@ -60,7 +61,7 @@ protected:
         std::ranges::all_of(scenario.channels, [](const TerminalChannel& channel) { return channel.link.faults.empty(); });
 };
 
-void expectWholeScan(const SimulatedTerminal& terminal, const TerminalChannel& channel, ESDCStatus finished)
+void expectWholeScan(const Terminal& terminal, const TerminalChannel& channel, ESDCStatus finished)
 {
     const ScanPlan plan = terminal.plan(channel.number).value();
     const std::vector<SDCResult> samples = terminal.samples(channel.number);
@@ -80,7 +81,8 @@ TEST_P(EveryScenario, withoutFaultsIsScannedWholeBothWaysAndPutsTheReceiverBack)
         channel.link.faults.clear();
     }
     host::VirtualClock clock;
-    SimulatedTerminal terminal(flawless, clock);
+    simulator::Radios radios(flawless, clock);
+    Terminal terminal(radios.channels(), clock);
     scanAll(terminal, flawless, SDC_CMD_CHANNEL_SCAN_START);
     for (const TerminalChannel& channel : flawless.channels) {
         expectWholeScan(terminal, channel, SDC_STATUS_CHANNEL_SCAN_FINISHED);
@@ -94,9 +96,10 @@ TEST_P(EveryScenario, withoutFaultsIsScannedWholeBothWaysAndPutsTheReceiverBack)
 TEST_P(EveryScenario, isScannedAsPreviewed)
 {
     for (const ESDCCommand start : {SDC_CMD_CHANNEL_SCAN_START, SDC_CMD_SUB_BAND_SCAN_START}) {
-        const ScanPlan preview = simulator::previewPlan(scenario.channels.front(), start).value();
+        const ScanPlan preview = support::plannedScan(scenario.channels.front(), start).value();
         host::VirtualClock clock;
-        SimulatedTerminal terminal(scenario, clock);
+        simulator::Radios radios(scenario, clock);
+        Terminal terminal(radios.channels(), clock);
         scanAll(terminal, scenario, start);
         const ScanPlan plan = terminal.plan(scenario.channels.front().number).value();
         EXPECT_EQ(plan.lowest_kHz, preview.lowest_kHz);
@@ -111,7 +114,8 @@ TEST_P(EveryScenario, givesTheSameSamplesAgain)
     std::vector<std::vector<SDCResult>> runs;
     for (const double factor : {0.0, 1e9}) {
         const std::unique_ptr<host::Clock> clock = host::makeClock(factor);
-        SimulatedTerminal terminal(scenario, *clock);
+        simulator::Radios radios(scenario, *clock);
+        Terminal terminal(radios.channels(), *clock);
         scanAll(terminal, scenario, SDC_CMD_SUB_BAND_SCAN_START);
         runs.push_back(terminal.samples(scenario.channels.front().number));
     }
@@ -135,7 +139,8 @@ TEST(ManyChannels, sixtyFourScanAtOnceEachWithTheSamplesItHasAlone)
     host::VirtualClock clock;
     std::vector<std::vector<SDCResult>> together;
     {
-        SimulatedTerminal terminal(scenario, clock);
+        simulator::Radios radios(scenario, clock);
+        Terminal terminal(radios.channels(), clock);
         scanAll(terminal, scenario, SDC_CMD_SUB_BAND_SCAN_START);
         for (const TerminalChannel& channel : scenario.channels) {
             together.push_back(terminal.samples(channel.number));
@@ -144,7 +149,8 @@ TEST(ManyChannels, sixtyFourScanAtOnceEachWithTheSamplesItHasAlone)
     for (std::size_t i = 0; i < scenario.channels.size(); ++i) {
         SCOPED_TRACE(i);
         const Scenario alone{"", "", {}, {scenario.channels[i]}};
-        SimulatedTerminal terminal(alone, clock);
+        simulator::Radios radios(alone, clock);
+        Terminal terminal(radios.channels(), clock);
         scanAll(terminal, alone, SDC_CMD_SUB_BAND_SCAN_START);
         EXPECT_TRUE(std::ranges::equal(terminal.samples(scenario.channels[i].number), together[i], isSame));
         EXPECT_FALSE(i > 0 && std::ranges::equal(together[i], together[0], isSame)); // a seed of its own
@@ -154,7 +160,7 @@ TEST(ManyChannels, sixtyFourScanAtOnceEachWithTheSamplesItHasAlone)
 TEST(LongScenario, is344SamplesInFiveHours44MinutesOfRadioTime)
 {
     const Scenario scenario = simulator::loadScenario("38-long");
-    const ScanPlan plan = simulator::previewPlan(scenario.channels.front(), SDC_CMD_SUB_BAND_SCAN_START).value();
+    const ScanPlan plan = support::plannedScan(scenario.channels.front(), SDC_CMD_SUB_BAND_SCAN_START).value();
     EXPECT_EQ(plan.samples, 344);
     EXPECT_EQ(plan.settleTime(), std::chrono::hours(5) + std::chrono::minutes(44));
 }

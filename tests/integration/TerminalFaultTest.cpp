@@ -1,9 +1,9 @@
 // A terminal whose radio misbehaves: what the controller makes of it, and what the terminal tells about it.
 
 #include "host/HostObserver.h"
-#include "simulator/terminal/PlanPreview.h"
-#include "simulator/terminal/SimulatedTerminal.h"
-
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
+#include "tests/support/PlannedScan.h"
 #include "tests/unit/simulator/TestLink.h"
 
 #include <gmock/gmock.h>
@@ -18,9 +18,9 @@ namespace {
 using simulator::Fault;
 using simulator::FaultAction;
 using simulator::Operation;
-using simulator::ScanStart;
-using simulator::SimulatedTerminal;
 using simulator::TerminalChannel;
+using terminal::ScanStart;
+using terminal::Terminal;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -30,13 +30,16 @@ constexpr RadioChannel channel2{2};
 
 class FaultyTerminal : public testing::Test {
 protected:
-    SimulatedTerminal& bringUp(const std::vector<Fault>& faults = {})
+    Terminal& bringUp(const std::vector<Fault>& faults = {})
     {
         TerminalChannel faulty{channel1, tests::plainLink()};
         faulty.link.faults = faults;
-        terminal = std::make_unique<SimulatedTerminal>(std::vector{faulty, {channel2, tests::plainLink()}}, clock);
+        radios = std::make_unique<simulator::Radios>(std::vector{faulty, {channel2, tests::plainLink()}}, clock);
+        terminal = std::make_unique<Terminal>(radios->channels(), clock);
         return *terminal;
     }
+
+    simulator::Radio& radio() const { return (*radios)[channel1]; }
 
     ESDCStatus scan(RadioChannel channel = channel1)
     {
@@ -49,7 +52,8 @@ protected:
     }
 
     host::VirtualClock clock;
-    std::unique_ptr<SimulatedTerminal> terminal;
+    std::unique_ptr<simulator::Radios> radios;
+    std::unique_ptr<Terminal> terminal;
 };
 
 TEST_F(FaultyTerminal, refusedTuningAbortsTheSweepThere)
@@ -91,7 +95,7 @@ TEST_F(FaultyTerminal, exceptionDuringASweepEndsTheWorkerAndIsTold)
 {
     bringUp();
     EXPECT_FALSE(terminal->workerFailure(channel1));
-    terminal->inject(channel1, {Operation::readRssi, FaultAction::fail, 2, 1, 0, "the cable is off"});
+    radio().inject({Operation::readRssi, FaultAction::fail, 2, 1, 0, "the cable is off"});
     EXPECT_EQ(scan(), SDC_STATUS_CHANNEL_SCAN_ONGOING); // for ever
     EXPECT_EQ(terminal->workerFailure(channel1), "Exception timerThread SpectDiagCtrl1: the cable is off");
     EXPECT_EQ(terminal->samples(channel1).size(), 1U);
@@ -135,7 +139,7 @@ TEST_F(FaultyTerminal, injectedFaultsCountFromTheInjection)
 {
     bringUp();
     EXPECT_EQ(scan(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
-    terminal->inject(channel1, {Operation::setRxFrequency, FaultAction::refuse, 2});
+    radio().inject({Operation::setRxFrequency, FaultAction::refuse, 2});
     EXPECT_EQ(scan(), SDC_STATUS_SCAN_NOT_STARTED);
     EXPECT_EQ(terminal->samples(channel1).size(), 1U);
 }
@@ -143,9 +147,8 @@ TEST_F(FaultyTerminal, injectedFaultsCountFromTheInjection)
 TEST_F(FaultyTerminal, faultThatCannotBeIsRefused)
 {
     bringUp();
-    EXPECT_THROW(terminal->inject(channel1, {Operation::getChannelSpacing, FaultAction::refuse, 1}), std::invalid_argument);
-    EXPECT_THROW(
-        terminal->inject(channel1, {Operation::getChannelSpacing, FaultAction::answer, 1, 1, 0}), std::invalid_argument);
+    EXPECT_THROW(radio().inject({Operation::getChannelSpacing, FaultAction::refuse, 1}), std::invalid_argument);
+    EXPECT_THROW(radio().inject({Operation::getChannelSpacing, FaultAction::answer, 1, 1, 0}), std::invalid_argument);
 }
 
 TEST(PlanPreview, isThePlanOfTheScanThatFollowsWhateverTheFaults)
@@ -153,14 +156,14 @@ TEST(PlanPreview, isThePlanOfTheScanThatFollowsWhateverTheFaults)
     TerminalChannel channel{channel1, tests::plainLink()};
     channel.link.properties.slowRxWait = 1;
     channel.link.faults = {{Operation::setRxFrequency, FaultAction::fail, 1, Fault::all}};
-    const simulator::ScanPlan plan = simulator::previewPlan(channel, SDC_CMD_SUB_BAND_SCAN_START).value();
+    const terminal::ScanPlan plan = support::plannedScan(channel, SDC_CMD_SUB_BAND_SCAN_START).value();
     EXPECT_EQ(plan.lowest_kHz, 18701000U);
     EXPECT_EQ(plan.samples, 500);
     EXPECT_EQ(plan.setRxWait_ms, 2000U);
     EXPECT_EQ(plan.settleTime(), std::chrono::milliseconds(3000 + 499 * 2000));
     EXPECT_EQ(plan.settleTime(1), std::chrono::milliseconds(3000));
     EXPECT_EQ(plan.settleTime(0), std::chrono::milliseconds(0));
-    EXPECT_EQ(simulator::previewPlan(channel, SDC_CMD_CHANNEL_SCAN_START).value().samples, 13);
+    EXPECT_EQ(support::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START).value().samples, 13);
 }
 
 TEST(PlanPreview, takesNoReadingAndWaitsForNothing)
@@ -170,7 +173,7 @@ TEST(PlanPreview, takesNoReadingAndWaitsForNothing)
     const host::trace::SinkInForce inForce(sink);
     std::atomic<int> sleeps{0};
     host::setHostObserver([&sleeps](const std::string& event) { sleeps += event == "sleep.get" ? 1 : 0; });
-    EXPECT_EQ(simulator::previewPlan({channel1, tests::plainLink()}, SDC_CMD_SUB_BAND_SCAN_START).value().samples, 500);
+    EXPECT_EQ(support::plannedScan({channel1, tests::plainLink()}, SDC_CMD_SUB_BAND_SCAN_START).value().samples, 500);
     host::setHostObserver({});
     EXPECT_EQ(sleeps, 0);
     for (const host::TraceRecord& record : sink.records()) {
@@ -182,16 +185,16 @@ TEST(PlanPreview, isNothingForAUnitThatIsNotSupported)
 {
     TerminalChannel channel{channel1, tests::plainLink()};
     channel.link.unitTypeText = "no such unit";
-    EXPECT_FALSE(simulator::previewPlan(channel, SDC_CMD_CHANNEL_SCAN_START));
+    EXPECT_FALSE(support::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START));
 }
 
 TEST(ScanPlan, ofOneSampleWaitsFiveSecondsAndOneThatCannotBeginNone)
 {
-    const simulator::ScanPlan single{
+    const terminal::ScanPlan single{
         .lowest_kHz = 5, .highest_kHz = 5, .samples = 1, .setRxWait_ms = 1, .firstSetRxWait_ms = 2};
     EXPECT_EQ(single.settleTime(), std::chrono::seconds(5));
     EXPECT_EQ(single.settleTime(0), std::chrono::seconds(0));
-    const simulator::ScanPlan empty{.lowest_kHz = 6, .highest_kHz = 5, .samples = 9, .firstSetRxWait_ms = 2};
+    const terminal::ScanPlan empty{.lowest_kHz = 6, .highest_kHz = 5, .samples = 9, .firstSetRxWait_ms = 2};
     EXPECT_EQ(empty.settleTime(), std::chrono::seconds(0));
 }
 

@@ -1,9 +1,10 @@
 // The real library in a whole terminal: brought up, commanded, polled and taken down through the host's life cycle and the
 // published interface alone.
 
+#include "terminal/Terminal.h"
 #include "host/HostObserver.h"
 #include "host/ModuleManager.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
 
 #include "Platform/Host/InterfaceBroker.h"
 
@@ -24,9 +25,8 @@
 namespace {
 
 using simulator::Link;
-using simulator::ScanStart;
-using simulator::SimulatedTerminal;
 using simulator::TerminalChannel;
+using terminal::ScanStart;
 using testing::Contains;
 using testing::Each;
 using testing::IsEmpty;
@@ -42,9 +42,11 @@ const Link& firstLink()
 /// All but the time of a sweep is real: the clock is virtual.
 class Terminal : public testing::Test {
 protected:
-    SimulatedTerminal& bringUp(const std::vector<TerminalChannel>& channels = {{channel1, firstLink()}})
+    terminal::Terminal& bringUp(const std::vector<TerminalChannel>& channels = {{channel1, firstLink()}})
     {
-        terminal = std::make_unique<SimulatedTerminal>(channels, clock);
+        terminal.reset();
+        radios = std::make_unique<simulator::Radios>(channels, clock);
+        terminal = std::make_unique<terminal::Terminal>(radios->channels(), clock);
         return *terminal;
     }
 
@@ -55,7 +57,8 @@ protected:
     }
 
     host::VirtualClock clock;
-    std::unique_ptr<SimulatedTerminal> terminal;
+    std::unique_ptr<simulator::Radios> radios;
+    std::unique_ptr<terminal::Terminal> terminal;
 };
 
 TEST_F(Terminal, channelScanFindsTheCarrierAndPutsTheReceiverBack)
@@ -92,7 +95,7 @@ TEST_F(Terminal, planIsWhatTheControllerReports)
     bringUp();
     EXPECT_FALSE(terminal->plan(channel1).has_value());
     scan(channel1, SDC_CMD_CHANNEL_SCAN_START);
-    const simulator::ScanPlan plan = terminal->plan(channel1).value();
+    const terminal::ScanPlan plan = terminal->plan(channel1).value();
     EXPECT_EQ(plan.rxFrequency_kHz, 19177500U);
     EXPECT_EQ(plan.channelSpacing_kHz, 27500U);
     EXPECT_EQ(plan.lowest_kHz, 19164750U);
@@ -184,7 +187,7 @@ TEST_F(Terminal, stopThatFindsTheScanEndingIsNotGiven)
 {
     constexpr RadioChannel channel2{2};
     bringUp({{channel1, firstLink()}, {channel2, firstLink()}});
-    const std::optional<simulator::ScanPlan> plan = [this] {
+    const std::optional<terminal::ScanPlan> plan = [this] {
         scan(channel1, SDC_CMD_CHANNEL_SCAN_START);
         return terminal->plan(channel1);
     }();
@@ -291,7 +294,8 @@ TEST_F(Terminal, takingItDownDuringASweepLetsTheSweepEndWithoutItsTimeAndLeavesN
     const TraceTexts texts;
     host::RealClock slow(0.001); // the first settle delay alone takes 50 minutes
     {
-        SimulatedTerminal slowTerminal({{channel1, firstLink()}}, slow);
+        const simulator::Radios slowRadios({{channel1, firstLink()}}, slow);
+        terminal::Terminal slowTerminal(slowRadios.channels(), slow);
         ASSERT_EQ(slowTerminal.startScan(channel1, SDC_CMD_SUB_BAND_SCAN_START), ScanStart::underWay);
     }
     EXPECT_EQ(texts.count("Read RSSI "), 500U);
@@ -326,7 +330,7 @@ TEST_F(Terminal, aModuleThatDoesNotComeUpIsNamedAndNothingIsLeftBehind)
     {
         const FailingModule failing;
         EXPECT_THAT([this] { bringUp(); },
-            testing::ThrowsMessage<simulator::NotUp>("Failing did not come up: onModuleInit returned 32769"));
+            testing::ThrowsMessage<terminal::NotUp>("Failing did not come up: onModuleInit returned 32769"));
     }
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
     EXPECT_THAT(host::ModuleManager::instance().modules(), IsEmpty());
@@ -361,7 +365,7 @@ TEST_F(Terminal, aWorkerThatCannotBeCreatedIsToldAndNothingIsLeftBehind)
     {
         const NoRoomForThreads full;
         EXPECT_THAT([this] { bringUp(); },
-            testing::ThrowsMessage<simulator::NotUp>(
+            testing::ThrowsMessage<terminal::NotUp>(
                 "channel 1 has no worker: Thread SpectDiagCtrl1 caught exception [Resource temporarily unavailable]."));
     }
     EXPECT_THAT(InterfaceBroker::getInstance().interfaces(), IsEmpty());
@@ -378,7 +382,7 @@ TEST_F(Terminal, aWorkerWithoutAKnownReasonIsToldToo)
         }
     });
     EXPECT_THAT([this] { bringUp(); },
-        testing::ThrowsMessage<simulator::NotUp>(
+        testing::ThrowsMessage<terminal::NotUp>(
             "channel 1 has no worker: Unknown exception when trying to create the thread SpectDiagCtrl1"));
     host::setHostObserver({});
 }

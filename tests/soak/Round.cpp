@@ -19,7 +19,7 @@ namespace {
 using simulator::Fault;
 using simulator::FaultAction;
 using simulator::Operation;
-using simulator::ScanStart;
+using terminal::ScanStart;
 
 std::string nameOf(RadioChannel channel)
 {
@@ -79,9 +79,15 @@ bool Round::bringUp()
         bringUpInVain();
         return false;
     }
-    m_terminal = std::make_unique<simulator::SimulatedTerminal>(channels, *m_clock);
+    plugIn(channels);
     ++m_tally.terminals;
     return true;
+}
+
+void Round::plugIn(const std::vector<simulator::TerminalChannel>& channels)
+{
+    m_radios = std::make_unique<simulator::Radios>(channels, *m_clock);
+    m_terminal = std::make_unique<terminal::Terminal>(m_radios->channels(), *m_clock);
 }
 
 /// One radio hands out no properties provider: the terminal must not come up, and leave nothing behind.
@@ -95,7 +101,7 @@ void Round::bringUpInVain()
         .link.faults.push_back(
             {.operation = Operation::createPropertiesProvider, .action = FaultAction::fail, .text = std::string(faultText)});
     try {
-        m_terminal = std::make_unique<simulator::SimulatedTerminal>(channels, *m_clock);
+        plugIn(channels);
     } catch (const std::runtime_error& error) {
         require(error.what() == faultText, std::string("a terminal did not come up: ") + error.what());
         return;
@@ -197,7 +203,7 @@ void Round::injectSome(Lane& lane)
 
 void Round::inject(Lane& lane, const Fault& fault)
 {
-    m_terminal->inject(lane.channel.number, fault);
+    (*m_radios)[lane.channel.number].inject(fault);
     lane.scan.mayGoWrong = true;
     ++m_tally.faults;
 }

@@ -4,7 +4,8 @@
 #include "tests/soak/ScanCheck.h"
 
 #include "host/Clock.h"
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "simulator/Radios.h"
+#include "terminal/Terminal.h"
 
 #include <cstdint>
 #include <memory>
@@ -42,6 +43,7 @@ private:
     };
 
     bool bringUp();
+    void plugIn(const std::vector<simulator::TerminalChannel>& channels);
     void bringUpInVain();
     void scanSome();
     void startSome();
@@ -49,7 +51,7 @@ private:
     void inject(Lane& lane, const simulator::Fault& fault);
     void askForProperties(Lane& lane);
     void start(Lane& lane);
-    void accept(Lane& lane, const std::optional<simulator::Fault>& fault, simulator::ScanStart started);
+    void accept(Lane& lane, const std::optional<simulator::Fault>& fault, terminal::ScanStart started);
     void acceptException(const Lane& lane, const std::optional<simulator::Fault>& fault, const std::exception& exception);
     void stop(Lane& lane);
     void finish(Lane& lane);
@@ -60,7 +62,8 @@ private:
     Tally& m_tally;
     std::unique_ptr<host::Clock> m_clock;
     std::vector<Lane> m_lanes;
-    std::unique_ptr<simulator::SimulatedTerminal> m_terminal;
+    std::unique_ptr<simulator::Radios> m_radios;
+    std::unique_ptr<terminal::Terminal> m_terminal;
 };
 
 } // namespace soak

@@ -10,14 +10,14 @@ namespace soak {
 
 namespace {
 
-using simulator::ScanPlan;
-using simulator::SimulatedTerminal;
+using terminal::ScanPlan;
+using terminal::Terminal;
 
 constexpr std::int32_t floor_cdBm = -9970;
 
 /// What a scan has left behind.
 struct Outcome {
-    Outcome(const SimulatedTerminal& terminal, RadioChannel channel)
+    Outcome(const Terminal& terminal, RadioChannel channel)
         : samples(terminal.samples(channel))
         , receiver_kHz(terminal.rxFrequency_kHz(channel))
         , status(terminal.controller(channel).getStatus())
@@ -82,7 +82,7 @@ bool isSame(const std::vector<SDCResult>& left, const std::vector<SDCResult>& ri
     });
 }
 
-void checkScan(const SimulatedTerminal& terminal, const ScanRecord& scan)
+void checkScan(const Terminal& terminal, const ScanRecord& scan)
 {
     const Outcome outcome(terminal, scan.channel);
     const std::string seen = describe(scan, outcome);

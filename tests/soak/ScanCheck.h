@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "terminal/Terminal.h"
 
 #include <string>
 #include <vector>
@@ -22,6 +22,6 @@ bool isSame(const std::vector<SDCResult>& left, const std::vector<SDCResult>& ri
 
 /// Compares all that a scan has left behind with its plan, and its parts with one another.
 /// @throws SoakFailure where they do not fit
-void checkScan(const simulator::SimulatedTerminal& terminal, const ScanRecord& scan);
+void checkScan(const terminal::Terminal& terminal, const ScanRecord& scan);
 
 } // namespace soak

@@ -13,7 +13,7 @@ namespace sdc {
 
 namespace {
 
-using simulator::ScanPlan;
+using terminal::ScanPlan;
 
 /// Of an even number of levels, the mean of the two in the middle.
 std::int32_t median(const std::vector<std::int32_t>& sorted)

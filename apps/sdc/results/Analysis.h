@@ -60,6 +60,6 @@ struct Analysis {
 ///   ends while it rises has no peak there. Between samples, levels in dB are taken to run straight.
 /// @param samples  frequencies ascending; where they do not ascend, as in a sweep that stays in one place, there are neither
 ///                 peaks nor other channels
-Analysis analyse(const std::vector<SDCResult>& samples, const simulator::ScanPlan& plan);
+Analysis analyse(const std::vector<SDCResult>& samples, const terminal::ScanPlan& plan);
 
 } // namespace sdc

@@ -80,7 +80,7 @@ PlotFrame::PlotFrame(const ScanResult& result, const ChannelResult& channel, con
 /// place where the receiver belongs.
 void PlotFrame::findRange()
 {
-    const simulator::ScanPlan& plan = m_channel.plan;
+    const terminal::ScanPlan& plan = m_channel.plan;
     const bool isPlanned = plan.samples > 0 && plan.lowest_kHz <= plan.highest_kHz;
     m_lowest_kHz = isPlanned ? plan.lowest_kHz : plan.rxFrequency_kHz;
     m_highest_kHz = isPlanned ? plan.highest_kHz : plan.rxFrequency_kHz;

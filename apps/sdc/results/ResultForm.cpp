@@ -21,7 +21,7 @@ public:
     }
 };
 
-using Plan = simulator::ScanPlan;
+using Plan = terminal::ScanPlan;
 
 constexpr double highestLevel_dBm = 21474836.0; // what a controller's reading can be
 constexpr double furthestOffset = 1e15;

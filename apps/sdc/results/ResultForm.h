@@ -34,7 +34,7 @@ struct ChannelInFile {
     std::uint32_t channel = 0;
     std::string unitTypeText;
     double filterWidth_kHz = 0.0;
-    simulator::ScanPlan plan;
+    terminal::ScanPlan plan;
     std::vector<SweepInFile> sweeps;
     std::optional<HoldsInFile> holds;
     AnalysisInFile analysis;

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "terminal/ScanPlan.h"
+
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 
 #include <chrono>
 #include <cstdint>
@@ -37,7 +39,7 @@ struct ChannelResult {
     std::uint32_t channel = 0; ///< radio channel number
     std::string unitTypeText;
     double filterWidth_kHz = 0.0; ///< of the receiver
-    simulator::ScanPlan plan;     ///< of the last sweep; plan.samples tells how many samples each sweep should have
+    terminal::ScanPlan plan;      ///< of the last sweep; plan.samples tells how many samples each sweep should have
     std::vector<Sweep> sweeps;
 };
 

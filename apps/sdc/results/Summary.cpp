@@ -49,7 +49,7 @@ std::string channelLines(const std::vector<RasterChannel>& channels)
 
 } // namespace
 
-void writeSummary(std::ostream& stream, const Analysis& analysis, const simulator::ScanPlan& plan)
+void writeSummary(std::ostream& stream, const Analysis& analysis, const terminal::ScanPlan& plan)
 {
     std::string lines;
     if (analysis.floor) {

@@ -7,6 +7,6 @@
 namespace sdc {
 
 /// For people, after an empty line: what a trace tells, one line each, at most 80 columns. Nothing when it tells nothing.
-void writeSummary(std::ostream& stream, const Analysis& analysis, const simulator::ScanPlan& plan);
+void writeSummary(std::ostream& stream, const Analysis& analysis, const terminal::ScanPlan& plan);
 
 } // namespace sdc

@@ -14,7 +14,7 @@ namespace sdc {
 
 namespace {
 
-using simulator::ScanPlan;
+using terminal::ScanPlan;
 
 constexpr std::int64_t hertzPerKilohertz = 1000;
 

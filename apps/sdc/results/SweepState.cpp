@@ -7,17 +7,17 @@
 
 namespace sdc {
 
-bool isPartial(const Sweep& sweep, const simulator::ScanPlan& plan)
+bool isPartial(const Sweep& sweep, const terminal::ScanPlan& plan)
 {
     return std::ssize(sweep.samples) < plan.samples;
 }
 
-std::string countOf(const Sweep& sweep, const simulator::ScanPlan& plan)
+std::string countOf(const Sweep& sweep, const terminal::ScanPlan& plan)
 {
     return std::to_string(sweep.samples.size()) + "/" + std::to_string(plan.samples);
 }
 
-std::string stateOf(const Sweep& sweep, const simulator::ScanPlan& plan)
+std::string stateOf(const Sweep& sweep, const terminal::ScanPlan& plan)
 {
     if (sweep.ending == Ending::complete) {
         return "";

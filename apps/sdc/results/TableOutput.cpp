@@ -71,13 +71,13 @@ std::string header(const Layout& layout)
     return text + "-20";
 }
 
-bool isInChannel(const Hold& row, const simulator::ScanPlan& plan)
+bool isInChannel(const Hold& row, const terminal::ScanPlan& plan)
 {
     return 2 * std::llabs(std::int64_t{row.frequency_kHz} - plan.rxFrequency_kHz) <= plan.channelSpacing_kHz;
 }
 
 void writeRow(
-    std::ostream& stream, const Hold& row, const Analysis& analysis, const simulator::ScanPlan& plan, const Layout& layout)
+    std::ostream& stream, const Hold& row, const Analysis& analysis, const terminal::ScanPlan& plan, const Layout& layout)
 {
     const bool isConfigured = isInChannel(row, plan);
     const bool isAboveFloor = analysis.floor && row.average >= *analysis.floor + leastProminence;

@@ -167,7 +167,7 @@ TEST(Channels, linkWithoutAChannelSpacingHasNoChannels)
 
 TEST(Analyses, nothingIsSaidOfAScanWithoutSamples)
 {
-    const Analysis analysis = sdc::analyse({}, simulator::ScanPlan{});
+    const Analysis analysis = sdc::analyse({}, terminal::ScanPlan{});
     EXPECT_FALSE(analysis.floor || analysis.configured || !analysis.peaks.empty() || !analysis.otherChannels.empty());
 }
 

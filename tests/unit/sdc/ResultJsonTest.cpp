@@ -171,7 +171,7 @@ TEST(ResultJson, everyFieldIsReadIntoItsPlace)
     EXPECT_EQ(result.channels[1].unitTypeText, "KLM6 7G");
     EXPECT_EQ(result.channels[1].filterWidth_kHz, 6500.25);
     EXPECT_EQ(result.channels[1].sweeps[0].ending, Ending::stopped);
-    const simulator::ScanPlan& plan = result.channels[0].plan;
+    const terminal::ScanPlan& plan = result.channels[0].plan;
     EXPECT_EQ(plan.lowest_kHz, 100000U);
     EXPECT_EQ(plan.highest_kHz, 107000U);
     EXPECT_EQ(plan.step_kHz, 1000U);

@@ -28,7 +28,7 @@ inline std::vector<SDCResult> samplesOf(
 }
 
 /// The plan of so many samples as samplesOf makes them; the receiver belongs to 102000 kHz, channels are 2000 kHz apart.
-inline simulator::ScanPlan planOf(std::int32_t samples)
+inline terminal::ScanPlan planOf(std::int32_t samples)
 {
     return {.rxFrequency_kHz = 102000,
         .channelSpacing_kHz = 2000,

@@ -11,8 +11,7 @@ using simulator::Fault;
 using simulator::FaultAction;
 using simulator::Link;
 using simulator::Operation;
-using simulator::RadioPeers;
-using tests::find;
+using simulator::Radio;
 using tests::PeersWithFaults;
 using tests::plainLink;
 using tests::quiet_kHz;
@@ -74,7 +73,7 @@ TEST(PeersThatThrow, sayWhatTheFaultSaysAndDoNothing)
         EXPECT_EQ(it.thrownBy(operation), "");
         EXPECT_EQ(it.thrownBy(operation), "simulated fault in " + std::string(toString(operation)) + ", call 4");
         EXPECT_EQ(it.thrownBy(operation), "");
-        EXPECT_EQ(it.peers.calls(operation), 5U) << toString(operation);
+        EXPECT_EQ(it.radio.calls(operation), 5U) << toString(operation);
     }
 }
 
@@ -82,16 +81,16 @@ TEST(TuningThatThrows, leavesTheReceiverWhereItIs)
 {
     PeersWithFaults it({{setRxFrequency, fail}});
     EXPECT_THROW(it.tune(quiet_kHz), std::runtime_error);
-    EXPECT_EQ(it.peers.receiver().frequency_kHz(), 19177500U);
+    EXPECT_EQ(it.radio.receiver().frequency_kHz(), 19177500U);
 }
 
 TEST(TuningThatIsRefused, returns32768AndLeavesTheReceiverWhereItIs)
 {
     PeersWithFaults it({{setRxFrequency, refuse}});
     EXPECT_EQ(it.tune(quiet_kHz), 32768);
-    EXPECT_EQ(it.peers.receiver().frequency_kHz(), 19177500U);
+    EXPECT_EQ(it.radio.receiver().frequency_kHz(), 19177500U);
     EXPECT_EQ(it.tune(quiet_kHz), 0);
-    EXPECT_EQ(it.peers.receiver().frequency_kHz(), quiet_kHz);
+    EXPECT_EQ(it.radio.receiver().frequency_kHz(), quiet_kHz);
 }
 
 TEST(TuningThatSticks, returns0AndLeavesTheReceiverWhereItIs)
@@ -99,7 +98,7 @@ TEST(TuningThatSticks, returns0AndLeavesTheReceiverWhereItIs)
     PeersWithFaults it({{setRxFrequency, stick, 2}});
     EXPECT_EQ(it.tune(quiet_kHz), 0);
     EXPECT_EQ(it.tune(19300000), 0);
-    EXPECT_EQ(it.peers.receiver().frequency_kHz(), quiet_kHz);
+    EXPECT_EQ(it.radio.receiver().frequency_kHz(), quiet_kHz);
     it.clock.sleepMs(5000);
     EXPECT_EQ(it.read().second, -9461) << "and settles there";
 }
@@ -108,9 +107,9 @@ TEST(TuningWithAnOddAnswer, tunesAllTheSame)
 {
     PeersWithFaults it({{setRxFrequency, answer, 1, 1, 40000}, {setRxFrequency, answer, 2, 1, -7}});
     EXPECT_EQ(it.tune(quiet_kHz), 40000);
-    EXPECT_EQ(it.peers.receiver().frequency_kHz(), quiet_kHz);
+    EXPECT_EQ(it.radio.receiver().frequency_kHz(), quiet_kHz);
     EXPECT_EQ(it.tune(19300000), -7);
-    EXPECT_EQ(it.peers.receiver().frequency_kHz(), 19300000U);
+    EXPECT_EQ(it.radio.receiver().frequency_kHz(), 19300000U);
 }
 
 TEST(ReadingsThatGoWrong, doAsTheFaultSays)
@@ -168,8 +167,8 @@ TEST(AnsweredFrequency, mayNeedAllBitsOfAWord)
     link.rxFrequency_kHz = 3000000000;
     link.faults = {{getRxFrequency, answer, 1, 1, 4000000000}};
     VirtualClock clock;
-    const RadioPeers peers(link, RadioChannel{7}, clock);
-    EXPECT_EQ(find<IFrequencyController>("IFrequencyController_7").getRxFrequency(), 4000000000U);
+    const Radio radio(link, clock);
+    EXPECT_EQ(radio.peers().frequencyController.getRxFrequency(), 4000000000U);
 }
 
 TEST(PropertiesThatAreRefused, leaveTheRecordAlone)

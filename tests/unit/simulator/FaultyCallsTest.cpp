@@ -36,7 +36,7 @@ TEST(FaultyCalls, areThoseThatTheFaultNames)
     for (const auto& [firstCall, calls, expected] : rows) {
         PeersWithFaults it({{setRxFrequency, refuse, firstCall, calls}});
         EXPECT_EQ(refusals(it, 7), expected) << firstCall << ' ' << calls;
-        EXPECT_EQ(it.peers.calls(setRxFrequency), 7U);
+        EXPECT_EQ(it.radio.calls(setRxFrequency), 7U);
     }
 }
 
@@ -45,10 +45,10 @@ TEST(FaultyCalls, ofOneOperationLeaveTheOthersAlone)
     PeersWithFaults it({{readRssi, refuse, 1, Fault::all}});
     EXPECT_EQ(refusals(it, 3), "...");
     EXPECT_EQ(it.read().first, 32768);
-    EXPECT_EQ(it.peers.calls(readRssi), 1U);
-    EXPECT_EQ(it.peers.calls(setRxFrequency), 3U);
-    EXPECT_EQ(it.peers.calls(getRxFrequency), 0U);
-    EXPECT_EQ(it.peers.calls(createPropertiesProvider), 1U);
+    EXPECT_EQ(it.radio.calls(readRssi), 1U);
+    EXPECT_EQ(it.radio.calls(setRxFrequency), 3U);
+    EXPECT_EQ(it.radio.calls(getRxFrequency), 0U);
+    EXPECT_EQ(it.radio.calls(createPropertiesProvider), 1U);
 }
 
 TEST(FaultyCalls, areDecidedByTheFirstFaultThatMatches)
@@ -66,12 +66,12 @@ TEST(InjectedFaults, countCallsFromNow)
 {
     PeersWithFaults it;
     EXPECT_EQ(refusals(it, 3), "...");
-    it.peers.inject({setRxFrequency, refuse, 2, 2});
+    it.radio.inject({setRxFrequency, refuse, 2, 2});
     EXPECT_EQ(refusals(it, 5), ".XX..");
-    it.peers.inject({setRxFrequency, refuse});
+    it.radio.inject({setRxFrequency, refuse});
     EXPECT_EQ(refusals(it, 2), "X.");
-    EXPECT_EQ(it.peers.calls(setRxFrequency), 10U);
-    it.peers.inject({setRxFrequency, fail, 2});
+    EXPECT_EQ(it.radio.calls(setRxFrequency), 10U);
+    it.radio.inject({setRxFrequency, fail, 2});
     EXPECT_EQ(it.thrownBy(setRxFrequency), "");
     EXPECT_EQ(it.thrownBy(setRxFrequency), "simulated fault in setRxFrequency, call 12");
 }
@@ -79,7 +79,7 @@ TEST(InjectedFaults, countCallsFromNow)
 TEST(InjectedFaults, comeAfterThoseThatAreThere)
 {
     PeersWithFaults it({{setRxFrequency, answer, 2, 1, 5}});
-    it.peers.inject({setRxFrequency, refuse, 1, Fault::all});
+    it.radio.inject({setRxFrequency, refuse, 1, Fault::all});
     EXPECT_EQ(it.tune(quiet_kHz), 32768);
     EXPECT_EQ(it.tune(quiet_kHz), 5);
     EXPECT_EQ(it.tune(quiet_kHz), 32768);
@@ -88,7 +88,7 @@ TEST(InjectedFaults, comeAfterThoseThatAreThere)
 std::string whyNotInjected(PeersWithFaults& it, const Fault& fault)
 {
     try {
-        it.peers.inject(fault);
+        it.radio.inject(fault);
     } catch (const std::invalid_argument& error) {
         return error.what();
     }
@@ -135,7 +135,7 @@ TEST(PropertiesProviders, ofOneRadioShareTheCount)
     SDCProperties properties{};
     EXPECT_EQ(it.held->getProperties(properties), 0);
     EXPECT_EQ(other->getProperties(properties), 32768);
-    EXPECT_EQ(it.peers.calls(getProperties), 2U);
+    EXPECT_EQ(it.radio.calls(getProperties), 2U);
 }
 
 TEST(FaultyCalls, areExactWhenSeveralThreadsCall)
@@ -150,12 +150,12 @@ TEST(FaultyCalls, areExactWhenSeveralThreadsCall)
     };
     std::thread one(tuneOften, std::ref(refused[0]));
     std::thread other(tuneOften, std::ref(refused[1]));
-    it.peers.inject({readRssi, refuse});
+    it.radio.inject({readRssi, refuse});
     EXPECT_EQ(it.read().first, 32768);
     one.join();
     other.join();
     EXPECT_EQ(refused[0] + refused[1], 400);
-    EXPECT_EQ(it.peers.calls(setRxFrequency), 2U * callsPerThread);
+    EXPECT_EQ(it.radio.calls(setRxFrequency), 2U * callsPerThread);
 }
 
 } // namespace

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "simulator/radio/RadioPeers.h"
+#include "simulator/radio/Radio.h"
 
-#include "Platform/Host/InterfaceBroker.h"
 #include "Platform/Radio/IFrameFormat.h"
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
@@ -23,17 +22,11 @@ using simulator::Fault;
 using simulator::FaultAction;
 using simulator::Operation;
 
-template <typename Interface>
-Interface& find(const std::string& name)
-{
-    return dynamic_cast<Interface&>(*InterfaceBroker::getInstance().interfaces().at(name));
-}
-
 /// The peers of plainLink with faults, and short ways to call them.
 class PeersWithFaults {
 public:
     explicit PeersWithFaults(const std::vector<Fault>& faults = {})
-        : peers(linkWith(faults), RadioChannel{7}, clock)
+        : radio(linkWith(faults), clock)
     {
     }
 
@@ -45,19 +38,16 @@ public:
         return link;
     }
 
-    std::int32_t tune(std::uint32_t frequency_kHz)
-    {
-        return find<IFrequencyController>("IFrequencyController_7").setRxFrequency(frequency_kHz, true);
-    }
-    std::uint32_t configured() { return find<IFrequencyController>("IFrequencyController_7").getRxFrequency(); }
-    std::uint32_t spacing() { return find<IFrameFormat>("IFrameFormat_7").getChannelSpacing(); }
-    std::unique_ptr<IRadioPropertiesProvider> provider() { return find<IRadio>("IRadio_7").createPropertiesProvider(); }
+    std::int32_t tune(std::uint32_t frequency_kHz) { return peers.frequencyController.setRxFrequency(frequency_kHz, true); }
+    std::uint32_t configured() { return peers.frequencyController.getRxFrequency(); }
+    std::uint32_t spacing() { return peers.frameFormat.getChannelSpacing(); }
+    std::unique_ptr<IRadioPropertiesProvider> provider() { return peers.radio.createPropertiesProvider(); }
 
     /// The result and what is in the variable then, which held 77.
     std::pair<std::int32_t, std::int32_t> read()
     {
         std::int32_t rssi = 77;
-        const std::int32_t result = find<IRssiHandler>("IRssiHandler_7").readRssi(rssi);
+        const std::int32_t result = peers.rssiHandler.readRssi(rssi);
         return {result, rssi};
     }
 
@@ -71,7 +61,7 @@ public:
         case readRssi: read(); break;
         case getRxFrequency: configured(); break;
         case getChannelSpacing: spacing(); break;
-        case getFrequencyParameters: find<IRadioCapability>("IRadioCapability_7").getFrequencyParameters(); break;
+        case getFrequencyParameters: peers.radioCapability.getFrequencyParameters(); break;
         case createPropertiesProvider: provider(); break;
         case getProperties: held->getProperties(properties); break;
         case getUnitInfo: held->getUnitInfo(unitInfo); break;
@@ -90,8 +80,9 @@ public:
     }
 
     host::VirtualClock clock;
-    simulator::RadioPeers peers;
-    std::unique_ptr<IRadioPropertiesProvider> held = find<IRadio>("IRadio_7").createPropertiesProvider();
+    simulator::Radio radio;
+    const terminal::Peers peers = radio.peers();
+    std::unique_ptr<IRadioPropertiesProvider> held = peers.radio.createPropertiesProvider();
 };
 
 } // namespace tests

@@ -1,9 +1,8 @@
-#include "simulator/radio/RadioPeers.h"
+#include "simulator/radio/Radio.h"
 
 #include "simulator/radio/FaultPlan.h"
 #include "simulator/radio/LinkChecks.h"
 
-#include "Platform/Host/InterfaceBroker.h"
 #include "Platform/Radio/IFrameFormat.h"
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
@@ -159,9 +158,9 @@ private:
     FaultPlan& m_faults;
 };
 
-class Radio : public IRadio {
+class Unit : public IRadio {
 public:
-    Radio(const Link& link, std::shared_ptr<FaultPlan> faults)
+    Unit(const Link& link, std::shared_ptr<FaultPlan> faults)
         : m_link(link)
         , m_faults(std::move(faults))
     {
@@ -178,25 +177,6 @@ private:
     const std::shared_ptr<FaultPlan> m_faults;
 };
 
-/// One entry in the broker, for as long as it lives.
-class Registration {
-public:
-    Registration(const std::string& name, IInterface& interface)
-        : m_name(name)
-    {
-        if (InterfaceBroker::getInstance().registerInterface(name, &interface) != 0) {
-            throw std::runtime_error("cannot register the interface " + name + ": the name is taken");
-        }
-    }
-    ~Registration() { InterfaceBroker::getInstance().unregisterInterface(m_name); }
-
-    Registration(const Registration&) = delete;
-    Registration& operator=(const Registration&) = delete;
-
-private:
-    const std::string m_name;
-};
-
 Link withoutEmitters(const Link& link)
 {
     Link rest = link;
@@ -207,10 +187,9 @@ Link withoutEmitters(const Link& link)
 
 } // namespace
 
-/// Declared in the order of dependence: what ends first stands last. Registrations made before one that fails end with the
-/// constructor that throws.
-struct RadioPeers::Published {
-    Published(const Link& theLink, RadioChannel channel, host::Clock& clock);
+/// Declared in the order of dependence.
+struct Radio::Parts {
+    Parts(const Link& theLink, host::Clock& clock);
 
     const Link link; ///< without its emitters, which may be large and are the receiver's
     Receiver receiver;
@@ -224,17 +203,10 @@ struct RadioPeers::Published {
     FrequencyController frequencyController;
     RssiHandler rssiHandler;
     RadioCapability radioCapability;
-    Radio radio;
-
-    Registration powerControllerEntry;
-    Registration frameFormatEntry;
-    Registration frequencyControllerEntry;
-    Registration rssiHandlerEntry;
-    Registration radioCapabilityEntry;
-    Registration radioEntry;
+    Unit unit;
 };
 
-RadioPeers::Published::Published(const Link& theLink, RadioChannel channel, host::Clock& clock)
+Radio::Parts::Parts(const Link& theLink, host::Clock& clock)
     : link(withoutEmitters(theLink))
     , receiver(theLink, clock)
     , knownFaults(theLink.faults)
@@ -243,42 +215,43 @@ RadioPeers::Published::Published(const Link& theLink, RadioChannel channel, host
     , frequencyController(link, receiver, *faults)
     , rssiHandler(receiver, *faults)
     , radioCapability(link, *faults)
-    , radio(link, faults)
-    , powerControllerEntry(IInterface::interfaceName("ISystemPowerController", channel), powerController)
-    , frameFormatEntry(IInterface::interfaceName("IFrameFormat", channel), frameFormat)
-    , frequencyControllerEntry(IFrequencyController::interfaceName(static_cast<std::uint32_t>(channel)), frequencyController)
-    , rssiHandlerEntry(IRssiHandler::interfaceName(static_cast<std::uint32_t>(channel)), rssiHandler)
-    , radioCapabilityEntry(IRadioCapability::interfaceName(channel), radioCapability)
-    , radioEntry(IRadio::interfaceName(static_cast<std::uint32_t>(channel)), radio)
+    , unit(link, faults)
 {
 }
 
-RadioPeers::RadioPeers(const Link& link, RadioChannel channel, host::Clock& clock)
-    : m_published(std::make_unique<Published>(link, channel, clock))
+Radio::Radio(const Link& link, host::Clock& clock)
+    : m_parts(std::make_unique<Parts>(link, clock))
 {
 }
 
-RadioPeers::~RadioPeers() = default;
+Radio::~Radio() = default;
 
-const Receiver& RadioPeers::receiver() const
+terminal::Peers Radio::peers() const
 {
-    return m_published->receiver;
+    Parts& parts = *m_parts;
+    return {parts.powerController, parts.frameFormat, parts.frequencyController, parts.rssiHandler, parts.radioCapability,
+        parts.unit};
 }
 
-void RadioPeers::inject(const Fault& fault)
+const Receiver& Radio::receiver() const
 {
-    const std::lock_guard<std::mutex> guard(m_published->injecting);
-    Link link = m_published->link;
-    link.faults = m_published->knownFaults;
+    return m_parts->receiver;
+}
+
+void Radio::inject(const Fault& fault)
+{
+    const std::lock_guard<std::mutex> guard(m_parts->injecting);
+    Link link = m_parts->link;
+    link.faults = m_parts->knownFaults;
     link.faults.push_back(fault);
     requirePossible(link);
-    m_published->knownFaults = std::move(link.faults);
-    m_published->faults->inject(fault);
+    m_parts->knownFaults = std::move(link.faults);
+    m_parts->faults->inject(fault);
 }
 
-std::uint64_t RadioPeers::calls(Operation operation) const
+std::uint64_t Radio::calls(Operation operation) const
 {
-    return m_published->faults->calls(operation);
+    return m_parts->faults->calls(operation);
 }
 
 } // namespace simulator

@@ -1,8 +1,8 @@
-#include "simulator/terminal/SimulatedTerminal.h"
+#include "terminal/Terminal.h"
 
 #include "host/ModuleManager.h"
-#include "simulator/radio/RadioPeers.h"
-#include "simulator/terminal/ControllerConstruction.h"
+#include "terminal/ControllerConstruction.h"
+#include "terminal/PublishedPeers.h"
 
 #include "Platform/Host/InterfaceBroker.h"
 
@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-namespace simulator {
+namespace terminal {
 
 namespace {
 
@@ -45,27 +45,29 @@ private:
 } // namespace
 
 /// In the order of construction: the controller goes before the peers that it uses.
-struct SimulatedTerminal::Channel {
-    Channel(const TerminalChannel& channel, host::Clock& clock)
+struct Terminal::Served {
+    explicit Served(const Channel& channel)
         : number(channel.number)
-        , peers(channel.link, channel.number, clock)
+        , tunedTo_kHz(channel.tunedTo_kHz)
+        , peers(channel)
         , controller(constructController(channel.number))
     {
     }
 
     RadioChannel number;
-    RadioPeers peers;
+    std::function<std::uint32_t()> tunedTo_kHz;
+    PublishedPeers peers;
     std::unique_ptr<ModuleInterface> controller;
 };
 
-SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channels, host::Clock& clock)
+Terminal::Terminal(const std::vector<Channel>& channels, host::Clock& clock)
     : m_clock(clock)
     , m_sleepInForce(clock)
     , m_traceInForce(m_trace)
 {
     traceAtLeast(ControllerTrace::component, PLX_TRACE_LEVEL_INFO);
-    for (const TerminalChannel& channel : channels) {
-        m_channels.push_back(std::make_unique<Channel>(channel, clock));
+    for (const Channel& channel : channels) {
+        m_channels.push_back(std::make_unique<Served>(channel));
     }
     const std::vector<host::PhaseFailure> failures = host::ModuleManager::instance().start();
     if (!failures.empty()) {
@@ -76,7 +78,7 @@ SimulatedTerminal::SimulatedTerminal(const std::vector<TerminalChannel>& channel
 }
 
 /// A module counts as initialised without its worker, too.
-void SimulatedTerminal::requireWorkers() const
+void Terminal::requireWorkers() const
 {
     for (const auto& channel : m_channels) {
         if (const auto failure = workerFailure(channel->number)) {
@@ -87,7 +89,7 @@ void SimulatedTerminal::requireWorkers() const
 }
 
 /// No stop is sent: one that crosses the end of a sweep would leave its worker spinning.
-SimulatedTerminal::~SimulatedTerminal()
+Terminal::~Terminal()
 {
     m_clock.hurry();
     host::ModuleManager::instance().stop();
@@ -95,7 +97,7 @@ SimulatedTerminal::~SimulatedTerminal()
     m_clock.endHurry();
 }
 
-SimulatedTerminal::Channel& SimulatedTerminal::find(RadioChannel channel) const
+Terminal::Served& Terminal::find(RadioChannel channel) const
 {
     const auto found = std::ranges::find(m_channels, channel, [](const auto& candidate) { return candidate->number; });
     if (found == m_channels.end()) {
@@ -104,33 +106,33 @@ SimulatedTerminal::Channel& SimulatedTerminal::find(RadioChannel channel) const
     return **found;
 }
 
-ISpectrumDiagnosticsController& SimulatedTerminal::controller(RadioChannel channel) const
+ISpectrumDiagnosticsController& Terminal::controller(RadioChannel channel) const
 {
     const auto& interfaces = InterfaceBroker::getInstance().interfaces();
     const std::string name = IInterface::interfaceName("ISpectrumDiagnosticsController", find(channel).number);
     return dynamic_cast<ISpectrumDiagnosticsController&>(*interfaces.at(name));
 }
 
-std::uint32_t SimulatedTerminal::rxFrequency_kHz(RadioChannel channel) const
+std::uint32_t Terminal::rxFrequency_kHz(RadioChannel channel) const
 {
-    return find(channel).peers.receiver().frequency_kHz();
+    return find(channel).tunedTo_kHz();
 }
 
 /// A start that is accepted reads the configured frequency; one that is refused reads nothing.
-SimulatedTerminal::Answer SimulatedTerminal::command(Channel& channel, ESDCCommand start) const
+Terminal::Answer Terminal::command(Served& channel, ESDCCommand start) const
 {
-    const std::uint64_t readBefore = channel.peers.calls(Operation::getRxFrequency);
+    const std::uint64_t readBefore = channel.peers.getRxFrequencyCalls();
     if (controller(channel.number).setCommand(start, 0) >= SDC_RC_FAILED) {
         return Answer::failed;
     }
-    return channel.peers.calls(Operation::getRxFrequency) > readBefore ? Answer::accepted : Answer::refused;
+    return channel.peers.getRxFrequencyCalls() > readBefore ? Answer::accepted : Answer::refused;
 }
 
-ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
+ScanStart Terminal::startScan(RadioChannel channel, ESDCCommand start)
 {
     constexpr int attempts = 100;
     constexpr milliseconds pause{10};
-    Channel& scanned = find(channel);
+    Served& scanned = find(channel);
     if (workerFailure(channel)) {
         return ScanStart::noWorker;
     }
@@ -139,7 +141,7 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
     }
     for (int attempt = 0; attempt < attempts; ++attempt) {
         const std::uint64_t plansBefore = m_trace.plansReadOf(channel);
-        const std::uint64_t tuningsBefore = scanned.peers.calls(Operation::setRxFrequency);
+        const std::uint64_t tuningsBefore = scanned.peers.setRxFrequencyCalls();
         const Answer answer = command(scanned, start);
         if (answer == Answer::failed) {
             return ScanStart::failed;
@@ -154,7 +156,7 @@ ScanStart SimulatedTerminal::startScan(RadioChannel channel, ESDCCommand start)
 }
 
 /// A sweep tells its plan before its first tuning. One that an exception ends before that may not have come to it.
-void SimulatedTerminal::requirePlan(RadioChannel channel, std::uint64_t plansBefore) const
+void Terminal::requirePlan(RadioChannel channel, std::uint64_t plansBefore) const
 {
     if (m_trace.plansReadOf(channel) == plansBefore && !workerFailure(channel)) {
         throw TraceNotUnderstood("internal error: the controllers' trace could not be understood: it tells no plan of the "
@@ -165,12 +167,12 @@ void SimulatedTerminal::requirePlan(RadioChannel channel, std::uint64_t plansBef
 
 /// A start that falls between the worker's test of its state and its wait is lost until the next notification, and only the
 /// host can give that one: its stop phase puts the worker back to idle.
-bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const
+bool Terminal::waitForBegin(Served& channel, std::uint64_t tuningsBefore) const
 {
     constexpr std::chrono::seconds patience{10}; // far more than a worker needs to wake on a busy machine
     constexpr std::chrono::microseconds pause{50};
     const auto hasBegun = [&] {
-        return channel.peers.calls(Operation::setRxFrequency) > tuningsBefore || workerFailure(channel.number).has_value();
+        return channel.peers.setRxFrequencyCalls() > tuningsBefore || workerFailure(channel.number).has_value();
     };
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!hasBegun() && std::chrono::steady_clock::now() < deadline) {
@@ -182,7 +184,7 @@ bool SimulatedTerminal::waitForBegin(Channel& channel, std::uint64_t tuningsBefo
     return hasBegun();
 }
 
-ESDCStatus SimulatedTerminal::waitForEnd(RadioChannel channel, const std::function<void()>& onPoll) const
+ESDCStatus Terminal::waitForEnd(RadioChannel channel, const std::function<void()>& onPoll) const
 {
     constexpr std::chrono::microseconds longestPause{10000}; // small against a scan, whose end is seen that much later
     std::chrono::microseconds pause{100};
@@ -196,7 +198,7 @@ ESDCStatus SimulatedTerminal::waitForEnd(RadioChannel channel, const std::functi
     return controller(channel).getStatus();
 }
 
-bool SimulatedTerminal::isOngoing(RadioChannel channel) const
+bool Terminal::isOngoing(RadioChannel channel) const
 {
     const ESDCStatus status = controller(channel).getStatus();
     const bool isScan = status == SDC_STATUS_CHANNEL_SCAN_ONGOING || status == SDC_STATUS_SUB_BAND_ONGOING;
@@ -204,7 +206,7 @@ bool SimulatedTerminal::isOngoing(RadioChannel channel) const
 }
 
 /// Of all channels. A sweep that has been stopped goes on until its worker is back in its wait.
-int SimulatedTerminal::sweepsUnderWay() const
+int Terminal::sweepsUnderWay() const
 {
     return static_cast<int>(std::ranges::count_if(m_channels,
         [this](const auto& channel) { return isOngoing(channel->number) || m_trace.isSweeping(channel->number); }));
@@ -212,7 +214,7 @@ int SimulatedTerminal::sweepsUnderWay() const
 
 /// Held by the clock, each sweep comes to stand in a settle delay or ends. A stop given then cannot cross its end. The
 /// sweeps are counted before the sleepers, and the scan is looked at once more: one that ends in between is not stopped.
-bool SimulatedTerminal::stopScan(RadioChannel channel) const
+bool Terminal::stopScan(RadioChannel channel) const
 {
     constexpr milliseconds pause{1};
     const ClockHold hold(m_clock);
@@ -228,7 +230,7 @@ bool SimulatedTerminal::stopScan(RadioChannel channel) const
 }
 
 /// The stop phase returns a little early where an exception ends the worker: before the worker has told.
-void SimulatedTerminal::waitForIdle(RadioChannel channel) const
+void Terminal::waitForIdle(RadioChannel channel) const
 {
     constexpr std::chrono::seconds patience{10};
     constexpr std::chrono::microseconds pause{50};
@@ -239,7 +241,7 @@ void SimulatedTerminal::waitForIdle(RadioChannel channel) const
     }
 }
 
-std::vector<SDCResult> SimulatedTerminal::samples(RadioChannel channel) const
+std::vector<SDCResult> Terminal::samples(RadioChannel channel) const
 {
     std::vector<SDCResult> copy(1000);
     for (;;) {
@@ -253,19 +255,14 @@ std::vector<SDCResult> SimulatedTerminal::samples(RadioChannel channel) const
     }
 }
 
-std::optional<ScanPlan> SimulatedTerminal::plan(RadioChannel channel) const
+std::optional<ScanPlan> Terminal::plan(RadioChannel channel) const
 {
     return m_trace.planOf(channel);
 }
 
-std::optional<std::string> SimulatedTerminal::workerFailure(RadioChannel channel) const
+std::optional<std::string> Terminal::workerFailure(RadioChannel channel) const
 {
     return m_trace.failureOf(channel);
 }
 
-void SimulatedTerminal::inject(RadioChannel channel, const Fault& fault)
-{
-    find(channel).peers.inject(fault);
-}
-
-} // namespace simulator
+} // namespace terminal

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace simulator {
+namespace terminal {
 
 /// What a sweep is going to do, as the controller itself reports it when the sweep begins.
 struct ScanPlan {
@@ -24,4 +24,4 @@ struct ScanPlan {
     std::chrono::milliseconds settleTime(std::int64_t samplesTaken) const;
 };
 
-} // namespace simulator
+} // namespace terminal

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/Trace.h"
-#include "simulator/terminal/ScanPlan.h"
+#include "terminal/ScanPlan.h"
 
 #include "Platform/Host/RadioChannel.h"
 
@@ -14,7 +14,7 @@
 #include <string>
 #include <thread>
 
-namespace simulator {
+namespace terminal {
 
 /// The controllers' trace lacks what it always tells: its texts are not those that ControllerTrace reads. An error of this
 /// program, not of a radio.
@@ -57,4 +57,4 @@ private:
     std::set<std::string> m_sweeping;              // names of threads
 };
 
-} // namespace simulator
+} // namespace terminal

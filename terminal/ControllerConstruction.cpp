@@ -1,12 +1,12 @@
-#include "simulator/terminal/ControllerConstruction.h"
+#include "terminal/ControllerConstruction.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 
-namespace simulator {
+namespace terminal {
 
 std::unique_ptr<ModuleInterface> constructController(RadioChannel channel)
 {
     return std::make_unique<SpectrumDiagnosticsController>(channel);
 }
 
-} // namespace simulator
+} // namespace terminal

@@ -5,9 +5,9 @@
 
 #include <memory>
 
-namespace simulator {
+namespace terminal {
 
 /// Constructs the spectrum diagnostics controller of a channel out of the module library, as a host does.
 std::unique_ptr<ModuleInterface> constructController(RadioChannel channel);
 
-} // namespace simulator
+} // namespace terminal

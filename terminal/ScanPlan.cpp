@@ -1,6 +1,6 @@
-#include "simulator/terminal/ScanPlan.h"
+#include "terminal/ScanPlan.h"
 
-namespace simulator {
+namespace terminal {
 
 std::chrono::milliseconds ScanPlan::settleTime() const
 {
@@ -19,4 +19,4 @@ std::chrono::milliseconds ScanPlan::settleTime(std::int64_t samplesTaken) const
     return std::chrono::milliseconds(firstSetRxWait_ms) + (samplesTaken - 1) * std::chrono::milliseconds(setRxWait_ms);
 }
 
-} // namespace simulator
+} // namespace terminal

@@ -1,11 +1,11 @@
-#include "simulator/terminal/ControllerTrace.h"
+#include "terminal/ControllerTrace.h"
 
 #include <cctype>
 #include <charconv>
 #include <string_view>
 #include <utility>
 
-namespace simulator {
+namespace terminal {
 
 namespace {
 
@@ -154,4 +154,4 @@ bool ControllerTrace::isSweeping(RadioChannel channel) const
     return m_sweeping.contains(workerName(channel));
 }
 
-} // namespace simulator
+} // namespace terminal

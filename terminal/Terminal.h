@@ -2,9 +2,9 @@
 
 #include "host/Clock.h"
 #include "host/Trace.h"
-#include "simulator/scenario/Scenario.h"
-#include "simulator/terminal/ControllerTrace.h"
-#include "simulator/terminal/ScanPlan.h"
+#include "terminal/ControllerTrace.h"
+#include "terminal/Peers.h"
+#include "terminal/ScanPlan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/ModuleInterface.h"
@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace simulator {
+namespace terminal {
 
 /// How a start ended.
 enum class ScanStart {
@@ -32,32 +32,28 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A whole terminal without a radio: the host, the radio peers of each channel, and one spectrum diagnostics controller per
-/// channel out of the module library, brought up as a host does it. For programs and for tests of modules that use the
-/// controller's interface. One at a time per process, because a host is one; its operations belong to the thread that made
-/// it.
-class SimulatedTerminal {
+/// A whole terminal: the host, the peers of each channel's radio, and one spectrum diagnostics controller per channel out of
+/// the module library, brought up as a host does it. For programs and for tests of modules that use the controller's
+/// interface. One at a time per process, because a host is one; its operations belong to the thread that made it.
+class Terminal {
 public:
-    /// Brings the terminal up. Throws std::invalid_argument for a link that cannot work, NotUp, and what a peer throws
+    /// Brings the terminal up. Throws NotUp, std::runtime_error when two channels have one number, and what a peer throws
     /// while a module binds it.
+    /// @param channels  their radios must outlive the terminal
     /// @param clock  the terminal's time; must outlive it
-    SimulatedTerminal(const std::vector<TerminalChannel>& channels, host::Clock& clock);
-    SimulatedTerminal(const Scenario& scenario, host::Clock& clock)
-        : SimulatedTerminal(scenario.channels, clock)
-    {
-    }
+    Terminal(const std::vector<Channel>& channels, host::Clock& clock);
 
     /// Lets running scans run to their end, without taking wall time for it even where the clock is held, so that the
     /// receivers are put back; then takes the terminal down.
-    ~SimulatedTerminal();
+    ~Terminal();
 
-    SimulatedTerminal(const SimulatedTerminal&) = delete;
-    SimulatedTerminal& operator=(const SimulatedTerminal&) = delete;
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
 
     /// The controller's interface, found as any other module finds it. Throws std::out_of_range for an unknown channel.
     ISpectrumDiagnosticsController& controller(RadioChannel channel) const;
 
-    /// Where the receiver is tuned to at the moment, in kHz.
+    /// Where the receiver is tuned to at the moment, in kHz, as its radio tells.
     std::uint32_t rxFrequency_kHz(RadioChannel channel) const;
 
     /// Starts a scan, and starts it again while the worker is still leaving the one before (a hundred times, 10 ms apart).
@@ -88,18 +84,14 @@ public:
     /// nothing while the worker lives. There is no scan any more on that channel.
     std::optional<std::string> workerFailure(RadioChannel channel) const;
 
-    /// Makes calls of the channel's radio go wrong, counted from now.
-    /// @throws std::invalid_argument for a fault that cannot be
-    void inject(RadioChannel channel, const Fault& fault);
-
 private:
-    struct Channel;
+    struct Served;
     enum class Answer { accepted, refused, failed };
 
     void requireWorkers() const;
-    Channel& find(RadioChannel channel) const;
-    Answer command(Channel& channel, ESDCCommand start) const;
-    bool waitForBegin(Channel& channel, std::uint64_t tuningsBefore) const;
+    Served& find(RadioChannel channel) const;
+    Answer command(Served& channel, ESDCCommand start) const;
+    bool waitForBegin(Served& channel, std::uint64_t tuningsBefore) const;
     void requirePlan(RadioChannel channel, std::uint64_t plansBefore) const;
     bool isOngoing(RadioChannel channel) const;
     int sweepsUnderWay() const;
@@ -108,7 +100,7 @@ private:
     host::SleepServiceInForce m_sleepInForce;
     ControllerTrace m_trace;
     host::trace::SinkInForce m_traceInForce;
-    std::vector<std::unique_ptr<Channel>> m_channels;
+    std::vector<std::unique_ptr<Served>> m_channels;
 };
 
-} // namespace simulator
+} // namespace terminal
