@@ -395,4 +395,19 @@ TEST_F(Initialisation, succeedsAndTracesWhatIsThrownOnceTheWorkerRuns)
     }
 }
 
+TEST_F(Initialisation, letsWhatTheReportOfAFailureThrowsPassAndTheWorkerRuns)
+{
+    construct();
+    log.onAdd([](const std::string& call) {
+        if (call.starts_with("thread.name") || call.starts_with("trace 1 ")) {
+            throw std::runtime_error("trace is full");
+        }
+    });
+    EXPECT_THROW(controller->onModuleInit(), std::runtime_error);
+    EXPECT_TRUE(scan(SDC_CMD_CHANNEL_SCAN_START));
+    EXPECT_EQ(controller->getStatus(), SDC_STATUS_CHANNEL_SCAN_FINISHED);
+    destroy();
+    EXPECT_EQ(log.count(exited + "channel-scan-finished"), 1U);
+}
+
 } // namespace

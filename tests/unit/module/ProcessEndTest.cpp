@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <stdexcept>
+#include <thread>
 
 #include <sys/time.h>
 
@@ -23,6 +24,20 @@ TEST_F(InitialisationDeathTest, secondOneWhileTheWorkerRunsEndsTheProcess)
         controller->onModuleInit();
     };
     EXPECT_DEATH(initialiseTwice(), "terminate called without an active exception");
+}
+
+class DestructionDeathTest : public InitialisationDeathTest {};
+
+TEST_F(DestructionDeathTest, lockThatFailsEndsTheProcess)
+{
+    const auto destroyIt = [this] {
+        prepare();
+        inspect().m_thread() = std::thread([] {});
+        makeCheckErrors(inspect().m_mutex());
+        inspect().m_mutex().lock();
+        destroy();
+    };
+    EXPECT_DEATH(destroyIt(), "Resource deadlock avoided");
 }
 
 class TraceDeathTest : public InitialisationDeathTest {};
