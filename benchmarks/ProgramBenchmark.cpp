@@ -49,7 +49,7 @@ void subBandScan(benchmark::State& state)
 {
     runs(state, {SDC_PROGRAM, "scan", "sub-band", "--quiet"});
     const simulator::Scenario scenario = simulator::loadScenario(std::string(simulator::defaultScenario));
-    const auto plan = support::plannedScan(scenario.channels.front(), SDC_CMD_SUB_BAND_SCAN_START);
+    const auto plan = tests::plannedScan(scenario.channels.front(), SDC_CMD_SUB_BAND_SCAN_START);
     state.counters["samples_per_second"] =
         benchmark::Counter(plan.value().samples, benchmark::Counter::kIsIterationInvariantRate);
 }

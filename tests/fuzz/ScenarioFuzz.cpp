@@ -15,8 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const simulator::Scenario scenario =
             simulator::parseScenario({reinterpret_cast<const char*>(data), size}, "tests/fuzz/input.json");
         for (const simulator::TerminalChannel& channel : scenario.channels) {
-            support::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START);
-            support::plannedScan(channel, SDC_CMD_SUB_BAND_SCAN_START);
+            tests::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START);
+            tests::plannedScan(channel, SDC_CMD_SUB_BAND_SCAN_START);
         }
     } catch (const simulator::ScenarioError& refused) {
         if (std::string_view(refused.what()).find("input.json") == std::string_view::npos) {

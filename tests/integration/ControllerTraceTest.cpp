@@ -89,7 +89,7 @@ TEST_F(SilentDump, ofAStartThatIsTakenIsAnErrorOfItsOwn)
 
 TEST_F(SilentDump, isNotTakenForAUnitThatIsNotSupported)
 {
-    EXPECT_THROW(support::plannedScan(scenario.channels.front(), SDC_CMD_CHANNEL_SCAN_START), TraceNotUnderstood);
+    EXPECT_THROW(tests::plannedScan(scenario.channels.front(), SDC_CMD_CHANNEL_SCAN_START), TraceNotUnderstood);
 }
 
 } // namespace

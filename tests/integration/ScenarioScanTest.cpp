@@ -96,7 +96,7 @@ TEST_P(EveryScenario, withoutFaultsIsScannedWholeBothWaysAndPutsTheReceiverBack)
 TEST_P(EveryScenario, isScannedAsPreviewed)
 {
     for (const ESDCCommand start : {SDC_CMD_CHANNEL_SCAN_START, SDC_CMD_SUB_BAND_SCAN_START}) {
-        const ScanPlan preview = support::plannedScan(scenario.channels.front(), start).value();
+        const ScanPlan preview = tests::plannedScan(scenario.channels.front(), start).value();
         host::VirtualClock clock;
         simulator::Radios radios(scenario, clock);
         Terminal terminal(radios.channels(), clock);
@@ -160,7 +160,7 @@ TEST(ManyChannels, sixtyFourScanAtOnceEachWithTheSamplesItHasAlone)
 TEST(LongScenario, is344SamplesInFiveHours44MinutesOfRadioTime)
 {
     const Scenario scenario = simulator::loadScenario("38-long");
-    const ScanPlan plan = support::plannedScan(scenario.channels.front(), SDC_CMD_SUB_BAND_SCAN_START).value();
+    const ScanPlan plan = tests::plannedScan(scenario.channels.front(), SDC_CMD_SUB_BAND_SCAN_START).value();
     EXPECT_EQ(plan.samples, 344);
     EXPECT_EQ(plan.settleTime(), std::chrono::hours(5) + std::chrono::minutes(44));
 }

@@ -156,14 +156,14 @@ TEST(PlanPreview, isThePlanOfTheScanThatFollowsWhateverTheFaults)
     TerminalChannel channel{channel1, tests::plainLink()};
     channel.link.properties.slowRxWait = 1;
     channel.link.faults = {{Operation::setRxFrequency, FaultAction::fail, 1, Fault::all}};
-    const terminal::ScanPlan plan = support::plannedScan(channel, SDC_CMD_SUB_BAND_SCAN_START).value();
+    const terminal::ScanPlan plan = tests::plannedScan(channel, SDC_CMD_SUB_BAND_SCAN_START).value();
     EXPECT_EQ(plan.lowest_kHz, 18701000U);
     EXPECT_EQ(plan.samples, 500);
     EXPECT_EQ(plan.setRxWait_ms, 2000U);
     EXPECT_EQ(plan.settleTime(), std::chrono::milliseconds(3000 + 499 * 2000));
     EXPECT_EQ(plan.settleTime(1), std::chrono::milliseconds(3000));
     EXPECT_EQ(plan.settleTime(0), std::chrono::milliseconds(0));
-    EXPECT_EQ(support::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START).value().samples, 13);
+    EXPECT_EQ(tests::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START).value().samples, 13);
 }
 
 TEST(PlanPreview, takesNoReadingAndWaitsForNothing)
@@ -173,7 +173,7 @@ TEST(PlanPreview, takesNoReadingAndWaitsForNothing)
     const host::trace::SinkInForce inForce(sink);
     std::atomic<int> sleeps{0};
     host::setHostObserver([&sleeps](const std::string& event) { sleeps += event == "sleep.get" ? 1 : 0; });
-    EXPECT_EQ(support::plannedScan({channel1, tests::plainLink()}, SDC_CMD_SUB_BAND_SCAN_START).value().samples, 500);
+    EXPECT_EQ(tests::plannedScan({channel1, tests::plainLink()}, SDC_CMD_SUB_BAND_SCAN_START).value().samples, 500);
     host::setHostObserver({});
     EXPECT_EQ(sleeps, 0);
     for (const host::TraceRecord& record : sink.records()) {
@@ -185,7 +185,7 @@ TEST(PlanPreview, isNothingForAUnitThatIsNotSupported)
 {
     TerminalChannel channel{channel1, tests::plainLink()};
     channel.link.unitTypeText = "no such unit";
-    EXPECT_FALSE(support::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START));
+    EXPECT_FALSE(tests::plannedScan(channel, SDC_CMD_CHANNEL_SCAN_START));
 }
 
 TEST(ScanPlan, ofOneSampleWaitsFiveSecondsAndOneThatCannotBeginNone)

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace support {
+namespace tests {
 
 /// The plan of a scan of a simulated radio, without its faults.
 inline std::optional<terminal::ScanPlan> plannedScan(const simulator::TerminalChannel& channel, ESDCCommand start)
@@ -16,4 +16,4 @@ inline std::optional<terminal::ScanPlan> plannedScan(const simulator::TerminalCh
     return terminal::previewPlan(radios.channels().front(), start);
 }
 
-} // namespace support
+} // namespace tests
