@@ -53,11 +53,11 @@ struct Arbitrary<PlanInputs> {
 
 namespace {
 
-/// 80 inputs a run: 20,000 in all.
+/// 40 inputs a run: 10,000 in all.
 std::vector<PlanInputs> someInputs()
 {
     host::trace::setLevel("ZRP.SDC", PLX_TRACE_LEVEL_OFF);
-    return *rc::gen::container<std::vector<PlanInputs>>(80, rc::gen::arbitrary<PlanInputs>());
+    return *rc::gen::container<std::vector<PlanInputs>>(40, rc::gen::arbitrary<PlanInputs>());
 }
 
 RC_GTEST_PROP(PlanProperty, everyPlanIsAsCalculated, ())
