@@ -173,6 +173,26 @@ TEST(Layout, eachOperationOfTheInterfaceIsPureVirtual)
     static_assert(!std::is_abstract_v<WithCommand<WithResult<WithStatus<WithProgress<WithProperties<Interface>>>>>>);
 }
 
+TEST(Layout, ofTheCallbacksTheControllerOverridesInitialisationAndStopOnly)
+{
+    using C = Controller;
+    static_assert(areAll<unsigned int (ModuleInterface::*)(), decltype(&C::onModuleRegisterStorageObjects),
+        decltype(&C::onPhaseModuleStorageObjectsRetrieved), decltype(&C::onPhasePostFrameformatLoad),
+        decltype(&C::onPhaseEndFrameformatLoad), decltype(&C::onPhaseRestartTickScheduler),
+        decltype(&C::onModuleRegisterImTi), decltype(&C::onWarmRestartWaitForHw), decltype(&C::onWarmRestartInit),
+        decltype(&C::onWarmRestartWaitForSetInitCompleteRequest), decltype(&C::onPhaseStart),
+        decltype(&C::onPhaseFrameformatLoad), decltype(&C::onPhasePreFrameformatLoad), decltype(&C::onPhaseSuppressErrors),
+        decltype(&C::onPhaseSetRadioChannelNearEndFinished), decltype(&C::onPhasePreRadioRestartCold),
+        decltype(&C::onPhasePreRadioRestartWarm), decltype(&C::onPhasePostRadioRestartCold),
+        decltype(&C::onPhasePostRadioRestartWarm), decltype(&C::onPhaseDisableAlarmThread),
+        decltype(&C::onPhasePreDspRecovery), decltype(&C::onPhaseDspRecoveryReloadFw),
+        decltype(&C::onPhaseDspRecoveryReloadFf), decltype(&C::onPhaseDspRecoveryReconfig),
+        decltype(&C::onPhasePostDspRecovery), decltype(&C::onPhaseEnableAlarmThread)>);
+    static_assert(
+        areAll<unsigned int (ModuleInterface::*)(unsigned int, ECallbackPriority), decltype(&C::onPhaseActivation)>);
+    static_assert(areAll<unsigned int (C::*)(), decltype(&C::onModuleInit), decltype(&C::onPhaseStop)>);
+}
+
 TEST(Layout, controllerIsAModuleAndAnInterfaceAndIsNotCopied)
 {
     static_assert(std::is_base_of_v<ModuleInterface, Controller> && std::is_base_of_v<Interface, Controller>);

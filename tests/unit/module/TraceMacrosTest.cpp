@@ -1,6 +1,6 @@
 // The trace macros by themselves, apart from the module: with a component of this program, of the same name.
 
-#include "tests/support/ControllerFixture.h"
+#include "tests/support/HostFixture.h"
 
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
 
