@@ -1,5 +1,6 @@
 // What one reading of the simulated receiver costs against the number of emitters on the air.
 
+#include "simulator/radio/Emitters.h"
 #include "simulator/radio/Receiver.h"
 #include "simulator/scenario/Scenario.h"
 

@@ -4,6 +4,7 @@
 #include "benchmarks/support/PlainPeers.h"
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
+#include "Platform/Host/RadioChannel.h"
 #include "Platform/Host/thread_utilities.h"
 
 #include <benchmark/benchmark.h>

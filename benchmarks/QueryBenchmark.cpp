@@ -1,13 +1,17 @@
 // What a query costs: status and progress, while the controller is idle and while it sweeps, and the samples.
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 #include "benchmarks/support/BareHost.h"
 #include "benchmarks/support/Limits.h"
 #include "benchmarks/support/Scanner.h"
+#include "tests/support/ControllerInspector.h"
 
 #include <benchmark/benchmark.h>
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <thread>

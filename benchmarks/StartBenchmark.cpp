@@ -3,6 +3,8 @@
 
 #include "benchmarks/support/Scanner.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

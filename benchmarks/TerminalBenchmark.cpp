@@ -1,12 +1,15 @@
 // The simulated terminal with the module in it: how much longer a scan in real time takes than its settle delays, which no
 // software can shorten, and the samples per second of many channels together in virtual time.
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Platform/Host/RadioChannel.h"
 #include "simulator/Radios.h"
 #include "terminal/Terminal.h"
 
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <vector>
 

@@ -4,6 +4,7 @@
 
 #include <pthread.h>
 
+#include <cstddef>
 #include <system_error>
 
 namespace os_extension::thread_utilities {

@@ -2,8 +2,8 @@
 
 #include "host/HostObserver.h"
 
-#include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <map>
 #include <ostream>
 

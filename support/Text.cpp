@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <ios>
 #include <stdexcept>
 
 namespace support {

@@ -2,7 +2,9 @@
 
 #include <cctype>
 #include <charconv>
+#include <cstddef>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace terminal {

@@ -5,6 +5,7 @@
 
 #include "Platform/Radio/IFrequencyController.h"
 
+#include <cstdint>
 #include <stdexcept>
 
 namespace terminal {

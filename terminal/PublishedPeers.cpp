@@ -1,12 +1,13 @@
 #include "terminal/PublishedPeers.h"
 
+#include "Platform/Host/IInterface.h"
 #include "Platform/Host/InterfaceBroker.h"
-#include "Platform/Radio/IFrameFormat.h"
+#include "Platform/Radio/IFrameFormat.h" // IWYU pragma: keep (a cast needs it)
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
 #include "Platform/Radio/IRadioCapability.h"
 #include "Platform/Radio/IRssiHandler.h"
-#include "Platform/Radio/ISystemPowerController.h"
+#include "Platform/Radio/ISystemPowerController.h" // IWYU pragma: keep (a cast needs it)
 
 #include <atomic>
 #include <stdexcept>

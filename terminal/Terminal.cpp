@@ -1,5 +1,6 @@
 #include "terminal/Terminal.h"
 
+#include "Platform/Host/IInterface.h"
 #include "host/ModuleManager.h"
 #include "terminal/ControllerConstruction.h"
 #include "terminal/PublishedPeers.h"
@@ -7,6 +8,9 @@
 #include "Platform/Host/InterfaceBroker.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <thread>

@@ -7,13 +7,14 @@
 #include "terminal/ScanPlan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
-#include "Platform/Host/ModuleInterface.h"
 #include "Platform/Host/RadioChannel.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace terminal {

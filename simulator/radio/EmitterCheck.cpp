@@ -1,5 +1,10 @@
 #include "simulator/radio/LinkChecks.h"
 
+#include "simulator/radio/Emitters.h"
+
+#include <cstddef>
+#include <variant>
+
 namespace simulator {
 
 namespace {

@@ -9,7 +9,6 @@
 #include <optional>
 #include <utility>
 #include <variant>
-#include <vector>
 
 // What is on the air of a radio channel, and what the path to it does. Records only: Air gives them effect.
 

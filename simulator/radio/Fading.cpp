@@ -1,6 +1,7 @@
 #include "simulator/radio/Fading.h"
 
 #include <cmath>
+#include <cstddef>
 #include <stdexcept>
 
 namespace simulator {

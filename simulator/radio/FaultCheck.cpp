@@ -1,5 +1,9 @@
 #include "simulator/radio/LinkChecks.h"
 
+#include "simulator/radio/Fault.h"
+
+#include <cstddef>
+
 namespace simulator {
 
 namespace {

@@ -1,7 +1,10 @@
 #include "simulator/radio/FaultPlan.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace simulator {
 

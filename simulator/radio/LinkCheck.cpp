@@ -1,7 +1,10 @@
 #include "simulator/radio/LinkChecks.h"
 
 #include <charconv>
+#include <cstddef>
+#include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace simulator {
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Platform/Radio/IRadioCapability.h"
 #include "simulator/radio/Link.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <limits>

@@ -1,5 +1,7 @@
 #include "simulator/radio/LinkChecks.h"
 
+#include "Platform/Radio/IRadioCapability.h"
+
 #include <algorithm>
 
 // A controller plans in unsigned words that wrap and tests nothing. Everything here is calculated wide enough not to.

@@ -9,10 +9,12 @@
 #include "Platform/Radio/IRadioCapability.h"
 #include "Platform/Radio/IRssiHandler.h"
 #include "Platform/Radio/ISystemPowerController.h"
+#include "simulator/radio/Fault.h"
 
+#include <cstdint>
 #include <mutex>
 #include <optional>
-#include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 

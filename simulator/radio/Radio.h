@@ -1,10 +1,12 @@
 #pragma once
 
 #include "host/Clock.h"
+#include "simulator/radio/Fault.h"
 #include "simulator/radio/Link.h"
 #include "simulator/radio/Receiver.h"
 #include "terminal/Peers.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace simulator {

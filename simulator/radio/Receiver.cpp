@@ -1,10 +1,13 @@
 #include "simulator/radio/Receiver.h"
 
+#include "simulator/radio/Fading.h"
 #include "simulator/radio/LinkChecks.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <numbers>
+#include <ratio>
 
 namespace simulator {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Host/IInterface.h"
+#include "Platform/Host/RadioChannel.h"
 
 #include <cstdint>
 #include <string>

@@ -6,16 +6,18 @@
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
+#include "Platform/Host/IInterface.h"
 #include "Platform/Host/InterfaceBroker.h"
 #include "Platform/Host/thread_utilities.h"
-#include "Platform/Radio/IFrameFormat.h"
+#include "Platform/Radio/IFrameFormat.h" // IWYU pragma: keep (a cast needs it)
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
 #include "Platform/Radio/IRadioCapability.h"
 #include "Platform/Radio/IRssiHandler.h"
-#include "Platform/Radio/ISystemPowerController.h"
+#include "Platform/Radio/ISystemPowerController.h" // IWYU pragma: keep (a cast needs it)
 
 #include <exception>
+#include <map>
 
 namespace {
 

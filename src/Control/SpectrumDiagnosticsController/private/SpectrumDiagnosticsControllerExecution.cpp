@@ -10,7 +10,6 @@
 #include "Control/SpectrumDiagnosticsController/private/Trace.h"
 #include "Platform/Host/DefaultSleepApi.h"
 #include "Platform/Radio/IFrequencyController.h"
-#include "Platform/Radio/IRadio.h"
 #include "Platform/Radio/IRssiHandler.h"
 
 #include <algorithm>

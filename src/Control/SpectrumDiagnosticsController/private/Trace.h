@@ -6,7 +6,7 @@
 /// independently of the global locale, hands it to the host with the site's own static header, and leaves errno as it was.
 /// Trace sites are many and cold: of each, only its test and its stream expression are code of its own.
 
-#include "Platform/Host/PlxTrace.h"
+#include "Platform/Host/PlxTrace.h" // IWYU pragma: export
 
 #include <ostream>
 
