@@ -1,8 +1,12 @@
 #include "support/Text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <ios>
+#include <sstream>
 #include <stdexcept>
 
 namespace support {
@@ -129,6 +133,34 @@ std::string listed(const std::string& file, const std::vector<std::string>& erro
         text += "\n" + name + ": and " + std::to_string(errors.size() - most) + " more";
     }
     return text;
+}
+
+std::string prefixed(const std::string& text, const std::string& prefix)
+{
+    constexpr std::size_t longestLine = 1000;
+    std::istringstream lines(text);
+    std::string all;
+    for (std::string line; std::getline(lines, line);) {
+        all += line.empty() ? "" : prefix + shown(line, longestLine) + "\n";
+    }
+    return all;
+}
+
+std::string duration(std::chrono::milliseconds time)
+{
+    constexpr std::int64_t minute = 60;
+    constexpr std::int64_t hour = 3600;
+    const std::int64_t seconds = time.count() / 1000;
+    if (seconds < minute) {
+        return fmt::format("{}.{} s", seconds, time.count() % 1000 / 100);
+    }
+    const std::string hours = seconds >= hour ? fmt::format("{} h ", seconds / hour) : "";
+    return fmt::format("{}{} min {} s", hours, seconds % hour / minute, seconds % minute);
+}
+
+std::string counted(std::size_t count, const std::string& what)
+{
+    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }
 
 } // namespace support

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <istream>
 #include <string>
@@ -24,5 +25,15 @@ std::string readToEnd(std::istream& stream, std::size_t largest_MiB);
 
 /// What is wrong with a file, each on a line that names it as shown() has it; ten at most, and how many more there are.
 std::string listed(const std::string& file, const std::vector<std::string>& errors);
+
+/// What is said of something: each line of a text, without empty ones, behind the same words. Whatever stands in it may be
+/// shown on a terminal.
+std::string prefixed(const std::string& text, const std::string& prefix);
+
+/// A length of time for people: "6.6 s", "2 min 32 s", "5 h 44 min 0 s". What is below the last figure is cut off.
+std::string duration(std::chrono::milliseconds time);
+
+/// "1 sample", "13 samples".
+std::string counted(std::size_t count, const std::string& what);
 
 } // namespace support

@@ -8,6 +8,8 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+
 using support::shown;
 using testing::HasSubstr;
 
@@ -90,6 +92,29 @@ TEST(Errors, standOnALineEach)
     EXPECT_THAT(support::listed("a", std::vector<std::string>(10, "e")), testing::Not(HasSubstr("more")));
     EXPECT_EQ(support::listed("\033", {"one"}), "\\x1B: one");
     EXPECT_THAT(support::listed("a", std::vector<std::string>(13, "e")), testing::EndsWith("\na: e\na: and 3 more"));
+}
+
+TEST(Duration, isCutOffAfterItsLastFigure)
+{
+    for (const auto& [time, text] :
+        {std::pair{0ms, "0.0 s"}, {6699ms, "6.6 s"}, {59999ms, "59.9 s"}, {60000ms, "1 min 0 s"}, {152700ms, "2 min 32 s"},
+            {3599999ms, "59 min 59 s"}, {3600000ms, "1 h 0 min 0 s"}, {20645000ms, "5 h 44 min 5 s"}}) {
+        EXPECT_EQ(support::duration(time), text);
+    }
+}
+
+TEST(Counted, hasItsPlural)
+{
+    EXPECT_EQ(support::counted(1, "sample"), "1 sample");
+    EXPECT_EQ(support::counted(0, "sample"), "0 samples");
+    EXPECT_EQ(support::counted(13, "sample"), "13 samples");
+}
+
+TEST(Prefixed, isEveryLineButTheEmpty)
+{
+    EXPECT_EQ(support::prefixed("it failed", "sdc: "), "sdc: it failed\n");
+    EXPECT_EQ(support::prefixed("one\n\ntwo\x1B\n", "sdc: "), "sdc: one\nsdc: two\\x1B\n");
+    EXPECT_EQ(support::prefixed("", "sdc: "), "");
 }
 
 } // namespace

@@ -1,0 +1,23 @@
+// Rows in columns, as people read them.
+
+#include "support/Table.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Table, setsItsColumnsTwoSpacesApart)
+{
+    EXPECT_EQ(support::table({{"name", "count", "what it is"}, {"a", "1", "one"}, {"longer", "1000", ""}}, "lrl"),
+        "name    count  what it is\n"
+        "a           1  one\n"
+        "longer   1000  \n");
+}
+
+TEST(Table, isNotWidenedByAShortRow)
+{
+    EXPECT_EQ(support::table({{"a", "b", "c"}, {"1", "nothing to be told"}, {"1", "2", "3"}}, "rrr"),
+        "a  b  c\n1  nothing to be told\n1  2  3\n");
+}
+
+} // namespace
