@@ -62,6 +62,9 @@ public:
     /// @throws TraceNotUnderstood when the sweep has begun and the trace tells no plan of it
     ScanStart startScan(RadioChannel channel, ESDCCommand start);
 
+    /// Whether the channel's status says that a scan runs, and it has a worker that can run it.
+    bool isOngoing(RadioChannel channel) const;
+
     /// Polls until the channel's scan has ended, or an exception has ended its worker: then the status stays ongoing. Runs
     /// @p onPoll between polls. Returns the status at the end.
     ESDCStatus waitForEnd(RadioChannel channel, const std::function<void()>& onPoll = {}) const;
@@ -94,7 +97,6 @@ private:
     Answer command(Served& channel, ESDCCommand start) const;
     bool waitForBegin(Served& channel, std::uint64_t tuningsBefore) const;
     void requirePlan(RadioChannel channel, std::uint64_t plansBefore) const;
-    bool isOngoing(RadioChannel channel) const;
     int sweepsUnderWay() const;
 
     host::Clock& m_clock;

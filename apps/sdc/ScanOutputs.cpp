@@ -1,7 +1,7 @@
 #include "apps/sdc/ScanOutputs.h"
 
-#include "apps/sdc/CommandLine.h"
 #include "apps/sdc/PlotName.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/results/Outputs.h"
 #include "apps/sdc/results/Plot.h"
 #include "apps/sdc/results/ResultJson.h"

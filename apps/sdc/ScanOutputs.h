@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/sdc/TerminalDevice.h"
 #include "apps/sdc/results/ScanResult.h"
+#include "apps/sdc/tty/Screen.h"
 
 #include <cstddef>
 #include <cstdint>

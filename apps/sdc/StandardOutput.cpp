@@ -1,6 +1,6 @@
 #include "apps/sdc/StandardOutput.h"
 
-#include "apps/sdc/TerminalDevice.h"
+#include "apps/sdc/tty/Screen.h"
 
 #include <unistd.h>
 

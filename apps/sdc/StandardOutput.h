@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/sdc/ExitStatus.h"
+#include "apps/sdc/options/ExitStatus.h"
 
 #include <functional>
 #include <ostream>

@@ -1,8 +1,8 @@
-#include "apps/sdc/CommandLine.h"
-#include "apps/sdc/TerminalDevice.h"
-#include "apps/sdc/Texts.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/results/ResultJson.h"
+#include "apps/sdc/tty/Screen.h"
 #include "simulator/scenario/Scenario.h"
+#include "support/Text.h"
 #include "terminal/Terminal.h"
 
 #include <csignal>
@@ -11,9 +11,9 @@
 
 namespace {
 
-void complain(const std::exception& exception)
+void tell(const std::exception& exception)
 {
-    std::cerr << sdc::message(exception.what()) << std::flush;
+    std::cerr << support::prefixed(exception.what(), "sdc: ") << std::flush;
 }
 
 } // namespace
@@ -25,19 +25,19 @@ int main(int argc, char** argv)
     try {
         return sdc::readCommandLine(argc, argv)();
     } catch (const sdc::UsageError& error) {
-        complain(error);
+        tell(error);
         return sdc::EXIT_USAGE;
     } catch (const simulator::ScenarioError& error) {
-        complain(error);
+        tell(error);
         return sdc::EXIT_USAGE;
     } catch (const sdc::ResultError& error) {
-        complain(error);
+        tell(error);
         return sdc::EXIT_USAGE;
     } catch (const terminal::NotUp& error) {
-        std::cerr << sdc::message(std::string("the terminal did not come up: ") + error.what()) << std::flush;
+        std::cerr << support::prefixed(std::string("the terminal did not come up: ") + error.what(), "sdc: ") << std::flush;
         return sdc::EXIT_FAILED;
     } catch (const std::exception& exception) {
-        complain(exception);
+        tell(exception);
         return sdc::EXIT_INTERNAL;
     }
 }

@@ -131,18 +131,19 @@ TEST_F(ConsoleRun, linesItCannotActUponAreToldAndTheRestIsDone)
         const char* line;
         const char* said;
     };
-    for (const Row& row : {Row{"get-stauts", "error: unknown command 'get-stauts'; did you mean 'get-status'?"},
-             {"abracadabra", "error: unknown command 'abracadabra'; 'help' lists the commands"},
-             {"get-status now", "error: too many words; it is: get-status"},
-             {"get-result many", "error: 'many' is no count of samples: write a number such as 10"},
-             {"get-result -1", "error: '-1' is no count of samples"}, {"trace", "error: '' is no trace level"},
-             {"trace 8", "error: '8' is no trace level: write 0"}, {"release", "error: the clock is not held"},
-             {"channel x", "error: 'x' is no channel number"}, {"fault", "error: a fault needs an operation and an action"},
-             {"fault readRsi stick", "error: there is no operation 'readRsi'; there are setRxFrequency, readRssi, "},
-             {"fault readRssi stuck", "error: there is no action 'stuck'; there are refuse, throw, answer, stick"},
-             {"fault getChannelSpacing refuse", "error: "}, {"fault getChannelSpacing answer 1 0", "channel spacing"},
-             {"fault readRssi stick no", "error: 'no' is no number of calls, or 'all'"},
-             {"fault readRssi answer 1 x", "error: 'x' is no number to answer with"}}) {
+    for (const Row& row :
+        {Row{"get-stauts", "error: unknown command 'get-stauts'; did you mean 'get-status'?"},
+            {"abracadabra", "error: unknown command 'abracadabra'; 'help' lists the commands"},
+            {"get-status now", "error: too many words; expected: get-status"},
+            {"get-result many", "error: invalid count of samples 'many'; expected a number such as 10"},
+            {"get-result -1", "error: invalid count of samples '-1'"}, {"trace", "error: invalid trace level ''"},
+            {"trace 8", "error: invalid trace level '8'; expected 0"}, {"release", "error: the clock is not held"},
+            {"channel x", "error: invalid channel number 'x'"}, {"fault", "error: a fault needs an operation and an action"},
+            {"fault readRsi stick", "error: unknown operation 'readRsi'; expected one of setRxFrequency, readRssi, "},
+            {"fault readRssi stuck", "error: unknown action 'stuck'; expected one of refuse, throw, answer, stick"},
+            {"fault getChannelSpacing refuse", "error: "}, {"fault getChannelSpacing answer 1 0", "channel spacing"},
+            {"fault readRssi stick no", "error: invalid number of calls 'no'; expected"},
+            {"fault readRssi answer 1 x", "error: invalid answer 'x'"}}) {
         SCOPED_TRACE(row.line);
         const Outcome outcome = script(std::string(row.line) + "\nget-status\n");
         EXPECT_EQ(outcome.status, 2);

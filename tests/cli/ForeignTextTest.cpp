@@ -28,18 +28,6 @@ protected:
         }
         EXPECT_THAT(outcome.out + outcome.err, HasSubstr("2J\\u202"));
     }
-
-    /// A scenario in which all texts are hostile, as far as a scenario may be so.
-    void writeHostileScenario(const std::string& unitType) const
-    {
-        const std::string text = R"(a\u009B2J\u202Ez)";
-        writeScenario("mine.json", "18-f595",
-            {{"\"18-f595\"", '"' + text + '"'}, {"\"18 GHz, ", '"' + text}, {"\"Channel plan: ", '"' + text},
-                {"KLM6 18G", unitType + text},
-                {"\"emitters\":",
-                    R"("faults": [{ "operation": "readRssi", "action": "throw", "text": ")" + text
-                        + R"(" }], "emitters":)"}});
-    }
 };
 
 TEST_F(ForeignText, inArgumentsIsShownAsEscapes)
@@ -60,27 +48,14 @@ TEST_F(ForeignText, inArgumentsIsShownAsEscapes)
     EXPECT_EQ(good.out, std::string(visible) + ": ok\n");
 }
 
-TEST_F(ForeignText, ofAScenarioIsShownAsEscapes)
+TEST_F(ForeignText, onTheConsoleAndInTheTraceIsShownAsEscapes)
 {
-    for (const char* const unitType : {"KLM6 18G", "XYZ 18G"}) {
-        ASSERT_NO_FATAL_FAILURE(writeHostileScenario(unitType));
-        for (const char* const arguments :
-            {"scan channel --csv -", "scan channel --csv - --trace 7", "scan channel --channel 9", "plan", "plan --json"}) {
-            SCOPED_TRACE(std::string(unitType) + arguments);
-            expectPlain(run(std::string(arguments) + " --scenario mine.json"));
-        }
-    }
-}
-
-TEST_F(ForeignText, onTheConsoleIsShownAsEscapes)
-{
-    ASSERT_NO_FATAL_FAILURE(writeHostileScenario("KLM6 18G"));
-    for (const std::string& line :
-        {std::string(hostile), "get-result " + std::string(hostile), "fault " + std::string(hostile) + " throw",
-            std::string("channel-scan-start\nwait\nchannel-scan-start\nget-status")}) {
+    const std::string text = hostile;
+    for (const std::string& line : {text, "get-result " + text, "fault " + text + " throw",
+             "fault getUnitInfo answer 1 " + text + "\nchannel-scan-start"}) {
         SCOPED_TRACE(line);
         write("script.txt", line + "\n");
-        expectPlain(run("console --trace 7 --scenario mine.json <script.txt"));
+        expectPlain(run("console <script.txt"));
     }
 }
 

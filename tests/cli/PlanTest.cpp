@@ -9,36 +9,15 @@
 namespace {
 
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 using Json = nlohmann::json;
 using Plan = Sdc;
-
-TEST_F(Plan, showsBothKindsOfScan)
-{
-    const Outcome outcome = run("plan");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_THAT(outcome.err, IsEmpty());
-    const std::vector<std::string> rows = lines(outcome.out);
-    ASSERT_EQ(rows.size(), 5U);
-    EXPECT_THAT(rows[0], testing::StartsWith("18-f595: 18 GHz"));
-    EXPECT_EQ(rows[2], "channel  scan       from MHz     to MHz  step MHz  samples  settling           time");
-    EXPECT_EQ(rows[3], "      1  channel   19164.750  19188.750     2.000       13  3.0 s, then 0.3 s  6.6 s");
-    EXPECT_EQ(rows[4], "      1  sub-band  18701.000  19699.000     2.000      500  3.0 s, then 0.3 s  2 min 32 s");
-}
 
 TEST_F(Plan, showsTheTimeAtASpeedBesideThatOnTheRadio)
 {
     EXPECT_THAT(run("plan --speed 2").out, HasSubstr("  2 min 32 s (1 min 16 s at this speed)\n"));
     EXPECT_EQ(run("plan --speed real").out, run("plan").out);
     EXPECT_EQ(run("plan --speed max").out, run("plan").out);
-}
-
-TEST_F(Plan, countsHoursWhereTheRadioSettlesLong)
-{
-    const std::vector<std::string> rows = lines(run("plan --scenario 38-long").out);
-    EXPECT_THAT(rows[3], testing::EndsWith("        1  5.0 s                      5.0 s")); // a single sample
-    EXPECT_THAT(rows[4], testing::EndsWith("      344  1 min 0 s, then 1 min 0 s  5 h 44 min 0 s"));
 }
 
 TEST_F(Plan, showsTheChannelsAskedFor)

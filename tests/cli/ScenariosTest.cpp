@@ -13,22 +13,6 @@ using testing::StartsWith;
 
 using Scenarios = Sdc;
 
-TEST_F(Scenarios, areListedInColumns)
-{
-    const Outcome outcome = run("scenarios list");
-    EXPECT_EQ(outcome.status, 0);
-    const std::vector<std::string> rows = lines(outcome.out);
-    ASSERT_GE(rows.size(), 18U);
-    EXPECT_THAT(rows[0], testing::MatchesRegex("name +GHz  unit +channels +description"));
-    const std::size_t description = rows[0].find("description");
-    for (const std::string& row : rows) {
-        EXPECT_NE(row.at(description), ' ') << row;
-        EXPECT_EQ(row.substr(description - 2, 2), "  ") << row;
-    }
-    EXPECT_THAT(rows, Contains(testing::MatchesRegex("18-f595 +18 +KLM6 18G +1 +18 GHz, 27.5 MHz raster, .*")));
-    EXPECT_THAT(rows, Contains(testing::MatchesRegex("8-quad +8 +4741 8G +1, 2, 3, 4 +8 GHz, .*")));
-}
-
 TEST_F(Scenarios, areListedByNameAlone)
 {
     const std::vector<std::string> names = lines(run("scenarios list --names").out);

@@ -1,4 +1,4 @@
-// Arguments: what is refused, and in which words; help and version.
+// Arguments: what is invalid, and in which words; help and version.
 
 #include "tests/cli/SdcFixture.h"
 
@@ -23,9 +23,9 @@ std::ostream& operator<<(std::ostream& stream, const Row& row)
     return stream << row.arguments;
 }
 
-class RefusedUsage : public Sdc, public testing::WithParamInterface<Row> {};
+class InvalidUsage : public Sdc, public testing::WithParamInterface<Row> {};
 
-TEST_P(RefusedUsage, endsWithStatus2AndOneLineThatSaysWhatWouldBeRight)
+TEST_P(InvalidUsage, endsWithStatus2AndOneLineThatSaysWhatWouldBeRight)
 {
     const Outcome outcome = run(GetParam().arguments);
     EXPECT_EQ(outcome.status, 2);
@@ -34,53 +34,53 @@ TEST_P(RefusedUsage, endsWithStatus2AndOneLineThatSaysWhatWouldBeRight)
 }
 
 constexpr Row commandRows[] = {
-    {"scna", "'sdc' has no command 'scna'; did you mean 'scan'?"},
+    {"scna", "unknown command 'sdc scna'; did you mean 'scan'?"},
     {"--verison", "unknown option '--verison'; did you mean '--version'?"},
-    {"scenarios shw", "'sdc scenarios' has no command 'shw'; did you mean 'show'?"},
-    {"scenarios erase", "'sdc scenarios' has no command 'erase'; there are list, show, check"},
+    {"scenarios shw", "unknown command 'sdc scenarios shw'; did you mean 'show'?"},
+    {"scenarios erase", "unknown command 'sdc scenarios erase'; expected one of list, show, check"},
     {"scenarios", "'sdc scenarios' needs a command behind it; 'sdc scenarios --help' tells more"},
     {"scenarios show", "'sdc scenarios show' needs NAME behind it; 'sdc scenarios show --help' tells more"},
     {"scenarios check", "'sdc scenarios check' needs FILE behind it; 'sdc scenarios check --help' tells more"},
-    {"scenarios list all", "'all' is one word too many; 'sdc scenarios list --help' tells more"},
+    {"scenarios list all", "unexpected word 'all'; 'sdc scenarios list --help' tells more"},
     {"scenarios list --nmaes", "unknown option '--nmaes'; did you mean '--names'?"},
     {"plan --quiet", "unknown option '--quiet'; 'sdc plan --help' tells more"},
     {"plan --json=no", "--json: takes no value; 'sdc plan --help' tells more"},
     {"plot", "'sdc plot' needs RESULT behind it; 'sdc plot --help' tells more"},
     {"plot a.json --output a.gif",
         "--output: 'a.gif' tells no kind of picture: let it end in .svg, .png or .txt, or write --format"},
-    {"plot a.json --format gif", "--format: 'gif' is no kind of picture: write svg, png or text"},
-    {"plot a.json --width 9", "--width: '9' is no size: write a number from 10 to 10000"},
-    {"plot a.json --height 10001", "--height: '10001' is no size: write a number from 10 to 10000"},
+    {"plot a.json --format gif", "--format: invalid kind of picture 'gif'; expected svg, png or text"},
+    {"plot a.json --width 9", "--width: invalid size '9'; expected a number from 10 to 10000"},
+    {"plot a.json --height 10001", "--height: invalid size '10001'; expected a number from 10 to 10000"},
     {"compare a.json", "'sdc compare' needs AFTER behind it; 'sdc compare --help' tells more"},
-    {"compare a.json b.json --threshold -1", "--threshold: '-1' is no level: write 0 to 1000, such as 3"},
-    {"compare a.json b.json --threshold 1e17", "--threshold: '1e17' is no level: write 0 to 1000, such as 3"},
+    {"compare a.json b.json --threshold -1", "--threshold: invalid level '-1'; expected 0 to 1000, such as 3"},
+    {"compare a.json b.json --threshold 1e17", "--threshold: invalid level '1e17'; expected 0 to 1000, such as 3"},
 };
-INSTANTIATE_TEST_SUITE_P(Commands, RefusedUsage, testing::ValuesIn(commandRows));
+INSTANTIATE_TEST_SUITE_P(Commands, InvalidUsage, testing::ValuesIn(commandRows));
 
 constexpr Row scanRows[] = {
     {"scan", "'sdc scan' needs channel or sub-band behind it; 'sdc scan --help' tells more"},
-    {"scan sideways", "'sideways' is no kind of scan: write channel or sub-band"},
-    {"scan chanel", "'chanel' is no kind of scan: write channel or sub-band; did you mean 'channel'?"},
-    {"scan channel twice", "'twice' is one word too many; 'sdc scan --help' tells more"},
+    {"scan sideways", "invalid kind of scan 'sideways'; expected channel or sub-band"},
+    {"scan chanel", "invalid kind of scan 'chanel'; expected channel or sub-band; did you mean 'channel'?"},
+    {"scan channel twice", "unexpected word 'twice'; 'sdc scan --help' tells more"},
     {"scan channel --sped 3", "unknown option '--sped'; did you mean '--speed'?"},
     {"scan --sped 3 channel", "unknown option '--sped'; did you mean '--speed'?"},
     {"scan --sped=3 channel", "unknown option '--sped'; did you mean '--speed'?"},
     {"scan channel --bogus", "unknown option '--bogus'; 'sdc scan --help' tells more"},
     {"scan channel -x", "unknown option '-x'; 'sdc scan --help' tells more"},
-    {"scan channel --speed 0", "--speed: '0' is no speed: write real, max, or a factor above 0 such as 20"},
+    {"scan channel --speed 0", "--speed: invalid speed '0'; expected real, max, or a factor above 0 such as 20"},
     {"scan channel --speed 2 --speed 3", "--speed: is given more than once; 'sdc scan --help' tells more"},
     {"scan channel --speed", "--speed: needs a value behind it; 'sdc scan --help' tells more"},
     {"scan channel --channel 1,1",
-        "--channel: '1,1' is no list of channels: write all, or numbers such as 1 or 1,2, each once"},
+        "--channel: invalid list of channels '1,1'; expected all, or numbers such as 1 or 1,2, each once"},
     {"scan channel --channel 7", "--channel: scenario '18-f595' has no channel 7; it has channel 1"},
     {"scan channel --scenario 8-quad --channel 1,5",
         "--channel: scenario '8-quad' has no channel 5; it has channels 1, 2, 3, 4"},
-    {"scan channel --repeat 0", "--repeat: '0' is no number of sweeps: write 1 or more, or forever"},
-    {"scan channel --trace 8", "--trace: '8' is no trace level: write 0 to 7"},
-    {"scan channel --rows -1", "--rows: '-1' is no number of rows: write one such as 50, or 0 for no limit"},
-    {"scan channel --color red", "--color: 'red' is no choice of colours: write auto, always or never"},
+    {"scan channel --repeat 0", "--repeat: invalid number of sweeps '0'; expected 1 or more, or forever"},
+    {"scan channel --trace 8", "--trace: invalid trace level '8'; expected 0 to 7"},
+    {"scan channel --rows -1", "--rows: invalid number of rows '-1'; expected a number such as 50, or 0 for no limit"},
+    {"scan channel --color red", "--color: invalid choice of colours 'red'; expected auto, always or never"},
     {"scan channel --quiet=1", "--quiet: takes no value; 'sdc scan --help' tells more"},
-    {"scan channel --start-time today", "--start-time: 'today' is no time: write one such as 2026-01-02T03:04:05Z"},
+    {"scan channel --start-time today", "--start-time: invalid time 'today'; expected one such as 2026-01-02T03:04:05Z"},
     {"scan channel --csv", "--csv: needs a value behind it; 'sdc scan --help' tells more"},
     {"scan channel --csv ''", "--csv: the name of the file is empty: write a name, or - for standard output"},
     {"scan channel --csv --quiet",
@@ -88,18 +88,7 @@ constexpr Row scanRows[] = {
     {"scan channel --csv - --json -", "--json: another output goes to standard output already: write the name of a file"},
     {"scan channel --plot a.gif", "--plot: 'a.gif' tells no kind of picture: let it end in .svg, .png or .txt"},
 };
-INSTANTIATE_TEST_SUITE_P(Scan, RefusedUsage, testing::ValuesIn(scanRows));
-
-TEST_F(Usage, withoutArgumentsIsToldInAFewLinesWithStatus2)
-{
-    const Outcome outcome = run("");
-    EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.out, IsEmpty());
-    EXPECT_THAT(outcome.err,
-        AllOf(StartsWith("sdc: a command is needed:\n"), HasSubstr("sdc scan channel "),
-            HasSubstr("'sdc --help' lists all commands.\n")));
-    EXPECT_LE(lines(outcome.err).size(), 8U);
-}
+INSTANTIATE_TEST_SUITE_P(Scan, InvalidUsage, testing::ValuesIn(scanRows));
 
 TEST_F(Usage, suggestsAScenario)
 {
@@ -119,30 +108,15 @@ TEST_F(Usage, saysVersionOnStandardOutput)
     EXPECT_THAT(outcome.err, IsEmpty());
 }
 
-TEST_F(Usage, helpsWithEveryCommandInExamplesWithin80Columns)
+TEST_F(Usage, helpFitsInto80Columns)
 {
-    struct HelpRow {
-        const char* arguments;
-        const char* usage;
-        const char* said;
-    };
-    for (const HelpRow& row :
-        {HelpRow{"--help", "Usage: sdc [OPTIONS]", "Exit status: 0 complete, 1 internal or output error, 2 usage"},
-            {"-h", "Usage: sdc [OPTIONS]", "scenarios "},
-            {"scan --help", "Usage: sdc scan [OPTIONS]", "\nExamples:\n  sdc scan"},
-            {"scan channel --help", "Usage: sdc scan [OPTIONS]", "--start-time TIME "},
-            {"plan --help", "Usage: sdc plan [OPTIONS]", "\nExamples:\n  sdc plan"},
-            {"scenarios --help", "Usage: sdc scenarios [OPTIONS]", "\nExamples:\n  sdc scenarios"},
-            {"scenarios list --help", "Usage: sdc scenarios list [OPTIONS]", "\nExample:\n  sdc scenarios list"},
-            {"scenarios show --help", "Usage: sdc scenarios show [OPTIONS] NAME", "\nExample:\n  sdc scenarios show"},
-            {"scenarios check --help", "Usage: sdc scenarios check [OPTIONS] FILE", "\nExample:\n  sdc scenarios check"},
-            {"plot --help", "Usage: sdc plot [OPTIONS] RESULT", "\nExamples:\n  sdc plot"},
-            {"compare --help", "Usage: sdc compare [OPTIONS] BEFORE AFTER", "\nExample:\n  sdc compare"}}) {
-        SCOPED_TRACE(row.arguments);
-        const Outcome outcome = run(row.arguments);
+    const std::string help = run("--help").out;
+    EXPECT_EQ(run("-h").out, help);
+    for (const char* const command : {"", "scan ", "scan channel ", "plan ", "console ", "scenarios ", "scenarios list ",
+             "scenarios show ", "scenarios check ", "plot ", "compare "}) {
+        const Outcome outcome = run(command + std::string("--help"));
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_THAT(outcome.err, IsEmpty());
-        EXPECT_THAT(outcome.out, AllOf(HasSubstr(row.usage), HasSubstr(row.said)));
+        EXPECT_THAT(outcome.out, HasSubstr("Usage: sdc "));
         for (const std::string& line : lines(outcome.out)) {
             EXPECT_LE(line.size(), 80U) << line;
         }

@@ -2,7 +2,7 @@
 //
 // Input: one byte that chooses a built-in scenario, then the script.
 
-#include "apps/sdc/ConsoleCommand.h"
+#include "apps/sdc/commands/Console.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <algorithm>
@@ -18,11 +18,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const auto scenarios = simulator::builtInScenarios();
-    sdc::ConsoleOptions options;
-    options.scenario = scenarios[data[0] % scenarios.size()].name;
-    options.traceLevel = 0;
+    const sdc::Site site(std::string(scenarios[data[0] % scenarios.size()].name));
+    host::VirtualClock clock;
     std::istringstream input(std::string(reinterpret_cast<const char*>(data) + 1, std::min(size - 1, mostCharacters)));
     std::ostringstream output;
-    sdc::console(options, input, output);
+    sdc::Console console(site, site.channels().front().number, 0, clock, output);
+    console.obey(input, false);
     return 0;
 }

@@ -1,0 +1,135 @@
+#include "apps/sdc/StandardOutput.h"
+#include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/options/Options.h"
+#include "apps/sdc/results/Format.h"
+#include "apps/sdc/results/ResultWords.h"
+#include "support/Table.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <memory>
+
+namespace sdc {
+
+namespace {
+
+using support::duration;
+using Json = nlohmann::ordered_json;
+
+struct PlanOptions {
+    std::string scenario;
+    std::vector<std::uint32_t> channels; ///< none: all
+    double speed = 0.0;
+    bool isJson = false;
+};
+
+/// A channel and its scan of each kind.
+struct PlannedScans {
+    PlannedChannel channelScan;
+    PlannedChannel subBandScan;
+};
+
+std::string refusal(const ChannelInfo& channel)
+{
+    return "the controller does not support the unit type \"" + support::shown(channel.unitTypeText) + "\"";
+}
+
+std::string settling(const ScanPlan& plan)
+{
+    if (plan.samples == 1) {
+        return duration(plan.settleTime());
+    }
+    return duration(std::chrono::milliseconds(plan.firstSetRxWait_ms)) + ", then "
+        + duration(std::chrono::milliseconds(plan.setRxWait_ms));
+}
+
+/// On a radio, and at a speed of its own where there is one.
+std::string timeText(const ScanPlan& plan, double speed)
+{
+    const std::string time = duration(plan.settleTime());
+    return speed == 0.0 || speed == 1.0 ? time
+                                        : time + " (" + duration(wallTime(plan.settleTime(), speed)) + " at this speed)";
+}
+
+support::Row rowOf(const PlannedChannel& planned, ScanKind kind, double speed)
+{
+    const std::string number = std::to_string(static_cast<std::uint32_t>(planned.channel.number));
+    const std::string name(toText(kind));
+    if (!planned.plan) {
+        return {number, name, "none: " + refusal(planned.channel)};
+    }
+    const ScanPlan& plan = *planned.plan;
+    return {number, name, megahertz(plan.lowest_kHz), megahertz(plan.highest_kHz),
+        plan.samples == 1 ? "-" : megahertz(plan.step_kHz), std::to_string(plan.samples), settling(plan),
+        timeText(plan, speed)};
+}
+
+Json jsonOf(const PlannedChannel& planned, double speed)
+{
+    if (!planned.plan) {
+        return {{"refusal", refusal(planned.channel)}};
+    }
+    const ScanPlan& plan = *planned.plan;
+    return {{"lowest_kHz", plan.lowest_kHz}, {"highest_kHz", plan.highest_kHz}, {"step_kHz", plan.step_kHz},
+        {"samples", plan.samples}, {"first_settle_ms", plan.firstSetRxWait_ms}, {"settle_ms", plan.setRxWait_ms},
+        {"radio_time_ms", plan.settleTime().count()}, {"wall_time_ms", wallTime(plan.settleTime(), speed).count()}};
+}
+
+void writeJson(std::ostream& output, const Site& site, const std::vector<PlannedScans>& scans, double speed)
+{
+    Json channels = Json::array();
+    for (const auto& [channelScan, subBandScan] : scans) {
+        channels.push_back({{"channel", static_cast<std::uint32_t>(channelScan.channel.number)},
+            {"unit_type", channelScan.channel.unitTypeText},
+            {"plans",
+                {{toText(ScanKind::channel), jsonOf(channelScan, speed)},
+                    {toText(ScanKind::subBand), jsonOf(subBandScan, speed)}}}});
+    }
+    const Json document{
+        {"schema_version", 1}, {"scenario", site.name()}, {"description", site.description()}, {"channels", channels}};
+    output << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+void writeTable(std::ostream& output, const Site& site, const std::vector<PlannedScans>& scans, double speed)
+{
+    std::vector<support::Row> rows{{"channel", "scan", "from MHz", "to MHz", "step MHz", "samples", "settling", "time"}};
+    for (const auto& [channelScan, subBandScan] : scans) {
+        rows.push_back(rowOf(channelScan, ScanKind::channel, speed));
+        rows.push_back(rowOf(subBandScan, ScanKind::subBand, speed));
+    }
+    output << site.name() << ": " << site.description() << "\n\n" << support::table(rows, "rlrrrrll");
+}
+
+/// Shows what both kinds of scan would do on each channel, and how long they take. Fails when nothing can be planned.
+ExitStatus plan(const PlanOptions& options, std::ostream& output)
+{
+    const Site site(options.scenario);
+    std::vector<PlannedScans> scans;
+    for (const ChannelInfo& channel : chooseChannels(site, options.channels)) {
+        scans.push_back({site.planned(channel, ScanKind::channel), site.planned(channel, ScanKind::subBand)});
+    }
+    (options.isJson ? writeJson : writeTable)(output, site, scans, options.speed);
+    const auto isPlanned = [](const PlannedScans& scan) { return scan.channelScan.plan || scan.subBandScan.plan; };
+    return std::ranges::any_of(scans, isPlanned) ? EXIT_COMPLETE : EXIT_FAILED;
+}
+
+} // namespace
+
+void addPlan(CLI::App& app, Command& command)
+{
+    const auto options = std::make_shared<PlanOptions>();
+    CLI::App& planning = *app.add_subcommand("plan", "Show what both scans would do, and for how long");
+    addScenario(planning, options->scenario);
+    addChannels(planning, options->channels);
+    addSpeed(planning, options->speed);
+    addFlag(planning, "--json", options->isJson, "JSON instead of a table");
+    planning.footer("Examples:\n"
+                    "  sdc plan\n"
+                    "  sdc plan --scenario 38-long --speed 60\n");
+    planning.callback([options, &command] {
+        command = [options] { return toStandardOutput([&](std::ostream& output) { return plan(*options, output); }); };
+    });
+}
+
+} // namespace sdc

@@ -1,0 +1,123 @@
+#include "apps/sdc/options/CommandLine.h"
+
+#include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/options/UsageText.h"
+
+#include <fmt/format.h>
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace sdc {
+
+namespace {
+
+constexpr const char* shortHelp = "sdc: a command is needed:\n"
+                                  "  sdc scan channel          scan the configured channel of a simulated link\n"
+                                  "  sdc scan sub-band         scan all that its radio can receive\n"
+                                  "  sdc plan                  what both scans would do, and for how long\n"
+                                  "  sdc scenarios list        what can be scanned\n"
+                                  "'sdc --help' lists all commands.\n";
+
+constexpr std::string_view completionRequest = "--complete"; ///< of the shell: nothing that a person writes
+
+/// Help, version and completions go to standard output, and into a file or a pipe if need be.
+Command print(std::string text)
+{
+    return [text = std::move(text)] {
+        if (!(std::cout << text << std::flush)) {
+            throw std::runtime_error("cannot write to standard output");
+        }
+        return EXIT_COMPLETE;
+    };
+}
+
+Command printUsageError(std::string text)
+{
+    return [text = std::move(text)] {
+        std::cerr << text << std::flush;
+        return EXIT_USAGE;
+    };
+}
+
+/// "Exit status: 0 complete, ...", in lines of at most 80 columns.
+std::string exitStatusHelp()
+{
+    constexpr std::size_t columns = 80;
+    std::string text = "Exit status:";
+    std::size_t lineBegin = 0;
+    for (const auto& [status, meaning] : exitStatusTexts) {
+        const bool isLast = status == std::end(exitStatusTexts)[-1].status;
+        const std::string item = fmt::format("{} {}{}", static_cast<int>(status), meaning, isLast ? "." : ",");
+        const bool fits = text.size() - lineBegin + 1 + item.size() <= columns;
+        lineBegin = fits ? lineBegin : text.size() + 1;
+        text += (fits ? " " : "\n") + item;
+    }
+    return text;
+}
+
+constexpr const char* environmentHelp = "\n\n"
+                                        "Environment: NO_COLOR no colours; TERM=dumb neither colours nor a line that is\n"
+                                        "written over; COLUMNS the width where the terminal does not tell it.\n\n";
+
+/// Says neither what type an option has by default nor that a positional is required: the usage shows it.
+class HelpFormatter : public CLI::Formatter {
+public:
+    HelpFormatter() { column_width(26); }
+
+    std::string make_option_opts(const CLI::Option* option) const override
+    {
+        return option->get_type_name().empty() || option->get_items_expected_max() == 0 ? "" : " " + option->get_type_name();
+    }
+};
+
+/// The help of the innermost command that was named.
+std::string helpOf(const CLI::App& app)
+{
+    const CLI::App* command = &app;
+    std::string before;
+    while (!command->get_subcommands().empty()) {
+        before += (before.empty() ? "" : " ") + command->get_name();
+        command = command->get_subcommands().front();
+    }
+    return command->help(before);
+}
+
+void addAll(CLI::App& app, Command& command)
+{
+    app.set_version_flag("--version", "sdc " SDC_VERSION, "Print the version and leave");
+    app.footer(
+        exitStatusHelp() + environmentHelp + "'sdc COMMAND --help' tells the options of a command and gives examples.");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.set_help_flag("-h,--help", "Print this help and leave");
+    for (const AddSubcommand add : subcommands) {
+        add(app, command);
+    }
+}
+
+} // namespace
+
+Command readCommandLine(int count, const char* const* arguments)
+{
+    CLI::App app{"Spectrum diagnostics of a simulated point-to-point microwave terminal", "sdc"};
+    Command command;
+    addAll(app, command);
+    const std::vector<std::string> words(arguments + 1, arguments + count);
+    if (!words.empty() && words.front() == completionRequest) {
+        return print(completions(app, {words.begin() + 1, words.end()}));
+    }
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::CallForVersion& version) {
+        return print(std::string(version.what()) + "\n");
+    } catch (const CLI::Success&) {
+        return print(helpOf(app));
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(explain(app, words, error));
+    }
+    return command ? command : printUsageError(shortHelp);
+}
+
+} // namespace sdc

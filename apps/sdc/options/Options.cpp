@@ -1,0 +1,199 @@
+#include "apps/sdc/options/Options.h"
+
+#include "apps/sdc/options/CommandLine.h"
+#include "apps/sdc/results/TimeText.h"
+#include "simulator/scenario/Scenario.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace sdc {
+
+namespace {
+
+/// The whole text as a number.
+template <typename Number>
+std::optional<Number> parseNumber(std::string_view text)
+{
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+std::string numbersOf(const std::vector<ChannelInfo>& channels)
+{
+    std::string numbers;
+    for (const ChannelInfo& channel : channels) {
+        numbers += (numbers.empty() ? "" : ", ") + std::to_string(static_cast<std::uint32_t>(channel.number));
+    }
+    return (channels.size() == 1 ? "channel " : "channels ") + numbers;
+}
+
+} // namespace
+
+std::string invalid(const std::string& what, const std::string& text, const std::string& expected)
+{
+    return "invalid " + what + " '" + support::shown(text) + "'; expected " + expected;
+}
+
+CLI::Option* offer(CLI::Option* option, const Words& words)
+{
+    return option->check(
+        CLI::Validator([](const std::string&) { return std::string(); }, "", CLI::detail::join(words, " ")));
+}
+
+Words offeredFor(CLI::Option& option)
+{
+    try {
+        return CLI::detail::split_up(option.get_validator(0)->get_name());
+    } catch (const CLI::OptionNotFound&) { // it has none
+        return {};
+    }
+}
+
+Words scenarioNames()
+{
+    Words names;
+    for (const embedded::Text& text : simulator::builtInScenarios()) {
+        names.emplace_back(text.name);
+    }
+    names.emplace_back(anyFile);
+    return names;
+}
+
+CLI::Option* addScenario(CLI::App& app, std::string& scenario)
+{
+    scenario = simulator::defaultScenario;
+    CLI::Option* const option = app.add_option("--scenario", scenario,
+        "Built-in scenario or scenario file (" + scenario + ");\n'sdc scenarios list' tells the names");
+    return offer(option->type_name("NAME"), scenarioNames());
+}
+
+CLI::Option* addChannels(CLI::App& app, std::vector<std::uint32_t>& channels)
+{
+    const Parsing<std::vector<std::uint32_t>> list{
+        "LIST", "list of channels", "all, or numbers such as 1 or 1,2, each once", parseChannels, {"all"}};
+    return addParsed(app, "--channel", channels, list, "Radio channels of the scenario, such as 1,2 (all)");
+}
+
+CLI::Option* addSpeed(CLI::App& app, double& speed)
+{
+    const Parsing<double> factor{"SPEED", "speed", "real, max, or a factor above 0 such as 20", parseSpeed, {"real", "max"}};
+    return addParsed(
+        app, "--speed", speed, factor, "How fast time goes: real, max (no waiting), or a\nfactor such as 20 (max)");
+}
+
+CLI::Option* addTrace(CLI::App& app, std::uint32_t& level)
+{
+    const Parsing<std::uint32_t> number{"LEVEL", "trace level", "0 to 7", parseTraceLevel, {"0", "1", "5", "6", "7"}};
+    return addParsed(app, "--trace", level, number,
+        "Controllers' trace on standard error: 0 nothing,\n1 errors, 5 information, 6 calls, 7 steps (1)");
+}
+
+CLI::Option* addFlag(CLI::App& app, const std::string& name, bool& flag, const std::string& help)
+{
+    return app.add_flag(name, flag, help)->disable_flag_override();
+}
+
+std::vector<ChannelInfo> chooseChannels(const Site& site, const std::vector<std::uint32_t>& numbers)
+{
+    if (numbers.empty()) {
+        return site.channels();
+    }
+    std::vector<ChannelInfo> chosen;
+    for (const std::uint32_t number : numbers) {
+        const auto found = std::ranges::find(site.channels(), RadioChannel{number}, &ChannelInfo::number);
+        if (found == site.channels().end()) {
+            throw UsageError("--channel: scenario '" + site.name() + "' has no channel " + std::to_string(number)
+                + "; it has " + numbersOf(site.channels()));
+        }
+        chosen.push_back(*found);
+    }
+    return chosen;
+}
+
+CLI::Validator fileName()
+{
+    const auto check = [](const std::string& text) -> std::string {
+        if (text.empty()) {
+            return "the name of the file is empty: write a name, or - for standard output";
+        }
+        if (text.size() > 1 && text.front() == '-') {
+            const std::string name = support::shown(text);
+            return "'" + name + "' looks like an option: write the name of a file (./" + name + " if that is one)";
+        }
+        return "";
+    };
+    return CLI::Validator(check, "", anyFile);
+}
+
+std::optional<double> parseSpeed(std::string_view text)
+{
+    if (text == "real" || text == "max") {
+        return text == "real" ? 1.0 : 0.0;
+    }
+    const auto factor = parseNumber<double>(text);
+    return factor && std::isfinite(*factor) && *factor > 0.0 ? factor : std::nullopt;
+}
+
+std::optional<std::uint32_t> parseCount(std::string_view text)
+{
+    return text.size() == 1 || !text.starts_with('0') ? parseNumber<std::uint32_t>(text) : std::nullopt;
+}
+
+std::optional<double> parseLevel(std::string_view text)
+{
+    constexpr double highest_dB = 1000.0; // no two readings are further apart
+    const auto level = parseNumber<double>(text);
+    return level && *level >= 0.0 && *level <= highest_dB ? level : std::nullopt;
+}
+
+std::optional<std::vector<std::uint32_t>> parseChannels(std::string_view text)
+{
+    std::vector<std::uint32_t> channels;
+    if (text == "all") {
+        return channels;
+    }
+    for (std::size_t begin = 0, end = 0; end != std::string_view::npos; begin = end + 1) {
+        end = text.find(',', begin);
+        const auto channel = parseCount(text.substr(begin, end == std::string_view::npos ? end : end - begin));
+        if (!channel || std::ranges::find(channels, *channel) != channels.end()) {
+            return std::nullopt;
+        }
+        channels.push_back(*channel);
+    }
+    return channels;
+}
+
+std::optional<std::uint32_t> parseRepeat(std::string_view text)
+{
+    if (text == "forever") {
+        return 0;
+    }
+    const auto count = parseCount(text);
+    return count && *count > 0 ? count : std::nullopt;
+}
+
+std::optional<std::uint32_t> parseTraceLevel(std::string_view text)
+{
+    const auto level = parseCount(text);
+    return level && *level <= 7 ? level : std::nullopt;
+}
+
+std::optional<TimePoint> parseTime(std::string_view text)
+{
+    constexpr std::size_t whole = std::string_view("2026-01-02T03:04:05").size();
+    constexpr std::size_t withDecimals = std::string_view("2026-01-02T03:04:05.678").size();
+    if (text.size() <= whole || text.size() == whole + 2 || !text.ends_with('Z')) {
+        return std::nullopt;
+    }
+    std::string full(text.substr(0, text.size() - 1));
+    full += full.size() == whole ? "." : "";
+    full.resize(std::max(full.size(), withDecimals), '0');
+    const auto time = parseRfc3339(full + "Z");
+    constexpr std::chrono::sys_days end = std::chrono::year(9000) / 1 / 1; // the longest scan ends in a year of four digits
+    return time && *time >= TimePoint() && *time < end ? time : std::nullopt;
+}
+
+} // namespace sdc

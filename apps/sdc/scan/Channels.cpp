@@ -1,0 +1,38 @@
+#include "apps/sdc/scan/Channels.h"
+
+#include "terminal/PlanPreview.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace sdc {
+
+ESDCCommand startCommand(ScanKind kind)
+{
+    return kind == ScanKind::channel ? SDC_CMD_CHANNEL_SCAN_START : SDC_CMD_SUB_BAND_SCAN_START;
+}
+
+std::chrono::milliseconds wallTime(std::chrono::milliseconds radioTime, double speed)
+{
+    constexpr double longest_ms = 1e15; // far beyond what anybody waits for
+    const double wallTime_ms = speed > 0.0 ? static_cast<double>(radioTime.count()) / speed : 0.0;
+    return std::chrono::milliseconds(std::llround(std::min(wallTime_ms, longest_ms)));
+}
+
+Site::Site(const std::string& scenario)
+    : m_scenario(simulator::loadScenario(scenario))
+{
+    for (const auto& [number, link] : m_scenario.channels) {
+        m_channels.push_back({number, link.unitTypeText, link.rxFrequency_kHz, link.filterWidth_kHz});
+    }
+}
+
+PlannedChannel Site::planned(const ChannelInfo& channel, ScanKind kind) const
+{
+    const auto found = std::ranges::find(m_scenario.channels, channel.number, &simulator::TerminalChannel::number);
+    host::VirtualClock clock;
+    const simulator::Radios radios({simulator::withoutFaults(*found)}, clock);
+    return {channel, terminal::previewPlan(radios.channels().front(), startCommand(kind))};
+}
+
+} // namespace sdc

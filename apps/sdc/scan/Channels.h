@@ -1,0 +1,76 @@
+#pragma once
+
+#include "apps/sdc/results/ScanResult.h"
+#include "host/Clock.h"
+#include "simulator/Radios.h"
+#include "simulator/scenario/Scenario.h"
+#include "terminal/ScanPlan.h"
+
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Platform/Host/RadioChannel.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sdc {
+
+using terminal::ScanPlan;
+
+/// A radio channel and what is known of its radio before anything is scanned.
+struct ChannelInfo {
+    RadioChannel number{};
+    std::string unitTypeText;
+    std::uint32_t rxFrequency_kHz = 0; ///< where the receiver belongs
+    double filterWidth_kHz = 0.0;      ///< of the receiver
+};
+
+/// A radio channel and the plan of its scan; no plan where the controller cannot make one.
+struct PlannedChannel {
+    ChannelInfo channel;
+    std::optional<ScanPlan> plan;
+};
+
+/// What a session does.
+struct SessionPlan {
+    ScanKind kind{};
+    double speed = 0.0;       ///< 1 is real time, more is faster; 0: no wall time at all
+    std::uint32_t sweeps = 1; ///< of each channel; 0: until stopped
+    TimePoint start;          ///< the time of day at which simulated time begins
+    std::vector<PlannedChannel> channels;
+};
+
+/// The command that starts a scan.
+ESDCCommand startCommand(ScanKind kind);
+
+/// What settle delays take at a speed: nothing at the highest, which is 0.
+std::chrono::milliseconds wallTime(std::chrono::milliseconds radioTime, double speed);
+
+/// What is scanned: the radios of a terminal, out of a scenario. Of what kind they are is known here alone: all else works
+/// with any radios.
+class Site {
+public:
+    /// @param scenario  name of a built-in scenario, or a file
+    /// @throws simulator::ScenarioError
+    explicit Site(const std::string& scenario);
+
+    const std::string& name() const { return m_scenario.name; }
+    const std::string& description() const { return m_scenario.description; }
+    const std::vector<std::string>& sources() const { return m_scenario.sources; } ///< of the figures, each a sentence
+    const std::vector<ChannelInfo>& channels() const { return m_channels; }
+
+    /// The radios of all channels, for a terminal that has this clock.
+    simulator::Radios radios(host::Clock& clock) const { return {m_scenario, clock}; }
+
+    /// What the controller would do on a channel, were there no faults; no plan where it cannot make one. Call while there
+    /// is no terminal.
+    PlannedChannel planned(const ChannelInfo& channel, ScanKind kind) const;
+
+private:
+    simulator::Scenario m_scenario;
+    std::vector<ChannelInfo> m_channels;
+};
+
+} // namespace sdc

@@ -1,0 +1,107 @@
+#include "apps/sdc/scan/Lane.h"
+
+#include "support/Text.h"
+
+#include <exception>
+#include <utility>
+
+namespace sdc {
+
+namespace {
+
+using support::shown;
+using terminal::ScanStart;
+using terminal::Terminal;
+
+/// What kept a sweep from its start; empty when it runs.
+std::string startFailure(ScanStart start, const std::string& unitTypeText)
+{
+    switch (start) {
+    case ScanStart::underWay: return "";
+    case ScanStart::failed:
+        return "the controller cannot plan a scan: it does not support the unit type that the radio tells, \""
+            + shown(unitTypeText) + "\" (trace, level 1: \"Unsupported QRU\")";
+    case ScanStart::busy: return "the controller refused the start: its worker is busy (trace, level 5)";
+    case ScanStart::noWorker: return "the controller refused the start: an exception has ended its worker (trace, level 1)";
+    }
+    return "";
+}
+
+} // namespace
+
+Lane::Lane(const PlannedChannel& channel, TimePoint start)
+    : m_channel(channel.channel)
+    , m_time(start)
+    , m_rxBefore_kHz(m_channel.rxFrequency_kHz)
+{
+    m_facts.plan = channel.plan.value_or(ScanPlan{});
+    m_facts.configured_kHz = m_channel.rxFrequency_kHz;
+    m_facts.rxAfter_kHz = m_channel.rxFrequency_kHz;
+}
+
+/// The settle delays follow from the radio's properties as the controller knows them: it is made to ask for them first.
+void Lane::begin(Terminal& terminal, ScanKind kind)
+{
+    const ScanPlan planBefore = plan();
+    m_facts = {};
+    m_facts.plan = planBefore;
+    m_facts.configured_kHz = m_channel.rxFrequency_kHz;
+    m_rxBefore_kHz = terminal.rxFrequency_kHz(number());
+    try {
+        terminal.controller(number()).getSpectrumDiagnosticsProperties();
+        m_facts.startFailure = startFailure(terminal.startScan(number(), startCommand(kind)), m_channel.unitTypeText);
+    } catch (const terminal::TraceNotUnderstood&) {
+        throw;
+    } catch (const std::exception& exception) {
+        m_facts.startFailure = "the start ended with an exception of the radio: " + shown(exception.what());
+    }
+    m_hasBegun = m_facts.startFailure.empty();
+    if (const auto plan = terminal.plan(number()); plan && m_hasBegun) {
+        m_facts.plan = *plan;
+    }
+}
+
+/// Where no sweep has begun the controller still shows the samples of the one before.
+std::span<const SDCResult> Lane::measure(Terminal& terminal)
+{
+    m_facts.rxAfter_kHz = terminal.rxFrequency_kHz(number());
+    if (!m_hasBegun) {
+        return {};
+    }
+    m_facts.workerFailure = terminal.workerFailure(number());
+    const std::size_t before = m_samples.size();
+    m_samples = terminal.samples(number());
+    return std::span(m_samples).subspan(before);
+}
+
+bool Lane::stop(Terminal& terminal)
+{
+    m_facts.isStopped = m_hasBegun && terminal.stopScan(number());
+    return m_facts.isStopped;
+}
+
+std::chrono::milliseconds Lane::stepTime() const
+{
+    const std::int64_t taken = std::ssize(m_samples);
+    return plan().settleTime(taken + 1) - plan().settleTime(taken);
+}
+
+Sweep Lane::finish()
+{
+    m_facts.taken = std::ssize(m_samples);
+    const Verdict verdict = judge(m_facts);
+    const TimePoint begin = std::exchange(m_time, m_time + plan().settleTime(m_facts.taken));
+    m_hasBegun = m_hasBegun && !m_facts.workerFailure;
+    return {
+        .start = begin,
+        .end = m_time,
+        .ending = verdict.ending,
+        .reason = verdict.reason,
+        .statusText = SDCStatus::toString(m_facts.status),
+        .rxBefore_kHz = m_rxBefore_kHz,
+        .rxAfter_kHz = m_facts.rxAfter_kHz,
+        .samples = std::exchange(m_samples, {}),
+    };
+}
+
+} // namespace sdc

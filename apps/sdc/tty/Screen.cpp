@@ -1,0 +1,72 @@
+#include "apps/sdc/tty/Screen.h"
+
+#include "apps/sdc/options/Options.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <limits>
+#include <string_view>
+
+namespace sdc {
+
+namespace {
+
+std::string_view environment(const char* name)
+{
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
+    return value == nullptr ? "" : value;
+}
+
+} // namespace
+
+bool isTerminal(int file)
+{
+    return isatty(file) != 0;
+}
+
+bool isCapableTerminal(int file)
+{
+    return isTerminal(file) && environment("TERM") != "dumb";
+}
+
+int terminalWidth(int file)
+{
+    winsize size{};
+    if (ioctl(file, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+        return size.ws_col;
+    }
+    constexpr int usualWidth = 80;
+    constexpr std::uint32_t widest = std::numeric_limits<std::uint16_t>::max();
+    const auto columns = parseCount(environment("COLUMNS"));
+    return columns && *columns > 0 && *columns <= widest ? static_cast<int>(*columns) : usualWidth;
+}
+
+bool usesColor(ColorMode mode, int file)
+{
+    if (mode == ColorMode::automatic) {
+        return isCapableTerminal(file) && environment("NO_COLOR").empty();
+    }
+    return mode == ColorMode::always;
+}
+
+/// A descriptor is taken in the wrong direction on purpose: to write to "standard output" then fails.
+void holdStandardDescriptors()
+{
+    for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(file, F_GETFD) < 0) {
+            open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY); // the lowest number that is free: this one
+        }
+    }
+}
+
+bool isReaderGone(int file)
+{
+    pollfd watched{.fd = file, .events = POLLOUT, .revents = 0};
+    return poll(&watched, 1, 0) > 0 && (watched.revents & POLLERR) != 0;
+}
+
+} // namespace sdc
