@@ -1,6 +1,7 @@
 #include "simulator/radio/Air.h"
 
 #include <cmath>
+#include <type_traits>
 #include <variant>
 
 namespace simulator {
@@ -9,25 +10,19 @@ namespace {
 
 constexpr double noiseDensity_dBmPerHz = -174.0;
 
-struct SpectrumOf {
-    double noiseDensity_mWPerkHz;
-
-    CarrierSpectrum operator()(const Carrier& carrier) const { return CarrierSpectrum(carrier); }
-    Line operator()(const ContinuousWave& wave) const { return Line(wave); }
-    EdgeSpectrum operator()(const EdgeLeakage& leakage) const { return EdgeSpectrum(leakage); }
-    BinnedSpectrum operator()(const Recording& recording) const { return BinnedSpectrum(recording); }
-    FlatSpectrum operator()(const NoiseBand& band) const
-    {
-        return {{band.lowest_kHz, band.highest_kHz}, noiseDensity_mWPerkHz * (milliwatts(band.rise_dB) - 1.0)};
+/// Some emitters are told by how they compare with the receiver's own noise.
+template <typename Kind>
+typename Kind::Spectrum spectrumOf(const Kind& emitter, double noise_mWPerkHz)
+{
+    using Spectrum = typename Kind::Spectrum;
+    if constexpr (std::is_constructible_v<Spectrum, const Kind&, double>) {
+        return Spectrum(emitter, noise_mWPerkHz);
+    } else {
+        return Spectrum(emitter);
     }
-};
+}
 
 } // namespace
-
-Carrier carrierInChannel(double centre_kHz, double level_dBm, double channelWidth_kHz, double rollOff, double occupied)
-{
-    return {centre_kHz, level_dBm, occupied * channelWidth_kHz / (1.0 + rollOff), rollOff};
-}
 
 double thermalNoise_dBm(double filterWidth_kHz, double noiseFigure_dB)
 {
@@ -46,8 +41,8 @@ bool isOn(const Schedule& schedule, double time_ms) noexcept
     if (sinceFirst_ms < 0.0) {
         return false;
     }
-    const double sinceBegin_ms = schedule.every_ms > 0.0 ? std::fmod(sinceFirst_ms, schedule.every_ms) : sinceFirst_ms;
-    return sinceBegin_ms < schedule.duration_ms;
+    const double sinceBegin_ms = schedule.every_ms ? std::fmod(sinceFirst_ms, *schedule.every_ms) : sinceFirst_ms;
+    return !schedule.duration_ms || sinceBegin_ms < *schedule.duration_ms;
 }
 
 /// The receiver at one moment, tuned to one frequency.
@@ -104,12 +99,11 @@ Air::Air(const std::vector<Emitter>& emitters, const Reception& reception, const
     , m_leak(milliwatts(-reception.ultimateRejection_dB))
     , m_saturation_mW(milliwatts(reception.saturation_dBm))
 {
-    const SpectrumOf spectrumOf{m_noise_mW / reception.filterWidth_kHz};
     for (const Emitter& emitter : emitters) {
         const auto addToItsList = [&](const auto& signal) {
-            using Spectrum = decltype(spectrumOf(signal));
-            std::get<std::vector<Source<Spectrum>>>(m_sources).push_back(
-                {spectrumOf(signal), emitter.schedule, emitter.fades});
+            const auto spectrum = spectrumOf(signal, m_noise_mW / reception.filterWidth_kHz);
+            using Sources = std::vector<Source<std::remove_const_t<decltype(spectrum)>>>;
+            std::get<Sources>(m_sources).push_back({spectrum, emitter.schedule, emitter.fades});
         };
         std::visit(addToItsList, emitter.signal);
     }

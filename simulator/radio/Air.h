@@ -1,10 +1,11 @@
 #pragma once
 
+#include "simulator/radio/Band.h"
 #include "simulator/radio/Emitters.h"
 #include "simulator/radio/Fading.h"
-#include "simulator/radio/Spectra.h"
 
 #include <tuple>
+#include <variant>
 #include <vector>
 
 namespace simulator {
@@ -48,11 +49,11 @@ private:
         Schedule schedule;
         bool fades;
     };
-    template <typename... Spectra>
-    using ListsOf = std::tuple<std::vector<Source<Spectra>>...>;
+    template <typename... Kinds>
+    static std::tuple<std::vector<Source<typename Kinds::Spectrum>>...> listsOf(const std::variant<Kinds...>&);
     class Listening;
 
-    ListsOf<CarrierSpectrum, Line, FlatSpectrum, EdgeSpectrum, BinnedSpectrum> m_sources;
+    decltype(listsOf(Signal())) m_sources; ///< a list for each kind
     Fading m_fading;
     double m_halfWidth_kHz;
     double m_noise_mW;

@@ -1,5 +1,7 @@
 #include "simulator/radio/Fading.h"
 
+#include "simulator/radio/emitters/Limits.h"
+
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>
@@ -20,6 +22,32 @@ double attenuation_dB(const Rain& rain, double time_ms) noexcept
 }
 
 } // namespace
+
+const support::Record<Rain>& Rain::record()
+{
+    static const support::Record<Rain> record{"rain", "rain on the path",
+        {
+            {"from_ms", &Rain::from_ms, time_ms(), "when it begins"},
+            {"rate_dB_per_s", &Rain::rate_dBPerS, support::number(0.0001, 1000, "dB per s"),
+                "how fast the level falls and comes back; 0.1 to 1 typical"},
+            {"depth_dB", &Rain::depth_dB, simulator::depth_dB(), "how far it falls"},
+            {"hold_ms", &Rain::hold_ms, time_ms(), "how long it stays there"},
+        }};
+    return record;
+}
+
+const support::Record<Notch>& Notch::record()
+{
+    static const support::Record<Notch> record{"notch", "a notch that moves through the band",
+        {
+            {"begin_kHz", &Notch::begin_kHz, frequency_kHz(), "its centre at the beginning"},
+            {"end_kHz", &Notch::end_kHz, frequency_kHz(), "its centre at the end of its way; then it begins anew"},
+            {"speed_kHz_per_s", &Notch::speed_kHzPerS, support::number(0, 10000000, "kHz per s"), "how fast it moves"},
+            {"width_kHz", &Notch::width_kHz, simulator::width_kHz(), "its width"},
+            {"depth_dB", &Notch::depth_dB, simulator::depth_dB(), "attenuation in it; 10 to 30 typical"},
+        }};
+    return record;
+}
 
 double PathAtOneMoment::gainAt(double frequency_kHz) const noexcept
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/radio/Emitters.h"
-#include "simulator/radio/Spectra.h"
+#include "simulator/radio/Band.h"
+#include "support/Fields.h"
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,33 @@
 #include <vector>
 
 namespace simulator {
+
+/// Rain on the path: the level falls at a rate, stays down, and comes back at the same rate. In simulated time; the decibels
+/// of showers that overlap add up.
+struct Rain {
+    double from_ms;
+    double rate_dBPerS; ///< above 0
+    double depth_dB;
+    double hold_ms; ///< at full depth
+
+    static const support::Record<Rain>& record();
+};
+
+/// A multipath notch that moves through the band: an attenuation within a width. Having come to its end, it begins anew. The
+/// decibels of notches that overlap add up where they do.
+struct Notch {
+    double begin_kHz;     ///< its centre at time 0
+    double end_kHz;       ///< its centre at the end of its way, above or below; equal to begin_kHz for one that stands still
+    double speed_kHzPerS; ///< of its centre; 0: it stays at begin_kHz
+    double width_kHz;
+    double depth_dB;
+
+    static const support::Record<Notch>& record();
+};
+
+/// At most so many showers, and so many notches, on one path.
+constexpr std::size_t mostRain = 100;
+constexpr std::size_t mostNotches = 8;
 
 /// What a path does to whatever comes over it, at one moment: the rain takes a part everywhere, the notches within their
 /// widths.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Fields.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -45,7 +47,12 @@ struct Fault {
                                  ///< 32-bit for a frequency or the spacing
     std::string text{}; ///< what the exception says, or the unit type text that is answered. For an exception without
                         ///< a text: the operation and the call, as in "simulated fault in setRxFrequency, call 3"
+
+    static const support::Record<Fault>& record();
 };
+
+/// Whether the fault's value is what a radio word is answered with: the configured frequency, or the channel spacing.
+bool answersWithWord(const Fault& fault);
 
 /// The names in scenario files and messages: those of the enumerators, but "throw" for FaultAction::fail.
 std::string_view toString(Operation operation);

@@ -3,10 +3,10 @@
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Radio/IRadioCapability.h"
 #include "simulator/radio/Emitters.h"
+#include "simulator/radio/Fading.h"
 #include "simulator/radio/Fault.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,17 +34,15 @@ struct Link {
     std::vector<Fault> faults;  ///< the first that matches a call decides it
 };
 
-/// Why a terminal cannot work with a link.
-struct Complaint {
-    std::string path; ///< the place, named as in a channel of a scenario file: "receive_kHz.configured", "emitters[0]"
-    std::string text; ///< what is wrong and what would be right
-};
-
-/// What is wrong first; nothing for a link that a terminal can work with.
+/// The table of a link, as it stands in a channel of a scenario.
 ///
-/// A controller takes the figures of its radio unchecked. With those of a link that passes, whatever its unit type, each
-/// plan ends, takes at most a million samples, divides by nothing that is 0, and lies within the receive range; the answers
-/// of the link's faults included.
-std::optional<Complaint> whyImpossible(const Link& link);
+/// A controller takes the figures of its radio unchecked. With those of a link that has no errors, whatever its unit type,
+/// each plan ends, takes at most a million samples, and divides by nothing that is 0; the answers of the link's faults
+/// included.
+const support::Record<Link>& linkRecord();
+
+/// Returns the link.
+/// @throws std::invalid_argument that says what is wrong, when a terminal cannot work with it
+const Link& requirePossible(const Link& link);
 
 } // namespace simulator

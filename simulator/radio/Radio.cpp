@@ -1,7 +1,6 @@
 #include "simulator/radio/Radio.h"
 
 #include "simulator/radio/FaultPlan.h"
-#include "simulator/radio/LinkChecks.h"
 
 #include "Platform/Radio/IFrameFormat.h"
 #include "Platform/Radio/IFrequencyController.h"

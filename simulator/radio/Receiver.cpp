@@ -1,7 +1,6 @@
 #include "simulator/radio/Receiver.h"
 
 #include "simulator/radio/Fading.h"
-#include "simulator/radio/LinkChecks.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,18 +1,15 @@
 #include "simulator/scenario/Scenario.h"
 
-#include "simulator/scenario/JsonText.h"
-#include "simulator/scenario/RecordedSweep.h"
-#include "simulator/scenario/ScenarioReader.h"
-#include "simulator/scenario/SchemaCheck.h"
-#include "simulator/scenario/Suggestion.h"
+#include "simulator/scenario/RecordingFiles.h"
+#include "simulator/scenario/ScenarioRecord.h"
+#include "support/FieldsJson.h"
+#include "support/Suggestion.h"
 #include "support/Text.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <map>
 #include <system_error>
 #include <utility>
 
@@ -20,7 +17,6 @@ namespace embedded {
 
 std::span<const Text> scenarios();
 std::span<const Text> recordings();
-std::span<const Text> scenarioSchemas();
 
 } // namespace embedded
 
@@ -34,34 +30,52 @@ const embedded::Text* findIn(std::span<const embedded::Text> texts, std::string_
     return text == texts.end() ? nullptr : &*text;
 }
 
-[[noreturn]] void refuse(const std::string& file, const std::vector<std::string>& findings)
+/// Mixes the bits of two numbers, so that channels with neighbouring numbers have nothing in common.
+std::uint64_t seedOfChannel(std::uint64_t seed, RadioChannel channel)
 {
-    throw ScenarioError(support::listed(file, findings));
+    std::uint64_t mixed = (seed << 32U) ^ static_cast<std::uint32_t>(channel);
+    for (const std::uint64_t factor : {0xBF58476D1CE4E5B9ULL, 0x94D049BB133111EBULL}) {
+        mixed = (mixed ^ (mixed >> 30U)) * factor;
+    }
+    return mixed ^ (mixed >> 31U);
 }
 
-Scenario parse(std::string_view text, const std::string& file, const RecordingReader& readRecording)
-try {
-    static const nlohmann::json schema = parseJsonText(scenarioSchema());
-    const nlohmann::json document = parseJsonText(text);
-    if (const std::vector<std::string> findings = schemaFindings(document, schema); !findings.empty()) {
-        refuse(file, findings);
+/// @param path  of the channel, for errors
+void readRecordings(Link& link, const std::string& path, RecordingFiles& files)
+{
+    std::size_t index = 0;
+    for (Emitter& emitter : link.emitters) {
+        auto* const recording = std::get_if<Recording>(&emitter.signal);
+        if (recording == nullptr) {
+            continue;
+        }
+        try {
+            recording->bins = files.bins(recording->file.value());
+        } catch (const ScenarioError& error) {
+            throw ScenarioError(support::elementPath(path + ".emitters.recordings", index) + ".file: " + error.what());
+        }
+        ++index;
     }
-    ReadScenario read;
-    try {
-        read = readScenario(document, readRecording);
-    } catch (const ScenarioError& error) {
-        refuse(file, {error.what()});
+}
+
+Scenario parse(std::string_view text, const std::string& file, RecordingFiles recordings)
+{
+    Scenario scenario;
+    support::Errors errors;
+    support::readJson(text, scenarioRecord(), scenario, errors);
+    for (std::size_t index = 0; errors.areNone() && index < scenario.channels.size(); ++index) {
+        auto& [number, link] = scenario.channels[index];
+        link.seed = seedOfChannel(scenario.seed, number);
+        try {
+            readRecordings(link, support::elementPath("$.channels", index), recordings);
+        } catch (const ScenarioError& error) {
+            errors.add(error.what());
+        }
     }
-    if (const std::vector<std::string> findings = scenarioFindings(read); !findings.empty()) {
-        refuse(file, findings);
-    }
-    Scenario scenario{read.name, read.description, read.sources, {}};
-    for (ReadChannel& one : read.channels) {
-        scenario.channels.push_back(std::move(one.channel));
+    if (!errors.areNone()) {
+        throw ScenarioError(errors.listed(file));
     }
     return scenario;
-} catch (const JsonTextError& error) {
-    refuse(file, {error.what()});
 }
 
 std::ifstream openFile(const std::filesystem::path& file)
@@ -79,7 +93,6 @@ std::ifstream openFile(const std::filesystem::path& file)
 }
 
 constexpr std::size_t largestScenario_MiB = 1;
-constexpr std::size_t largestRecordings_MiB = 64; // ten million bins
 
 std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB)
 {
@@ -90,42 +103,6 @@ std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB
         throw ScenarioError(support::shown(file.string()) + ": " + error.what());
     }
 }
-
-/// The recordings that a scenario names. Each is read once, whoever shows it, and all of them together are bounded.
-class Recordings {
-public:
-    /// @param textOf  finds a recording by its name
-    explicit Recordings(std::function<std::string(const std::string& name)> textOf)
-        : m_textOf(std::move(textOf))
-    {
-    }
-
-    const Recording& operator()(const std::string& name)
-    {
-        const std::string key = std::filesystem::path(name).lexically_normal().string();
-        const auto known = m_read.find(key);
-        return known != m_read.end() ? known->second : m_read.emplace(key, read(name)).first->second;
-    }
-
-private:
-    Recording read(const std::string& name)
-    {
-        const std::string text = m_textOf(name);
-        m_bytes += text.size();
-        if (m_bytes > largestRecordings_MiB << 20U) {
-            throw ScenarioError(support::shown(name) + ": the recordings of the scenario are larger than "
-                + std::to_string(largestRecordings_MiB) + " MiB together; must be smaller");
-        }
-        Recording recording = readRecordedSweep(text, support::shown(name), mostRecordedBins - m_bins);
-        m_bins += recording.bins->count();
-        return recording;
-    }
-
-    std::function<std::string(const std::string&)> m_textOf;
-    std::map<std::string, Recording> m_read;
-    std::size_t m_bytes = 0;
-    std::size_t m_bins = 0;
-};
 
 /// Recordings of built-in scenarios are built in as well.
 std::string builtInRecording(const std::string& file)
@@ -143,7 +120,7 @@ std::string builtInRecording(const std::string& file)
     for (const embedded::Text& one : builtInScenarios()) {
         known.push_back(one.name);
     }
-    const auto near = nearest(name, known);
+    const auto near = support::nearest(name, known);
     throw ScenarioError(support::shown(name) + ": is neither a built-in scenario nor a file; "
         + (near ? "did you mean '" + std::string(*near) + "'? " : std::string())
         + "'sdc scenarios list' lists the built-in ones");
@@ -156,15 +133,10 @@ std::span<const embedded::Text> builtInScenarios()
     return embedded::scenarios();
 }
 
-std::string_view scenarioSchema()
-{
-    return embedded::scenarioSchemas().front().text;
-}
-
 Scenario loadScenario(const std::string& nameOrFile)
 {
     if (const embedded::Text* builtIn = findIn(builtInScenarios(), nameOrFile)) {
-        return parse(builtIn->text, nameOrFile + ".json", Recordings(builtInRecording));
+        return parse(builtIn->text, nameOrFile + ".json", RecordingFiles(builtInRecording));
     }
     std::error_code error;
     if (nameOrFile.empty() || !std::filesystem::exists(nameOrFile, error)) {
@@ -176,8 +148,9 @@ Scenario loadScenario(const std::string& nameOrFile)
 Scenario parseScenario(std::string_view text, const std::string& file)
 {
     const std::filesystem::path folder = std::filesystem::path(file).parent_path();
-    return parse(text, file,
-        Recordings([&folder](const std::string& name) { return readWhole(folder / name, largestRecordings_MiB); }));
+    return parse(text, file, RecordingFiles([&folder](const std::string& name) {
+        return readWhole(folder / name, RecordingFiles::largest_MiB);
+    }));
 }
 
 } // namespace simulator

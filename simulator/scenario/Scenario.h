@@ -5,6 +5,7 @@
 
 #include "Platform/Host/RadioChannel.h"
 
+#include <cstdint>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -25,6 +26,7 @@ struct Scenario {
     std::string description;          ///< for people, one line
     std::vector<std::string> sources; ///< where the figures come from, each a sentence
     std::vector<TerminalChannel> channels;
+    std::uint64_t seed = 0; ///< from which the seeds of the links are made
 };
 
 /// A scenario that cannot be used. what() names the file, the place in it as a JSON path, what is wrong and what would be
@@ -48,8 +50,5 @@ Scenario loadScenario(const std::string& nameOrFile);
 /// @param file  its name in messages; recordings are looked for beside it
 /// @throws ScenarioError when the text is no scenario, or the scenario cannot work
 Scenario parseScenario(std::string_view text, const std::string& file);
-
-/// The JSON Schema (draft-07) of scenario files.
-std::string_view scenarioSchema();
 
 } // namespace simulator

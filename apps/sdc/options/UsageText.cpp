@@ -1,7 +1,7 @@
 #include "apps/sdc/options/UsageText.h"
 
 #include "apps/sdc/options/Options.h"
-#include "simulator/scenario/Suggestion.h"
+#include "support/Suggestion.h"
 #include "support/Text.h"
 
 #include <algorithm>
@@ -33,7 +33,7 @@ std::string unknownOption(const CLI::App& command, const std::string& name)
         known.insert(known.end(), option->get_lnames().begin(), option->get_lnames().end());
     }
     const bool isLong = name.starts_with(dashes);
-    const auto nearest = isLong ? simulator::nearest(std::string_view(name).substr(dashes.size()), known) : std::nullopt;
+    const auto nearest = isLong ? support::nearest(std::string_view(name).substr(dashes.size()), known) : std::nullopt;
     const std::string hint = nearest ? "did you mean '" + dashes + std::string(*nearest) + "'?" : helpHint(command);
     return "unknown option '" + support::shown(name) + "'; " + hint;
 }
@@ -183,7 +183,7 @@ std::string reword(const CLI::App& app, const CLI::App& command, const CLI::Pars
 
 std::string suggestion(const std::string& word, std::span<const std::string_view> known, const std::string& otherwise)
 {
-    const std::optional<std::string_view> nearest = simulator::nearest(word, known);
+    const std::optional<std::string_view> nearest = support::nearest(word, known);
     return nearest ? "; did you mean '" + std::string(*nearest) + "'?" : otherwise;
 }
 

@@ -1,7 +1,7 @@
 #include "apps/sdc/results/JsonForm.h"
 
 #include "simulator/scenario/JsonText.h"
-#include "simulator/scenario/Suggestion.h"
+#include "support/Suggestion.h"
 #include "support/Text.h"
 
 #include <bitset>
@@ -169,7 +169,7 @@ private:
             known.push_back(field.key);
             list += (list.empty() ? "" : ", ") + std::string(field.key);
         }
-        const auto nearest = simulator::nearest(key, known);
+        const auto nearest = support::nearest(key, known);
         return nearest ? "did you mean '" + std::string(*nearest) + "'?" : "known here: " + list;
     }
 

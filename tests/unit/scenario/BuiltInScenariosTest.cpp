@@ -1,4 +1,3 @@
-#include "simulator/scenario/JsonSchema.h"
 #include "simulator/scenario/Scenario.h"
 #include "tests/support/Recordings.h"
 
@@ -44,6 +43,22 @@ Link linkOf(const char* name)
     return simulator::loadScenario(name).channels.at(0).link;
 }
 
+/// All carriers, those of a row one by one.
+std::vector<Carrier> carriersOf(const Link& link)
+{
+    std::vector<Carrier> all;
+    for (const simulator::Emitter& emitter : link.emitters) {
+        if (const auto* const carrier = std::get_if<Carrier>(&emitter.signal)) {
+            const simulator::Row row = carrier->row.value_or(simulator::Row{1, 0.0});
+            for (std::uint32_t index = 0; index < row.count; ++index) {
+                all.push_back(*carrier);
+                all.back().centre_kHz += index * row.spacing_kHz;
+            }
+        }
+    }
+    return all;
+}
+
 TEST(BuiltInScenarios, areAllThereInTheOrderOfTheirNames)
 {
     std::vector<std::string> names;
@@ -63,7 +78,6 @@ TEST(BuiltInScenarios, areTheFilesOfTheTree)
         const auto file = std::filesystem::path(SDC_SCENARIOS) / (std::string(one.name) + ".json");
         EXPECT_EQ(simulator::loadScenario(file.string()).name, one.name); // by its recordings beside it
         EXPECT_EQ(one.text.size(), std::filesystem::file_size(file));
-        EXPECT_THAT(simulator::schemaFindings(one.text, simulator::scenarioSchema()), testing::ElementsAre());
     }
 }
 
@@ -195,15 +209,14 @@ TEST(BuiltInScenarios, haveTheirCarriersOnTheChannelsOfTheirPlans)
     const std::map<std::string, int> offRaster{{"7-other-raster", 2}};
     for (const ChannelPlan& plan : plans) {
         int others = 0;
-        for (const simulator::Emitter& emitter : linkOf(plan.scenario).emitters) {
-            const auto* carrier = std::get_if<Carrier>(&emitter.signal);
-            const double occupied_kHz = carrier == nullptr ? 0.0 : carrier->symbolRate_kBd * (1.0 + carrier->rollOff);
+        for (const Carrier& carrier : carriersOf(linkOf(plan.scenario))) {
+            const double occupied_kHz = carrier.symbolRate_kBd * (1.0 + carrier.rollOff);
             if (std::abs(occupied_kHz - 0.98 * plan.spacing_MHz * 1000.0) > 0.01) {
                 continue;
             }
             int matching = 0;
             for (int channel = 1; channel <= plan.channels; ++channel) {
-                matching += carrier->centre_kHz == centre_kHz(plan, channel) ? 1 : 0;
+                matching += carrier.centre_kHz == centre_kHz(plan, channel) ? 1 : 0;
             }
             others += matching == 1 ? 0 : 1;
         }
@@ -328,7 +341,7 @@ TEST(Scenario26Spur, hasSpursOnBetweenAndAcrossTheSteps)
     EXPECT_EQ(stepsThatSee(wave(2).frequency_kHz, link), 1);
     std::set<int> drifting;
     for (int degree = 0; degree < 360; ++degree) {
-        const double drift_kHz = wave(3).drift_kHz * std::sin(degree / 57.295779513);
+        const double drift_kHz = wave(3).drift.value().reach_kHz * std::sin(degree / 57.295779513);
         drifting.insert(stepsThatSee(wave(3).frequency_kHz + drift_kHz, link));
     }
     EXPECT_THAT(drifting, testing::ElementsAre(0, 1));
@@ -342,7 +355,7 @@ TEST(Scenario32Radar, isHeardByOneReadingIn25)
     constexpr int readings = 378; // of the sub-band: the first after 3 s, all others 300 ms after the one before
     for (int reading = 0; reading < readings; ++reading) {
         const double time_ms = 3000.0 + 300.0 * reading;
-        heard += std::fmod(time_ms - schedule.from_ms, schedule.every_ms) < schedule.duration_ms ? 1 : 0;
+        heard += std::fmod(time_ms - schedule.from_ms, schedule.every_ms.value()) < schedule.duration_ms ? 1 : 0;
     }
     EXPECT_EQ(heard, 1 + (readings - 1) / 25);
 }
@@ -411,7 +424,7 @@ TEST(Scenario8Quad, hasChannelsOfItsOwn)
         const auto& channel = scenario.channels[index];
         EXPECT_EQ(channel.number, RadioChannel{index + 1});
         EXPECT_EQ(channel.link.rxFrequency_kHz, 8058500U + 56000U * index); // channels 2, 4, 6 and 8
-        EXPECT_EQ(channel.link.emitters.size(), 4U);                        // each hears all of them
+        EXPECT_EQ(carriersOf(channel.link).size(), 4U);                     // each hears all of them
         seeds.insert(channel.link.seed);
     }
     EXPECT_EQ(seeds.size(), 4U);

@@ -160,17 +160,6 @@ TEST(OddAnswers, takeThePlaceOfTheLinksFigures)
     }
 }
 
-TEST(AnsweredFrequency, mayNeedAllBitsOfAWord)
-{
-    Link link = plainLink();
-    link.frequencyParameters = {80, {}, 2000000000, 4200000000, 100000, 0, 0, {}, 30000, 40000};
-    link.rxFrequency_kHz = 3000000000;
-    link.faults = {{getRxFrequency, answer, 1, 1, 4000000000}};
-    VirtualClock clock;
-    const Radio radio(link, clock);
-    EXPECT_EQ(radio.peers().frequencyController.getRxFrequency(), 4000000000U);
-}
-
 TEST(PropertiesThatAreRefused, leaveTheRecordAlone)
 {
     PeersWithFaults it({{getProperties, refuse}});

@@ -251,7 +251,8 @@ TEST(ReceiverOfAnImpossibleLink, isNotMade)
         const Receiver receiver(link, clock);
         FAIL() << "made";
     } catch (const std::invalid_argument& error) {
-        EXPECT_STREQ(error.what(), "receiver.filter_kHz: the receive filter's width is 0 kHz; it must be 1 to 10000000 kHz");
+        EXPECT_STREQ(error.what(),
+            "receiver.filter_kHz: is 0 kHz; must be a number from 1 to 10000000 kHz (width of the receive filter)");
     }
 }
 

@@ -1,4 +1,4 @@
-#include "simulator/radio/RecordedBins.h"
+#include "simulator/radio/emitters/RecordedBins.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "simulator/scenario/Suggestion.h"
+#include "support/Suggestion.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-using simulator::nearest;
+using support::nearest;
 
 constexpr std::string_view known[] = {"channel", "sub-band", "jitter_dB", "18-f595", "18-busy", "cat"};
 

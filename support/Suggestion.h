@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace simulator {
+namespace support {
 
 /// Number of single-character edits between two names: insert, remove, replace, swap two neighbours. Upper and lower case
 /// are the same.
@@ -56,4 +56,4 @@ inline std::optional<std::string_view> nearest(std::string_view typed, std::span
     return best;
 }
 
-} // namespace simulator
+} // namespace support
