@@ -1,5 +1,5 @@
 #include "apps/sdc/options/CommandLine.h"
-#include "apps/sdc/results/ResultJson.h"
+#include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/tty/Screen.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Text.h"

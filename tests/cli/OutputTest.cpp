@@ -128,27 +128,6 @@ TEST_F(Output, toAReaderThatHasHadEnoughEndsQuietlyAfterTheFilesAreWritten)
     EXPECT_THAT(read("err.txt"), Not(HasSubstr("sdc: ")));
 }
 
-TEST_F(Output, keepsAFilesModeAndItsLinksAndTouchesNothingElse)
-{
-    std::ofstream(folder / "old.csv") << "old";
-    fs::permissions(folder / "old.csv", fs::perms::owner_read | fs::perms::owner_write);
-    fs::create_symlink("old.csv", folder / "link.csv");
-    EXPECT_EQ(run("scan channel --csv link.csv").status, 0);
-    EXPECT_TRUE(fs::is_symlink(folder / "link.csv"));
-    EXPECT_EQ(fs::status(folder / "old.csv").permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    EXPECT_EQ(lines(read("old.csv")).size(), 14U);
-
-    EXPECT_EQ(run("scan channel --csv new.csv", "umask 027;").status, 0);
-    EXPECT_EQ(fs::status(folder / "new.csv").permissions(), fs::perms{0640});
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 5); // and out.txt, err.txt
-}
-
-TEST_F(Output, goesIntoADeviceRatherThanInItsPlace)
-{
-    EXPECT_EQ(run("scan channel --csv /dev/null").status, 0);
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
-}
-
 TEST_F(Output, goesToWhatTheShellHasOpened)
 {
     run("scan channel --csv plain.csv --quiet");

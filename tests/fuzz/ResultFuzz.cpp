@@ -1,8 +1,9 @@
 // Saved results: named with what is wrong in them, or read, written and drawn.
 
-#include "apps/sdc/results/Compare.h"
-#include "apps/sdc/results/Plot.h"
-#include "apps/sdc/results/ResultJson.h"
+#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/result/Compare.h"
+#include "apps/sdc/result/ResultFile.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -43,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto result = sdc::parseResult({reinterpret_cast<const char*>(data), size}, "input.json");
         isRight = isKept(result) && !sdc::plotProgram(result, {}).empty();
         std::ostringstream comparison;
-        sdc::writeComparison(comparison, result, result, 0.0);
+        sdc::writeComparison(comparison, sdc::compare(result, result, 0.0));
     } catch (const sdc::ResultError& error) {
         isRight = isRight || isError(error.what()); // a result without samples has nothing to compare
     }

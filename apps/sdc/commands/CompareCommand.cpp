@@ -1,9 +1,8 @@
-#include "apps/sdc/ResultFile.h"
-#include "apps/sdc/StandardOutput.h"
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
-#include "apps/sdc/results/Compare.h"
-#include "apps/sdc/results/ResultJson.h"
+#include "apps/sdc/result/Compare.h"
+#include "apps/sdc/result/ResultFile.h"
+#include "apps/sdc/tty/StandardOutput.h"
 
 #include <memory>
 #include <stdexcept>
@@ -24,7 +23,7 @@ ExitStatus compare(const CompareOptions& options, std::ostream& output)
     const ScanResult before = readResult(options.before);
     const ScanResult after = readResult(options.after);
     try {
-        writeComparison(output, before, after, options.threshold_dB);
+        writeComparison(output, compare(before, after, options.threshold_dB));
     } catch (const std::runtime_error& cannot) {
         throw ResultError(support::shown(options.before) + " and " + support::shown(options.after) + ": " + cannot.what());
     }

@@ -1,8 +1,8 @@
-#include "apps/sdc/StandardOutput.h"
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/commands/Console.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/tty/Screen.h"
+#include "apps/sdc/tty/StandardOutput.h"
 
 #include <unistd.h>
 

@@ -1,8 +1,8 @@
-#include "apps/sdc/StandardOutput.h"
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
-#include "apps/sdc/results/Format.h"
-#include "apps/sdc/results/ResultWords.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/tty/StandardOutput.h"
 #include "support/Table.h"
 
 #include <nlohmann/json.hpp>

@@ -1,11 +1,10 @@
-#include "apps/sdc/PlotName.h"
-#include "apps/sdc/ResultFile.h"
-#include "apps/sdc/StandardOutput.h"
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/formats/OutputFile.h"
 #include "apps/sdc/options/Options.h"
-#include "apps/sdc/results/Outputs.h"
-#include "apps/sdc/results/Plot.h"
+#include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/tty/Screen.h"
+#include "apps/sdc/tty/StandardOutput.h"
 
 #include <unistd.h>
 
@@ -56,7 +55,7 @@ ExitStatus plot(const PlotCommandOptions& options)
 {
     const std::optional<PlotFormat> format = options.format ? options.format : plotFormat(options.output);
     if (!format) {
-        throw UsageError("--output: " + plotNameComplaint(options.output) + ", or write --format");
+        throw UsageError("--output: " + plotNameError(options.output) + ", or write --format");
     }
     const ScanResult result = readResult(options.result);
     const PlotOptions plotting = plotOptions(options, *format);

@@ -1,9 +1,7 @@
-#include "apps/sdc/PlotName.h"
-#include "apps/sdc/ScanOutputs.h"
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/formats/Outputs.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
-#include "apps/sdc/results/ResultWords.h"
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Interrupt.h"
 #include "apps/sdc/tty/Report.h"
@@ -51,21 +49,22 @@ void addKind(CLI::App& command, ScanKind& kind)
 }
 
 /// An output may be asked for several times, in several files.
-void addOutput(CLI::App& command, std::vector<Output>& outputs, OutputFormat format, const std::string& help)
+void addOutput(CLI::App& command, std::vector<Output>& outputs, const Format& format)
 {
-    const std::string name = "--" + std::string(toString(format));
-    const auto store = [name, format, &outputs](const std::vector<std::string>& files) {
+    const std::string name = std::string("--") + format.name;
+    const auto store = [name, &format, &outputs](const std::vector<std::string>& files) {
         for (const std::string& file : files) {
-            if (format == OutputFormat::plot && !plotFormat(file)) { // said before the scan rather than after it
-                throw CLI::ValidationError(name, plotNameComplaint(file));
+            const std::string error = format.nameError == nullptr ? "" : format.nameError(file);
+            if (!error.empty()) {
+                throw CLI::ValidationError(name, error);
             }
             if (file == "-" && usesStandardOutput(outputs)) {
                 throw CLI::ValidationError(name, "another output goes to standard output already: write the name of a file");
             }
-            outputs.push_back({format, file});
+            outputs.push_back({&format, file});
         }
     };
-    command.add_option_function<std::vector<std::string>>(name, store, help)
+    command.add_option_function<std::vector<std::string>>(name, store, format.help)
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->check(fileName())
@@ -74,11 +73,9 @@ void addOutput(CLI::App& command, std::vector<Output>& outputs, OutputFormat for
 
 void addOutputs(CLI::App& command, OutputOptions& options)
 {
-    addOutput(command, options.outputs, OutputFormat::table, "Table, as on the terminal; - is standard output");
-    addOutput(command, options.outputs, OutputFormat::csv, "CSV, RFC 4180");
-    addOutput(command, options.outputs, OutputFormat::json, "JSON: all that is known of the scan");
-    addOutput(command, options.outputs, OutputFormat::sweep, "Rows as power scanners of receivers write them");
-    addOutput(command, options.outputs, OutputFormat::plot, "Picture: .svg, .png or .txt; - is text");
+    for (const Format& format : formats()) {
+        addOutput(command, options.outputs, format);
+    }
     const Parsing<std::uint32_t> rows{"N", "number of rows", "a number such as 50, or 0 for no limit", parseCount};
     addParsed(command, "--rows", options.rows, rows,
         "Most rows of the table, each the strongest of\nseveral samples; 0: no limit (0)");

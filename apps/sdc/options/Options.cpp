@@ -1,8 +1,8 @@
 #include "apps/sdc/options/Options.h"
 
 #include "apps/sdc/options/CommandLine.h"
-#include "apps/sdc/results/TimeText.h"
 #include "simulator/scenario/Scenario.h"
+#include "support/Time.h"
 
 #include <algorithm>
 #include <charconv>
@@ -191,7 +191,7 @@ std::optional<TimePoint> parseTime(std::string_view text)
     std::string full(text.substr(0, text.size() - 1));
     full += full.size() == whole ? "." : "";
     full.resize(std::max(full.size(), withDecimals), '0');
-    const auto time = parseRfc3339(full + "Z");
+    const auto time = support::parseRfc3339(full + "Z");
     constexpr std::chrono::sys_days end = std::chrono::year(9000) / 1 / 1; // the longest scan ends in a year of four digits
     return time && *time >= TimePoint() && *time < end ? time : std::nullopt;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/sdc/results/ScanResult.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
 #include "support/Text.h"
 

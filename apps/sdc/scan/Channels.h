@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/sdc/results/ScanResult.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "host/Clock.h"
 #include "simulator/Radios.h"
 #include "simulator/scenario/Scenario.h"

@@ -1,4 +1,4 @@
-#include "apps/sdc/results/Analysis.h"
+#include "apps/sdc/result/Analysis.h"
 
 #include "TestResults.h"
 
@@ -28,22 +28,6 @@ std::vector<std::int32_t> levelsFrom(std::int32_t first, std::size_t count)
 }
 
 } // namespace
-
-namespace sdc {
-
-static bool operator==(const RasterChannel& left, const RasterChannel& right)
-{
-    return left.offset == right.offset && left.centre_kHz == right.centre_kHz && left.level == right.level
-        && left.strongest == right.strongest;
-}
-
-static void PrintTo(const RasterChannel& channel, std::ostream* stream)
-{
-    *stream << "{" << channel.offset << ", " << channel.centre_kHz << ", " << channel.level << ", " << channel.strongest
-            << "}";
-}
-
-} // namespace sdc
 
 TEST(Floors, floorIsTheLowestOfFewLevelsWithoutTheEnds)
 {
@@ -167,7 +151,7 @@ TEST(Channels, linkWithoutAChannelSpacingHasNoChannels)
 
 TEST(Analyses, nothingIsSaidOfAScanWithoutSamples)
 {
-    const Analysis analysis = sdc::analyse({}, terminal::ScanPlan{});
+    const Analysis analysis = sdc::analyse({}, sdc::ScanPlan{});
     EXPECT_FALSE(analysis.floor || analysis.configured || !analysis.peaks.empty() || !analysis.otherChannels.empty());
 }
 

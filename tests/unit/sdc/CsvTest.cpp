@@ -1,4 +1,4 @@
-#include "apps/sdc/results/Outputs.h"
+#include "apps/sdc/formats/Formats.h"
 
 #include "TestResults.h"
 

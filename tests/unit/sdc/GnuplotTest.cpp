@@ -1,9 +1,7 @@
-#include "apps/sdc/results/Gnuplot.h"
+#include "apps/sdc/plot/Gnuplot.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <csignal>
 
 using sdc::runGnuplot;
 using testing::HasSubstr;
@@ -43,25 +41,6 @@ TEST(Gnuplots, wordsOfAFailureAreShownSoThatNoTerminalObeysThem)
     EXPECT_EQ(failure.find('\033'), std::string::npos);
     EXPECT_EQ(failure.find('\x9B'), std::string::npos);
     EXPECT_LT(failure.size(), 600U);
-}
-
-// Neither side may wait for the other: more than fits into a pipe goes in while as much comes out.
-TEST(Gnuplots, longProgramsAndLongOutputsPass)
-{
-    std::string program = "set print '-'\n";
-    const std::string line(500, 'x');
-    for (int count = 0; count < 2000; ++count) {
-        program += "print '" + line + "'\n";
-    }
-    EXPECT_EQ(runGnuplot(program).size(), 2000U * 501U);
-}
-
-TEST(Gnuplots, programsThatNobodyReadsToTheEndDoNoHarm)
-{
-    struct sigaction before {};
-    ASSERT_EQ(sigaction(SIGPIPE, nullptr, &before), 0);
-    EXPECT_EQ(before.sa_handler, SIG_DFL) << "a signal would end this program";
-    EXPECT_EQ(failureOf("exit\n" + std::string(1'000'000, '#')), "");
 }
 
 TEST(Gnuplots, deathBySignalIsTold)

@@ -1,5 +1,4 @@
-#include "apps/sdc/results/Holds.h"
-#include "apps/sdc/results/Power.h"
+#include "apps/sdc/result/Holds.h"
 
 #include "TestResults.h"
 
@@ -9,16 +8,6 @@
 
 using namespace testing_results;
 using sdc::Hold;
-
-namespace sdc {
-
-static bool operator==(const Hold& left, const Hold& right)
-{
-    return left.frequency_kHz == right.frequency_kHz && left.max == right.max && left.min == right.min
-        && left.average == right.average && left.readings == right.readings;
-}
-
-} // namespace sdc
 
 // 1 mW and 0.1 mW have the mean 0.55 mW, which is -2.596 dBm.
 TEST(PowerMeans, averageIsOfPowersAndNotOfDecibels)

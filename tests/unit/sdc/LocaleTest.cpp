@@ -1,7 +1,6 @@
-#include "apps/sdc/results/Compare.h"
-#include "apps/sdc/results/Outputs.h"
-#include "apps/sdc/results/Plot.h"
-#include "apps/sdc/results/ResultJson.h"
+#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/result/Compare.h"
+#include "apps/sdc/result/ResultFile.h"
 #include "tests/support/GroupingLocale.h"
 
 #include "TestResults.h"
@@ -20,12 +19,10 @@ TEST(Locales, noOutputDependsOnTheLocale)
     const auto other = resultOf({channelOf(12345, {sweepOf({-5000, -9000, -9000, -9000, -3000, -9000, -9000})})});
     const auto all = [&] {
         return written([&](std::ostream& stream) {
-            sdc::writeTable(stream, result, {.rows = 4});
-            sdc::writeCsv(stream, result);
-            sdc::writeSweep(stream, result);
-            sdc::writeJson(stream, result);
-            sdc::writeComparison(stream, result, other);
-            sdc::writePlot(stream, result, {.format = sdc::PlotFormat::text});
+            for (const sdc::Format& format : sdc::formats()) {
+                format.write(stream, result, {.rows = 4});
+            }
+            sdc::writeComparison(stream, sdc::compare(result, other, 3.0));
             sdc::writeJson(
                 stream, sdc::parseResult(written([&](std::ostream& json) { sdc::writeJson(json, other); }), "file"));
         });

@@ -1,4 +1,4 @@
-#include "apps/sdc/results/OutputFile.h"
+#include "apps/sdc/formats/OutputFile.h"
 
 #include "TestResults.h"
 

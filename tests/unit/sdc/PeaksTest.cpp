@@ -1,4 +1,4 @@
-#include "apps/sdc/results/Analysis.h"
+#include "apps/sdc/result/Analysis.h"
 
 #include "TestResults.h"
 

@@ -1,4 +1,4 @@
-#include "apps/sdc/results/Plot.h"
+#include "apps/sdc/plot/Plot.h"
 
 #include "TestResults.h"
 

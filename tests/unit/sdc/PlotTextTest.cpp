@@ -1,14 +1,14 @@
-#include "apps/sdc/results/PlotText.h"
+#include "apps/sdc/plot/PlotText.h"
 
 #include <gtest/gtest.h>
 
 using sdc::FrequencyAxis;
-using sdc::quoted;
+using sdc::inQuotes;
 
 TEST(PlotTexts, whatCouldEndAStringOrBeACommandIsANumber)
 {
-    EXPECT_EQ(quoted("it's `a` \"b\" \\n @c $d; {e} %f"), R"("it\047s \140a\140 \042b\042 \134n \100c $d; {e} %f")");
-    EXPECT_EQ(quoted(""), R"("")");
+    EXPECT_EQ(inQuotes("it's `a` \"b\" \\n @c $d; {e} %f"), R"("it\047s \140a\140 \042b\042 \134n \100c $d; {e} %f")");
+    EXPECT_EQ(inQuotes(""), R"("")");
 }
 
 TEST(FrequencyAxes, frequenciesAreInMegahertzBelow10Gigahertz)

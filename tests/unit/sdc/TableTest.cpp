@@ -1,4 +1,4 @@
-#include "apps/sdc/results/Outputs.h"
+#include "apps/sdc/formats/Formats.h"
 
 #include "TestResults.h"
 
@@ -14,7 +14,7 @@ using testing::Not;
 
 namespace {
 
-std::string tableOf(const sdc::ScanResult& result, const sdc::TableOptions& options = {})
+std::string tableOf(const sdc::ScanResult& result, const sdc::WriteOptions& options = {})
 {
     return written([&](std::ostream& stream) { sdc::writeTable(stream, result, options); });
 }

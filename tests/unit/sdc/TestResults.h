@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/sdc/results/ScanResult.h"
+#include "apps/sdc/result/ScanResult.h"
 
 #include <chrono>
 #include <cstdint>
@@ -28,7 +28,7 @@ inline std::vector<SDCResult> samplesOf(
 }
 
 /// The plan of so many samples as samplesOf makes them; the receiver belongs to 102000 kHz, channels are 2000 kHz apart.
-inline terminal::ScanPlan planOf(std::int32_t samples)
+inline sdc::ScanPlan planOf(std::int32_t samples)
 {
     return {.rxFrequency_kHz = 102000,
         .channelSpacing_kHz = 2000,

@@ -1,0 +1,57 @@
+#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/result/Holds.h"
+#include "apps/sdc/result/ResultForm.h"
+#include "support/ReadableJson.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace sdc {
+
+namespace {
+
+std::optional<HoldsInFile> holdsOf(const ChannelResult& channel)
+{
+    if (channel.sweeps.size() < 2) {
+        return std::nullopt;
+    }
+    HoldsInFile lists;
+    for (const Hold& hold : holds(channel.sweeps)) {
+        lists.frequencies_kHz.push_back(hold.frequency_kHz);
+        lists.max.push_back(hold.max);
+        lists.min.push_back(hold.min);
+        lists.average.push_back(hold.average);
+    }
+    return lists;
+}
+
+ChannelInFile inFile(const ChannelResult& channel)
+{
+    ChannelInFile written{.channel = channel.channel,
+        .unitTypeText = channel.unitTypeText,
+        .filterWidth_kHz = channel.filterWidth_kHz,
+        .plan = channel.plan,
+        .sweeps = {},
+        .holds = holdsOf(channel),
+        .analysis = {analyse(traceOf(channel), channel.plan)}};
+    for (const Sweep& sweep : channel.sweeps) {
+        written.sweeps.push_back({sweep, channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
+    }
+    return written;
+}
+
+} // namespace
+
+void writeJson(std::ostream& stream, const ScanResult& result, const WriteOptions&)
+{
+    ResultInFile written{.schemaPlace = "",
+        .programVersion = SDC_VERSION,
+        .scenario = result.scenario,
+        .description = result.description,
+        .kind = result.kind,
+        .channels = {}};
+    std::ranges::transform(result.channels, std::back_inserter(written.channels), inFile);
+    support::writeReadably(stream, resultForm().write(&written));
+}
+
+} // namespace sdc

@@ -1,0 +1,91 @@
+#include "apps/sdc/formats/Outputs.h"
+
+#include "apps/sdc/formats/OutputFile.h"
+#include "apps/sdc/options/CommandLine.h"
+#include "support/Text.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <iterator>
+#include <map>
+
+namespace sdc {
+
+namespace {
+
+constexpr const char* standardOutput = "-";
+
+WriteOptions writeOptions(const Output& output, const OutputOptions& options)
+{
+    const bool isStandard = output.file == standardOutput;
+    return {.file = output.file,
+        .rows = options.rows,
+        .width = isStandard && isTerminal(STDOUT_FILENO) ? terminalWidth(STDOUT_FILENO) : 0,
+        .isColored = isStandard && usesColor(options.color, STDOUT_FILENO)};
+}
+
+/// Returns what went wrong.
+std::string failureOf(const ScanResult& result, const Output& output, const OutputOptions& options)
+{
+    try {
+        writeFile(
+            output.file, [&](std::ostream& stream) { output.format->write(stream, result, writeOptions(output, options)); });
+        return "";
+    } catch (const std::exception& exception) {
+        return exception.what();
+    }
+}
+
+/// Two outputs into one file would leave the last of them. A device takes as many as come.
+void checkEachHasItsOwn(const std::vector<Output>& outputs)
+{
+    std::map<std::filesystem::path, const Format*> files;
+    for (const Output& output : outputs) {
+        const auto file = regularFile(output.file);
+        if (file && !files.try_emplace(*file, output.format).second) {
+            throw UsageError(fmt::format("--{} and --{} both write to {}; give each a file of its own",
+                files.at(*file)->name, output.format->name, support::shown(output.file)));
+        }
+    }
+}
+
+} // namespace
+
+bool usesStandardOutput(const std::vector<Output>& outputs)
+{
+    return std::ranges::find(outputs, standardOutput, &Output::file) != outputs.end();
+}
+
+void checkOutputs(const std::vector<Output>& outputs)
+{
+    checkEachHasItsOwn(outputs);
+    for (const Output& output : outputs) {
+        checkWritable(output.file);
+    }
+}
+
+std::vector<std::string> writeOutputs(const ScanResult& result, const OutputOptions& options)
+{
+    std::vector<Output> outputs = options.outputs;
+    if (!usesStandardOutput(outputs)) {
+        outputs.push_back({&formats().front(), standardOutput});
+    }
+    // Standard output, at most one of them, comes last.
+    const auto standard = std::ranges::find(outputs, standardOutput, &Output::file);
+    std::rotate(standard, std::next(standard), outputs.end());
+    std::vector<std::string> failures;
+    for (const Output& output : outputs) {
+        const std::string failure = failureOf(result, output, options);
+        if (!failure.empty()) {
+            const bool isExpected = output.file == standardOutput && isReaderGone(STDOUT_FILENO);
+            failures.push_back(isExpected ? "" : failure);
+        }
+    }
+    return failures;
+}
+
+} // namespace sdc

@@ -1,0 +1,215 @@
+#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/Holds.h"
+#include "apps/sdc/result/Texts.h"
+#include "support/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <span>
+#include <string>
+
+namespace sdc {
+
+namespace {
+
+// The bar begins at the floor of a reading, rounded, and has a character or more for every 2 dB.
+constexpr std::int32_t barBegin = -10000;
+constexpr std::int32_t barEnd = -2000;
+constexpr std::int32_t barStep = 200;
+constexpr int leastWidth = 80;
+constexpr std::size_t column = 9;
+constexpr std::size_t holdColumn = 8;
+constexpr std::size_t mostPeaksShown = 5;
+constexpr std::size_t mostChannelsShown = 3;
+
+constexpr const char* bold = "\033[1m";
+constexpr const char* red = "\033[1;31m";
+constexpr const char* green = "\033[32m";
+constexpr const char* yellow = "\033[33m";
+
+/// How the rows of a channel look.
+struct Layout {
+    bool hasHolds;
+    bool isColored;
+    std::int32_t perStep; ///< characters of the bar for 2 dB
+};
+
+Layout layoutOf(const ChannelResult& channel, const WriteOptions& options)
+{
+    const bool hasHolds = channel.sweeps.size() > 1;
+    const int besideBar = static_cast<int>(2 * column + (hasHolds ? 2 * holdColumn : 0) + 5); // with the last label
+    constexpr int steps = (barEnd - barBegin) / barStep;
+    return {hasHolds, options.isColored, std::max(1, (std::max(options.width, leastWidth) - besideBar) / steps)};
+}
+
+std::string colored(const std::string& text, const char* color, const Layout& layout)
+{
+    return layout.isColored && !text.empty() ? color + text + "\033[0m" : text;
+}
+
+std::size_t barLength(std::int32_t level, const Layout& layout)
+{
+    const std::int32_t shown = std::clamp(level, barBegin, barEnd) - barBegin;
+    return static_cast<std::size_t>((shown * layout.perStep + barStep / 2) / barStep);
+}
+
+/// The bar of the level and, of several sweeps, beyond it up to the strongest.
+std::string bar(const Hold& row, const Layout& layout)
+{
+    const std::size_t level = barLength(row.average, layout);
+    const std::size_t strongest = std::max(level, barLength(row.max, layout));
+    return std::string(level, '#') + std::string(strongest - level, '+');
+}
+
+std::string columns(const std::string& frequency, const std::string& level)
+{
+    return fmt::format("{:>{}}{:>{}}", frequency, column, level, column);
+}
+
+std::string holdColumns(const std::string& max, const std::string& min)
+{
+    return fmt::format("{:>{}}{:>{}}", max, holdColumn, min, holdColumn);
+}
+
+std::string header(const Layout& layout)
+{
+    std::string text = columns("MHz", "dBm") + (layout.hasHolds ? holdColumns("max", "min") : "") + "  ";
+    for (const char* const label : {"-100", "-80", "-60", "-40"}) {
+        text += fmt::format("{:<{}}", label, 10 * layout.perStep);
+    }
+    return text + "-20";
+}
+
+void writeRow(std::ostream& stream, const Hold& row, const Analysis& analysis, const ScanPlan& plan, const Layout& layout)
+{
+    const bool isInChannel = isConfigured(row.frequency_kHz, plan);
+    const bool isAboveFloor = analysis.floor && row.average >= *analysis.floor + leastProminence;
+    const std::string levels = bar(row, layout);
+    stream << columns(megahertz(row.frequency_kHz), hundredths(row.average))
+           << (layout.hasHolds ? holdColumns(hundredths(row.max), hundredths(row.min)) : "") << (isInChannel ? " *|" : "  |")
+           << (isInChannel || isAboveFloor ? colored(levels, isInChannel ? green : yellow, layout) : levels) << '\n';
+}
+
+/// Rows of several frequencies show the strongest of them, and the extremes of all.
+Hold joined(const Hold& left, const Hold& right)
+{
+    Hold row = right.average > left.average ? right : left;
+    row.max = std::max(left.max, right.max);
+    row.min = std::min(left.min, right.min);
+    return row;
+}
+
+/// In the order taken: of one sweep each sample, of several each frequency.
+std::vector<Hold> rowsOf(const ChannelResult& channel)
+{
+    if (channel.sweeps.size() > 1) {
+        return holds(channel.sweeps);
+    }
+    std::vector<Hold> rows;
+    for (const SDCResult& sample : channel.sweeps.front().samples) {
+        rows.push_back({sample.frequency_kHz, sample.rssi, sample.rssi, sample.rssi, 1});
+    }
+    return rows;
+}
+
+void writeRows(
+    std::ostream& stream, const ChannelResult& channel, const Analysis& analysis, const Layout& layout, std::size_t mostRows)
+{
+    const std::vector<Hold> rows = rowsOf(channel);
+    const std::size_t perRow = mostRows == 0 ? 1 : std::max<std::size_t>(1, (rows.size() + mostRows - 1) / mostRows);
+    if (perRow > 1) {
+        stream << fmt::format("each row: the strongest of {} samples\n", perRow);
+    }
+    stream << colored(header(layout), bold, layout) << '\n';
+    for (std::size_t first = 0; first < rows.size(); first += perRow) {
+        Hold row = rows[first];
+        for (std::size_t next = first + 1; next < std::min(first + perRow, rows.size()); ++next) {
+            row = joined(row, rows[next]);
+        }
+        writeRow(stream, row, analysis, channel.plan, layout);
+    }
+}
+
+void writeState(std::ostream& stream, const ChannelResult& channel, const Layout& layout)
+{
+    const std::size_t count = channel.sweeps.size();
+    if (count > 1) {
+        stream << fmt::format("{} sweeps: # average power, + up to the strongest (max hold)\n", count);
+    }
+    for (std::size_t index = 0; index < count; ++index) {
+        const std::string state = stateOf(channel.sweeps[index], channel.plan);
+        const std::string number = count > 1 ? fmt::format("sweep {}: ", index + 1) : "";
+        stream << (state.empty() ? "" : colored(number + state, red, layout) + "\n");
+    }
+}
+
+// The summary below a table: what a trace tells, one line each, at most 80 columns.
+
+/// A name, a place that may be empty, a level and a remark, in columns.
+std::string line(const std::string& name, const std::string& place, std::int32_t level, const std::string& remark)
+{
+    return fmt::format("{:<14}{:>13}{:>10} dBm{}{}\n", name, place, hundredths(level), remark.empty() ? "" : "  ", remark);
+}
+
+std::string inMegahertz(std::uint32_t frequency_kHz)
+{
+    return megahertz(frequency_kHz) + " MHz";
+}
+
+std::string peakLines(const std::vector<Peak>& peaks)
+{
+    std::string lines;
+    for (const Peak& peak : std::span(peaks).first(std::min(peaks.size(), mostPeaksShown))) {
+        lines += line("peak", inMegahertz(peak.frequency_kHz), peak.level, inMegahertz(peak.width_kHz) + " wide");
+    }
+    return peaks.size() <= mostPeaksShown
+        ? lines
+        : lines + fmt::format("              and {} weaker peaks\n", peaks.size() - mostPeaksShown);
+}
+
+std::string channelLines(const std::vector<RasterChannel>& channels)
+{
+    std::string lines;
+    for (const RasterChannel& channel : std::span(channels).first(std::min(channels.size(), mostChannelsShown))) {
+        lines += line("quietest", inMegahertz(channel.centre_kHz), channel.level,
+            "strongest " + hundredths(channel.strongest) + " dBm");
+    }
+    return lines;
+}
+
+void writeSummary(std::ostream& stream, const Analysis& analysis, const ScanPlan& plan)
+{
+    std::string lines;
+    if (analysis.floor) {
+        lines += line("floor", "", *analysis.floor, fmt::format("lowest tenth, {} at each end left out", edgeSamples));
+    }
+    if (analysis.configured) {
+        lines += line("configured *", inMegahertz(plan.rxFrequency_kHz), analysis.configured->level,
+            inMegahertz(plan.channelSpacing_kHz) + " wide");
+    }
+    lines += peakLines(analysis.peaks) + channelLines(analysis.otherChannels);
+    stream << (lines.empty() ? "" : "\n") << lines;
+}
+
+} // namespace
+
+void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
+{
+    for (const ChannelResult& channel : result.channels) {
+        const Layout layout = layoutOf(channel, options);
+        const Analysis analysis = analyse(traceOf(channel), channel.plan);
+        if (result.channels.size() > 1) {
+            stream << (&channel == &result.channels.front() ? "" : "\n")
+                   << colored(
+                          fmt::format("channel {}: {}", channel.channel, support::shown(channel.unitTypeText)), bold, layout)
+                   << '\n';
+        }
+        writeState(stream, channel, layout);
+        writeRows(stream, channel, analysis, layout, options.rows);
+        writeSummary(stream, analysis, channel.plan);
+    }
+}
+
+} // namespace sdc

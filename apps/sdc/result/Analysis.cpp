@@ -1,0 +1,199 @@
+#include "apps/sdc/result/Analysis.h"
+
+#include "apps/sdc/result/Holds.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <iterator>
+#include <map>
+#include <tuple>
+
+namespace sdc {
+
+namespace {
+
+/// Of an even number of levels, the mean of the two in the middle.
+std::int32_t median(const std::vector<std::int32_t>& sorted)
+{
+    const std::int32_t upper = sorted[sorted.size() / 2];
+    const std::int32_t lower = sorted[(sorted.size() - 1) / 2];
+    return static_cast<std::int32_t>(std::lround((static_cast<double>(lower) + upper) / 2.0));
+}
+
+/// Of a quotient, the next whole number below or at it; the divisor is above 0.
+std::int64_t floorOfQuotient(std::int64_t dividend, std::int64_t divisor)
+{
+    return dividend / divisor - (dividend % divisor < 0 ? 1 : 0);
+}
+
+std::optional<std::int32_t> floorOf(const std::vector<SDCResult>& samples, const ScanPlan& plan)
+{
+    std::vector<std::int32_t> levels;
+    bool isBandSeen = false;
+    for (std::size_t index = edgeSamples; index + edgeSamples < samples.size(); ++index) {
+        levels.push_back(samples[index].rssi);
+        isBandSeen = isBandSeen || !isConfigured(samples[index].frequency_kHz, plan);
+    }
+    if (!isBandSeen) {
+        return std::nullopt;
+    }
+    std::sort(levels.begin(), levels.end());
+    levels.resize(std::max<std::size_t>(1, levels.size() / 10));
+    return median(levels);
+}
+
+bool ascend(const std::vector<SDCResult>& samples)
+{
+    const auto falls = [](const SDCResult& left, const SDCResult& right) {
+        return left.frequency_kHz >= right.frequency_kHz;
+    };
+    return std::adjacent_find(samples.begin(), samples.end(), falls) == samples.end();
+}
+
+/// The readings in the channels of the raster, by the channel's offset from the configured one.
+std::map<std::int64_t, PowerMean> measureRaster(const std::vector<SDCResult>& samples, const ScanPlan& plan)
+{
+    const std::int64_t spacing_kHz = plan.channelSpacing_kHz;
+    std::map<std::int64_t, PowerMean> raster;
+    for (const SDCResult& sample : samples) {
+        // Doubled, so that half a spacing is a whole number; above the configured channel's lower edge.
+        const std::int64_t above = 2 * (std::int64_t{sample.frequency_kHz} - plan.rxFrequency_kHz) + spacing_kHz;
+        const std::int64_t offset = floorOfQuotient(above, 2 * spacing_kHz);
+        raster[offset].add(sample.rssi);
+        if (above == offset * 2 * spacing_kHz) { // on the edge of two channels
+            raster[offset - 1].add(sample.rssi);
+        }
+    }
+    return raster;
+}
+
+RasterChannel describe(std::int64_t offset, const PowerMean& readings, const ScanPlan& plan)
+{
+    const std::int64_t centre_kHz = plan.rxFrequency_kHz + offset * plan.channelSpacing_kHz;
+    return {offset, static_cast<std::uint32_t>(centre_kHz), readings.mean(), readings.strongest()};
+}
+
+bool isQuieter(const RasterChannel& left, const RasterChannel& right)
+{
+    const auto rank = [](const RasterChannel& channel) {
+        return std::tuple(channel.level, channel.strongest, std::abs(channel.offset), channel.offset);
+    };
+    return rank(left) < rank(right);
+}
+
+/// Whether the channel lies in the slices of spectrum, a step wide, that the samples stand for.
+bool isWhollySeen(const RasterChannel& channel, const std::vector<SDCResult>& samples, const ScanPlan& plan)
+{
+    const std::int64_t twiceCentre = 2 * std::int64_t{channel.centre_kHz};
+    const std::int64_t twiceLowest = 2 * std::int64_t{samples.front().frequency_kHz} - plan.step_kHz;
+    const std::int64_t twiceHighest = 2 * std::int64_t{samples.back().frequency_kHz} + plan.step_kHz;
+    return twiceCentre - plan.channelSpacing_kHz >= twiceLowest && twiceCentre + plan.channelSpacing_kHz <= twiceHighest;
+}
+
+void analyseRaster(const std::vector<SDCResult>& samples, const ScanPlan& plan, Analysis& analysis)
+{
+    if (plan.channelSpacing_kHz == 0) {
+        return;
+    }
+    const bool isTrace = ascend(samples) && plan.step_kHz != 0;
+    for (const auto& [offset, readings] : measureRaster(samples, plan)) {
+        const RasterChannel channel = describe(offset, readings, plan);
+        if (offset == 0) {
+            analysis.configured = channel;
+        } else if (isTrace && isWhollySeen(channel, samples, plan)) {
+            analysis.otherChannels.push_back(channel);
+        }
+    }
+    std::sort(analysis.otherChannels.begin(), analysis.otherChannels.end(), isQuieter);
+}
+
+/// For each sample the deepest level between it and the next higher sample to its left, or the begin of the trace.
+template <typename Iterator>
+std::vector<std::int32_t> valleys(Iterator begin, Iterator end)
+{
+    struct Top {
+        std::int32_t level;
+        std::int32_t valley;
+    };
+    std::vector<Top> higher; // falling: what the next sample sees to its left
+    std::vector<std::int32_t> deepest;
+    for (Iterator sample = begin; sample != end; ++sample) {
+        Top top{sample->rssi, sample->rssi};
+        while (!higher.empty() && higher.back().level <= top.level) {
+            top.valley = std::min(top.valley, higher.back().valley);
+            higher.pop_back();
+        }
+        higher.push_back(top);
+        deepest.push_back(top.valley);
+    }
+    return deepest;
+}
+
+/// Where the trace, walked from a peak's top, crosses a level that it is known to reach, in kHz.
+template <typename Iterator>
+double crossing(Iterator top, Iterator end, std::int64_t level)
+{
+    const Iterator below = std::find_if(top, end, [level](const SDCResult& sample) { return sample.rssi <= level; });
+    const Iterator above = std::prev(below);
+    const double part =
+        static_cast<double>(above->rssi - level) / (static_cast<double>(above->rssi) - static_cast<double>(below->rssi));
+    return above->frequency_kHz + part * (static_cast<double>(below->frequency_kHz) - above->frequency_kHz);
+}
+
+std::uint32_t widthOf(const std::vector<SDCResult>& samples, std::ptrdiff_t top)
+{
+    const std::int64_t level = std::int64_t{samples[static_cast<std::size_t>(top)].rssi} - widthDrop;
+    const double upper = crossing(samples.begin() + top, samples.end(), level);
+    const double lower = crossing(std::make_reverse_iterator(samples.begin() + top + 1), samples.rend(), level);
+    return static_cast<std::uint32_t>(std::lround(upper - lower));
+}
+
+bool isStronger(const Peak& left, const Peak& right)
+{
+    return left.level != right.level ? left.level > right.level : left.frequency_kHz < right.frequency_kHz;
+}
+
+} // namespace
+
+std::vector<Peak> findPeaks(const std::vector<SDCResult>& samples)
+{
+    const std::vector<std::int32_t> leftValleys = valleys(samples.begin(), samples.end());
+    const std::vector<std::int32_t> rightValleys = valleys(samples.rbegin(), samples.rend());
+    const std::size_t count = samples.size();
+    std::vector<Peak> peaks;
+    for (std::size_t first = 1, last = 1; first + 1 < count; first = last + 1) {
+        const std::int32_t level = samples[first].rssi;
+        for (last = first; last + 1 < count && samples[last + 1].rssi == level;) {
+            ++last;
+        }
+        const bool isHigher = samples[first - 1].rssi < level && last + 1 < count && samples[last + 1].rssi < level;
+        const std::int64_t prominence = level - std::int64_t{std::max(leftValleys[first], rightValleys[count - 1 - last])};
+        if (isHigher && prominence >= leastProminence) {
+            const std::size_t middle = first + (last - first) / 2;
+            peaks.push_back(
+                {samples[middle].frequency_kHz, level, prominence, widthOf(samples, static_cast<std::ptrdiff_t>(middle))});
+        }
+    }
+    std::sort(peaks.begin(), peaks.end(), isStronger);
+    return peaks;
+}
+
+bool isConfigured(std::uint32_t frequency_kHz, const ScanPlan& plan)
+{
+    return 2 * std::llabs(std::int64_t{frequency_kHz} - plan.rxFrequency_kHz) <= plan.channelSpacing_kHz;
+}
+
+Analysis analyse(const std::vector<SDCResult>& samples, const ScanPlan& plan)
+{
+    Analysis analysis;
+    analysis.floor = floorOf(samples, plan);
+    analyseRaster(samples, plan, analysis);
+    if (ascend(samples)) {
+        analysis.peaks = findPeaks(samples);
+        analysis.peaks.resize(std::min(analysis.peaks.size(), mostPeaks));
+    }
+    return analysis;
+}
+
+} // namespace sdc

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/JsonForm.h"
+#include "apps/sdc/result/ScanResult.h"
+
+#include <cstdint>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace sdc {
+
+// A result as it stands in a file: with what can be computed from it, for other readers.
+
+struct SweepInFile : Sweep {
+    std::int32_t planned = 0; ///< samples
+    std::uint32_t taken = 0;
+};
+
+/// Of several sweeps; each list has an item for each frequency. Levels in hundredths of a dBm.
+struct HoldsInFile {
+    std::vector<std::uint32_t> frequencies_kHz;
+    std::vector<std::int32_t> max;
+    std::vector<std::int32_t> min;
+    std::vector<std::int32_t> average;
+};
+
+struct AnalysisInFile : Analysis {
+    std::uint32_t samplesLeftOut = edgeSamples;
+};
+
+struct ChannelInFile {
+    std::uint32_t channel = 0;
+    std::string unitTypeText;
+    double filterWidth_kHz = 0.0;
+    ScanPlan plan;
+    std::vector<SweepInFile> sweeps;
+    std::optional<HoldsInFile> holds;
+    AnalysisInFile analysis;
+};
+
+struct ResultInFile {
+    std::string schemaPlace; ///< where the schema is found, for editors
+    std::uint32_t schemaVersion = 1;
+    std::string programVersion;
+    std::string scenario;
+    std::string description;
+    ScanKind kind{};
+    std::vector<ChannelInFile> channels;
+};
+
+/// The keys of a ResultInFile.
+const Kind& resultForm();
+
+/// Writes the JSON Schema (draft-07) of results.
+void writeResultSchema(std::ostream& stream);
+
+} // namespace sdc
