@@ -1,4 +1,4 @@
-#include "apps/sdc/plot/PlotText.h"
+#include "apps/sdc/plot/PlotFrame.h"
 
 #include <gtest/gtest.h>
 
