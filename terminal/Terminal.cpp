@@ -6,6 +6,8 @@
 #include "terminal/PublishedPeers.h"
 
 #include "Platform/Host/InterfaceBroker.h"
+#include "Platform/Host/ModuleInterface.h"
+#include "Platform/Host/PlxTrace.h"
 
 #include <algorithm>
 #include <chrono>
