@@ -1,10 +1,10 @@
 #include "terminal/Terminal.h"
 
-#include "Platform/Host/IInterface.h"
 #include "host/ModuleManager.h"
 #include "terminal/ControllerConstruction.h"
 #include "terminal/PublishedPeers.h"
 
+#include "Platform/Host/IInterface.h"
 #include "Platform/Host/InterfaceBroker.h"
 #include "Platform/Host/ModuleInterface.h"
 #include "Platform/Host/PlxTrace.h"
