@@ -9,99 +9,73 @@ namespace {
 using sdc::Ending;
 using sdc::SweepFacts;
 
-/// A channel scan of 13 samples that went well.
-SweepFacts complete()
+constexpr std::int64_t planned = 13;
+constexpr std::uint32_t configured_kHz = 19177500;
+constexpr const char* noRestore = "the receiver was not put back: it stands at 19188.750 MHz instead of 19177.500 MHz";
+constexpr const char* ended = "an exception ended the controller's worker (trace, level 1: \"Exception: no answer\")";
+
+/// What is seen of a channel scan, and the verdict.
+struct Row {
+    const char* what;
+    ESDCStatus status;
+    std::int64_t taken;
+    bool isStopped;
+    const char* workerFailure; ///< null: there is none
+    std::uint32_t rxAfter_kHz;
+    Ending ending;
+    std::string reason;
+};
+
+const Row rows[] = {
+    {"all samples", SDC_STATUS_CHANNEL_SCAN_FINISHED, planned, false, nullptr, configured_kHz, Ending::complete, ""},
+    {"all, sub-band", SDC_STATUS_SUB_BAND_SCAN_FINISHED, planned, false, nullptr, configured_kHz, Ending::complete, ""},
+    {"no tuning", SDC_STATUS_SCAN_NOT_STARTED, 3, false, nullptr, configured_kHz, Ending::failed,
+        "tuning to 19170.750 MHz failed after 3 of 13 samples (trace, level 1: \"Failed to set RX frequency 19170750\")"},
+    {"too few", SDC_STATUS_CHANNEL_SCAN_FINISHED, 12, false, nullptr, configured_kHz, Ending::failed,
+        "the sweep ended with 12 of 13 samples"},
+    {"too many", SDC_STATUS_CHANNEL_SCAN_FINISHED, 14, false, nullptr, configured_kHz, Ending::failed,
+        "the sweep ended with 14 of 13 samples"},
+    {"not put back", SDC_STATUS_CHANNEL_SCAN_FINISHED, planned, false, nullptr, 19188750, Ending::failed, noRestore},
+    {"nor after a stop", SDC_STATUS_SCAN_NOT_STARTED, 3, true, nullptr, 19188750, Ending::failed, noRestore},
+    {"too few, not put back", SDC_STATUS_CHANNEL_SCAN_FINISHED, 12, false, nullptr, 19188750, Ending::failed,
+        std::string("the sweep ended with 12 of 13 samples; ") + noRestore},
+    {"exception", SDC_STATUS_CHANNEL_SCAN_ONGOING, 5, false, "Exception: no answer", configured_kHz, Ending::failed, ended},
+    {"after a stop", SDC_STATUS_CHANNEL_SCAN_ONGOING, 5, true, "Exception: no answer", configured_kHz, Ending::failed,
+        ended},
+    {"stopped", SDC_STATUS_SCAN_NOT_STARTED, 3, true, nullptr, configured_kHz, Ending::stopped, ""},
+};
+
+SweepFacts factsOf(const Row& row)
 {
     SweepFacts facts;
-    facts.status = SDC_STATUS_CHANNEL_SCAN_FINISHED;
+    facts.status = row.status;
     facts.plan.lowest_kHz = 19164750;
     facts.plan.step_kHz = 2000;
-    facts.plan.samples = 13;
-    facts.taken = 13;
-    facts.configured_kHz = 19177500;
-    facts.rxAfter_kHz = 19177500;
+    facts.plan.samples = planned;
+    facts.taken = row.taken;
+    facts.isStopped = row.isStopped;
+    facts.workerFailure = row.workerFailure == nullptr ? std::nullopt : std::optional<std::string>(row.workerFailure);
+    facts.configured_kHz = configured_kHz;
+    facts.rxAfter_kHz = row.rxAfter_kHz;
     return facts;
 }
 
-void expectFailed(const SweepFacts& facts, const std::string& reason)
+TEST(Verdict, followsFromWhatIsSeenOfTheSweep)
 {
-    const sdc::Verdict verdict = judge(facts);
-    EXPECT_EQ(verdict.ending, Ending::failed);
-    EXPECT_EQ(verdict.reason, reason);
-}
-
-TEST(Verdict, isCompleteForAFinishedScanOfEitherKindWithAllSamples)
-{
-    for (const ESDCStatus status : {SDC_STATUS_CHANNEL_SCAN_FINISHED, SDC_STATUS_SUB_BAND_SCAN_FINISHED}) {
-        SweepFacts facts = complete();
-        facts.status = status;
-        EXPECT_EQ(judge(facts).ending, Ending::complete);
-        EXPECT_EQ(judge(facts).reason, "");
+    for (const Row& row : rows) {
+        const sdc::Verdict verdict = judge(factsOf(row));
+        EXPECT_EQ(verdict.ending, row.ending) << row.what;
+        EXPECT_EQ(verdict.reason, row.reason) << row.what;
     }
-}
-
-TEST(Verdict, namesTheFrequencyWhereTheTuningFailed)
-{
-    SweepFacts facts = complete();
-    facts.status = SDC_STATUS_SCAN_NOT_STARTED;
-    facts.taken = 3;
-    expectFailed(facts,
-        "tuning to 19170.750 MHz failed after 3 of 13 samples "
-        "(trace, level 1: \"Failed to set RX frequency 19170750\")");
-}
-
-TEST(Verdict, tellsHowManySamplesAFinishedScanLacks)
-{
-    SweepFacts facts = complete();
-    facts.taken = 12;
-    expectFailed(facts, "the sweep ended with 12 of 13 samples");
-    facts.taken = 14;
-    expectFailed(facts, "the sweep ended with 14 of 13 samples");
-}
-
-TEST(Verdict, tellsWhereTheReceiverStandsThatWasNotPutBack)
-{
-    SweepFacts facts = complete();
-    facts.rxAfter_kHz = 19188750;
-    const std::string restore = "the receiver was not put back: it stands at 19188.750 MHz instead of 19177.500 MHz";
-    expectFailed(facts, restore);
-    facts.isStopped = true;
-    expectFailed(facts, restore);
-    facts.isStopped = false;
-    facts.taken = 12;
-    expectFailed(facts, "the sweep ended with 12 of 13 samples; " + restore);
-}
-
-TEST(Verdict, quotesTheExceptionThatEndedTheWorkerEvenAfterAStop)
-{
-    SweepFacts facts = complete();
-    facts.status = SDC_STATUS_CHANNEL_SCAN_ONGOING;
-    facts.taken = 5;
-    facts.workerFailure = "Exception timerThread SpectDiagCtrl1: no answer";
-    const std::string reason = "an exception ended the controller's worker "
-                               "(trace, level 1: \"Exception timerThread SpectDiagCtrl1: no answer\")";
-    expectFailed(facts, reason);
-    facts.isStopped = true;
-    expectFailed(facts, reason);
 }
 
 TEST(Verdict, ofASweepThatDidNotStartIsTheReasonOfThatAlone)
 {
-    SweepFacts facts = complete();
-    facts.status = SDC_STATUS_SCAN_NOT_STARTED;
+    SweepFacts facts = factsOf(rows[2]);
     facts.taken = 0;
     facts.startFailure = "the controller refused the start";
-    expectFailed(facts, "the controller refused the start");
-}
-
-TEST(Verdict, isStoppedForAStopWithTheReceiverBack)
-{
-    SweepFacts facts = complete();
-    facts.status = SDC_STATUS_SCAN_NOT_STARTED;
-    facts.taken = 3;
-    facts.isStopped = true;
-    EXPECT_EQ(judge(facts).ending, Ending::stopped);
-    EXPECT_EQ(judge(facts).reason, "");
+    EXPECT_EQ(judge(facts).ending, Ending::failed);
+    EXPECT_EQ(judge(facts).reason, "the controller refused the start");
 }
 
 } // namespace
