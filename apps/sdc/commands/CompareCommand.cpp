@@ -2,7 +2,7 @@
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/Compare.h"
 #include "apps/sdc/result/ResultFile.h"
-#include "apps/sdc/tty/StandardOutput.h"
+#include "apps/sdc/tty/Screen.h"
 
 #include <memory>
 #include <stdexcept>

@@ -2,7 +2,6 @@
 #include "apps/sdc/commands/Console.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/tty/Screen.h"
-#include "apps/sdc/tty/StandardOutput.h"
 
 #include <unistd.h>
 

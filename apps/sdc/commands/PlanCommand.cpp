@@ -2,7 +2,7 @@
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Texts.h"
-#include "apps/sdc/tty/StandardOutput.h"
+#include "apps/sdc/tty/Screen.h"
 #include "support/Table.h"
 
 #include <nlohmann/json.hpp>

@@ -4,7 +4,6 @@
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/tty/Screen.h"
-#include "apps/sdc/tty/StandardOutput.h"
 
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
-#include "apps/sdc/tty/StandardOutput.h"
+#include "apps/sdc/tty/Screen.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Table.h"
 #include "support/Text.h"

@@ -17,7 +17,6 @@
 
 namespace sdc {
 
-
 /// A radio channel and what is known of its radio before anything is scanned.
 struct ChannelInfo {
     RadioChannel number{};

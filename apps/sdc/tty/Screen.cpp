@@ -8,7 +8,9 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <iostream>
 #include <limits>
+#include <stdexcept>
 #include <string_view>
 
 namespace sdc {
@@ -67,6 +69,18 @@ bool isReaderGone(int file)
 {
     pollfd watched{.fd = file, .events = POLLOUT, .revents = 0};
     return poll(&watched, 1, 0) > 0 && (watched.revents & POLLERR) != 0;
+}
+
+ExitStatus toStandardOutput(const std::function<ExitStatus(std::ostream& output)>& write)
+{
+    const ExitStatus status = write(std::cout);
+    if (std::cout.flush()) {
+        return status;
+    }
+    if (isReaderGone(STDOUT_FILENO)) {
+        return EXIT_INTERNAL;
+    }
+    throw std::runtime_error("cannot write to standard output: it is closed, or the disk is full");
 }
 
 } // namespace sdc

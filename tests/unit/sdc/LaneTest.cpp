@@ -1,6 +1,6 @@
 // How a sweep ended, and the words for what went wrong.
 
-#include "apps/sdc/scan/Verdict.h"
+#include "apps/sdc/scan/Lane.h"
 
 #include <gtest/gtest.h>
 
@@ -60,7 +60,7 @@ SweepFacts factsOf(const Row& row)
     return facts;
 }
 
-TEST(Verdict, followsFromWhatIsSeenOfTheSweep)
+TEST(SweepVerdict, followsFromWhatIsSeenOfTheSweep)
 {
     for (const Row& row : rows) {
         const sdc::Verdict verdict = judge(factsOf(row));
@@ -69,7 +69,7 @@ TEST(Verdict, followsFromWhatIsSeenOfTheSweep)
     }
 }
 
-TEST(Verdict, ofASweepThatDidNotStartIsTheReasonOfThatAlone)
+TEST(SweepVerdict, ofASweepThatDidNotStartIsTheReasonOfThatAlone)
 {
     SweepFacts facts = factsOf(rows[2]);
     facts.taken = 0;
