@@ -141,7 +141,7 @@ TEST_F(ConsoleRun, linesItCannotActUponAreToldAndTheRestIsDone)
             {"channel x", "error: invalid channel number 'x'"}, {"fault", "error: a fault needs an operation and an action"},
             {"fault readRsi stick", "error: unknown operation 'readRsi'; expected one of setRxFrequency, readRssi, "},
             {"fault readRssi stuck", "error: unknown action 'stuck'; expected one of refuse, throw, answer, stick"},
-            {"fault getChannelSpacing refuse", "error: "}, {"fault getChannelSpacing answer 1 0", "channel spacing"},
+            {"fault getChannelSpacing refuse", "error: "}, {"fault getChannelSpacing answer 1 0", "must be from 2 to"},
             {"fault readRssi stick no", "error: invalid number of calls 'no'; expected"},
             {"fault readRssi answer 1 x", "error: invalid answer 'x'"}}) {
         SCOPED_TRACE(row.line);
