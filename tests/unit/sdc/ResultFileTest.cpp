@@ -1,5 +1,5 @@
-#include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/ResultFile.h"
+#include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/ResultForm.h"
 #include "tests/support/SchemaValidator.h"
 
