@@ -21,6 +21,9 @@ void readJson(std::string_view text, const Record<Owner>& type, Owner& record, E
     readJson(text, static_cast<const RecordType&>(type), &record, errors);
 }
 
+/// A record as JSON, its keys in the order of the table.
+Json jsonOf(const RecordType& type, const void* record);
+
 /// The JSON Schema (draft-07) of texts that hold a record, as a text that ends in a line break.
 std::string schemaText(const RecordType& type);
 

@@ -81,6 +81,11 @@ bool Type::read(const Scalar&, void*) const
     return false;
 }
 
+Scalar Type::scalar(const void*) const
+{
+    return nullptr;
+}
+
 std::string description(const Field& field)
 {
     return field.sentence + (field.fallback.empty() ? "" : "; " + field.fallback + " unless given");

@@ -44,6 +44,9 @@ public:
     /// @return whether it is what is expected
     virtual bool read(const Scalar& value, void* into) const;
 
+    /// What read() takes, of a value that holds no others.
+    virtual Scalar scalar(const void* value) const;
+
     virtual bool isRight(const void* value) const = 0; ///< the value itself, not what is inside it
     virtual std::string shown(const void* value) const = 0;
 

@@ -51,8 +51,10 @@ std::string NumberType::textOf(const double& value) const
 
 std::string IntegerLimits::expected() const
 {
-    return "an integer from " + std::to_string(lowest) + " to " + std::to_string(highest) + withUnit(unit)
-        + (word.empty() ? "" : " or " + inQuotes(word));
+    const std::string number = lowest == highest
+        ? std::to_string(lowest)
+        : "an integer from " + std::to_string(lowest) + " to " + std::to_string(highest);
+    return number + withUnit(unit) + (word.empty() ? "" : " or " + inQuotes(word));
 }
 
 std::string expectedFlag()

@@ -31,11 +31,13 @@ public:
         }
         return true;
     }
+    Scalar scalar(const void* value) const final { return scalarOf(*static_cast<const Value*>(value)); }
     bool isRight(const void* value) const final { return accepts(*static_cast<const Value*>(value)); }
     std::string shown(const void* value) const final { return textOf(*static_cast<const Value*>(value)); }
 
 protected:
     virtual std::optional<Value> valueIn(const Scalar& scalar) const = 0;
+    virtual Scalar scalarOf(const Value& value) const = 0;
     virtual bool accepts(const Value& value) const = 0;
     virtual std::string textOf(const Value& value) const = 0;
 };
@@ -48,6 +50,7 @@ public:
 
 protected:
     std::optional<double> valueIn(const Scalar& scalar) const override;
+    Scalar scalarOf(const double& value) const override { return value; }
     bool accepts(const double& value) const override { return m_lowest <= value && value <= m_highest; }
     std::string textOf(const double& value) const override;
 
@@ -90,6 +93,11 @@ protected:
         return number != nullptr && std::in_range<Number>(*number) ? std::optional(static_cast<Value>(*number))
                                                                    : std::nullopt;
     }
+    Scalar scalarOf(const Value& value) const override
+    {
+        const auto number = static_cast<Number>(value);
+        return isWord(number) ? Scalar(m_limits.word) : Scalar(static_cast<std::int64_t>(number));
+    }
     bool accepts(const Value& value) const override
     {
         const auto number = static_cast<Number>(value);
@@ -128,6 +136,7 @@ protected:
         const bool* const flag = std::get_if<bool>(&scalar);
         return flag != nullptr ? std::optional(static_cast<Value>(*flag ? 1 : 0)) : std::nullopt;
     }
+    Scalar scalarOf(const Value& value) const override { return value != Value{}; }
     bool accepts(const Value&) const override { return true; }
     std::string textOf(const Value& value) const override { return value != Value{} ? "true" : "false"; }
 };
@@ -141,6 +150,7 @@ public:
 
 protected:
     std::optional<std::string> valueIn(const Scalar& scalar) const override;
+    Scalar scalarOf(const std::string& value) const override { return value; }
     bool accepts(const std::string& value) const override;
     std::string textOf(const std::string& value) const override { return inQuotes(value); }
 
@@ -169,6 +179,10 @@ protected:
     {
         const auto index = indexOf(scalar, m_names);
         return index ? std::optional(static_cast<Enumeration>(*index)) : std::nullopt;
+    }
+    Scalar scalarOf(const Enumeration& value) const override
+    {
+        return std::string(m_names[static_cast<std::size_t>(value)]);
     }
     bool accepts(const Enumeration& value) const override { return static_cast<std::size_t>(value) < m_names.size(); }
     std::string textOf(const Enumeration& value) const override

@@ -1,7 +1,10 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ResultForm.h"
+#include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -35,7 +38,8 @@ ChannelInFile inFile(const ChannelResult& channel)
         .holds = holdsOf(channel),
         .analysis = {analyse(traceOf(channel), channel.plan)}};
     for (const Sweep& sweep : channel.sweeps) {
-        written.sweeps.push_back({sweep, channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
+        written.sweeps.push_back({sweep, sweep.reason.empty() ? std::nullopt : std::optional(sweep.reason),
+            channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
     }
     return written;
 }
@@ -44,14 +48,13 @@ ChannelInFile inFile(const ChannelResult& channel)
 
 void writeJson(std::ostream& stream, const ScanResult& result, const WriteOptions&)
 {
-    ResultInFile written{.schemaPlace = "",
-        .programVersion = SDC_VERSION,
+    ResultInFile written{.programVersion = SDC_VERSION,
         .scenario = result.scenario,
         .description = result.description,
         .kind = result.kind,
         .channels = {}};
     std::ranges::transform(result.channels, std::back_inserter(written.channels), inFile);
-    support::writeReadably(stream, resultForm().write(&written));
+    support::writeReadably(stream, support::jsonOf(resultRecord(), &written));
 }
 
 } // namespace sdc

@@ -1,148 +1,232 @@
 #include "apps/sdc/result/ResultForm.h"
 
-#include "support/ReadableJson.h"
-#include "support/Time.h"
+#include "apps/sdc/result/ResultTypes.h"
+
+#include <fmt/format.h>
+
+#include <limits>
+#include <set>
+#include <utility>
 
 namespace sdc {
 
 namespace {
 
-/// A moment, as rfc3339 writes it.
-class MomentKind : public Kind {
-public:
-    std::string expected() const override { return "a moment in UTC such as 2026-01-02T03:04:05.678Z"; }
-    Json schema() const override { return {{"type", "string"}, {"format", "date-time"}}; }
-    Json write(const void* value) const override { return support::rfc3339(*static_cast<const TimePoint*>(value)); }
-    bool read(const nlohmann::json& json, void* value) const override
-    {
-        const auto moment = json.is_string() ? support::parseRfc3339(json.get_ref<const std::string&>()) : std::nullopt;
-        *static_cast<TimePoint*>(value) = moment.value_or(TimePoint{});
-        return moment.has_value();
-    }
-};
-
-using Plan = ScanPlan;
+using support::Record;
+using support::Wrong;
 
 constexpr double highestLevel_dBm = 21474836.0; // what a controller's reading can be
-constexpr double furthestOffset = 1e15;
+constexpr std::int64_t furthestOffset = 1'000'000'000'000;
+constexpr std::size_t mostItems = 10'000'000; // more than a file can have
 
-const IntegerKind<std::uint32_t> word;
-const IntegerKind<std::int32_t> count;
-const IntegerKind<std::uint32_t> version({1, 1});
-const IntegerKind<std::int64_t> offset({-furthestOffset, furthestOffset});
-const HundredthsKind<std::int32_t> level({-highestLevel_dBm, highestLevel_dBm});
-const HundredthsKind<std::int64_t> difference({0.0, 2.0 * highestLevel_dBm});
-const NumberKind width({0.0, 4294967295.0});
-const TextKind text;
-const TextKind reason(1);
-const MomentKind moment;
-const WordKind<ScanKind> scanKind(scanKinds);
-const WordKind<Ending> ending(endings);
-const ListKind<std::uint32_t> words(word);
-const ListKind<std::int32_t> levels(level);
+const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
+const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
+const HundredthsSpec level{-highestLevel_dBm, highestLevel_dBm};
+const TypeSpec<TextType> text;
+const TypeSpec<MomentType> moment;
 
-const ObjectKind plan({
-    required<Plan>("lowest_kHz", &Plan::lowest_kHz, word, "first frequency, kHz"),
-    required<Plan>("highest_kHz", &Plan::highest_kHz, word, "bound of the last frequency, kHz"),
-    required<Plan>("step_kHz", &Plan::step_kHz, word, "from one sample to the next, kHz"),
-    required<Plan>("samples", &Plan::samples, count, "number of samples in a sweep"),
-    required<Plan>("first_settle_ms", &Plan::firstSetRxWait_ms, word, "settle delay before the first reading, ms"),
-    required<Plan>("settle_ms", &Plan::setRxWait_ms, word, "settle delay before each other reading, ms"),
-    required<Plan>("channel_spacing_kHz", &Plan::channelSpacing_kHz, word, "from one channel to the next, kHz"),
-    required<Plan>("rx_frequency_kHz", &Plan::rxFrequency_kHz, word, "configured receive frequency, kHz"),
-});
+const Record<ScanPlan> planRecord{"plan", "what the last sweep was going to do",
+    {
+        {"lowest_kHz", &ScanPlan::lowest_kHz, word, "first frequency, kHz"},
+        {"highest_kHz", &ScanPlan::highest_kHz, word, "bound of the last frequency, kHz"},
+        {"step_kHz", &ScanPlan::step_kHz, word, "from one sample to the next, kHz"},
+        {"samples", &ScanPlan::samples, count, "number of samples in a sweep"},
+        {"first_settle_ms", &ScanPlan::firstSetRxWait_ms, word, "settle delay before the first reading, ms"},
+        {"settle_ms", &ScanPlan::setRxWait_ms, word, "settle delay before each other reading, ms"},
+        {"channel_spacing_kHz", &ScanPlan::channelSpacing_kHz, word, "from one channel to the next, kHz"},
+        {"rx_frequency_kHz", &ScanPlan::rxFrequency_kHz, word, "configured receive frequency, kHz"},
+    }};
 
-const ObjectKind sample({
-    required<SDCResult>("frequency_kHz", &SDCResult::frequency_kHz, word, "frequency, kHz"),
-    required<SDCResult>("level_dBm", &SDCResult::rssi, level, "level, dBm"),
-});
-const ListKind<SDCResult> samples(sample);
+const Record<SDCResult> sampleRecord{"sample", "one reading",
+    {
+        {"frequency_kHz", &SDCResult::frequency_kHz, word, "frequency, kHz"},
+        {"level_dBm", &SDCResult::rssi, level, "level, dBm"},
+    }};
 
-const ObjectKind sweep({
-    required<SweepInFile>("start", &Sweep::start, moment, "when it began"),
-    required<SweepInFile>("end", &Sweep::end, moment, "when it ended"),
-    required<SweepInFile>("ending", &Sweep::ending, ending, "how it ended"),
-    optional<SweepInFile>("reason", &Sweep::reason, reason, "of a failure"),
-    required<SweepInFile>("status", &Sweep::statusText, text, "of the controller at the end, in its words"),
-    required<SweepInFile>("planned", &SweepInFile::planned, count, "number of samples"),
-    required<SweepInFile>("taken", &SweepInFile::taken, word, "number of samples"),
-    required<SweepInFile>("rx_before_kHz", &Sweep::rxBefore_kHz, word, "receive frequency before the sweep, kHz"),
-    required<SweepInFile>("rx_after_kHz", &Sweep::rxAfter_kHz, word, "receive frequency after the sweep, kHz"),
-    required<SweepInFile>("samples", &Sweep::samples, samples, "in the order taken, the lowest frequency first"),
-});
-const ListKind<SweepInFile> sweeps(sweep, 1);
+std::optional<Wrong> wrong(std::string path, const std::string& is, const std::string& right)
+{
+    return Wrong{std::move(path), "is " + is + "; must be " + right};
+}
 
-const ObjectKind holdLists({
-    required<HoldsInFile>("frequency_kHz", &HoldsInFile::frequencies_kHz, words, "frequencies that any sweep reached, kHz"),
-    required<HoldsInFile>("max_dBm", &HoldsInFile::max, levels, "strongest level at each frequency"),
-    required<HoldsInFile>("min_dBm", &HoldsInFile::min, levels, "weakest level at each frequency"),
-    required<HoldsInFile>("average_dBm", &HoldsInFile::average, levels, "mean power at each frequency"),
-});
+std::optional<Wrong> endsBeforeItsStart(const SweepInFile& sweep)
+{
+    return sweep.end < sweep.start ? wrong("end", support::inQuotes(support::rfc3339(sweep.end)), "not before the start")
+                                   : std::nullopt;
+}
 
-const ObjectKind peak({
-    required<Peak>("frequency_kHz", &Peak::frequency_kHz, word, "of the top, kHz"),
-    required<Peak>("level_dBm", &Peak::level, level, "level, dBm"),
-    required<Peak>("prominence_dB", &Peak::prominence, difference, "above the higher of the two valleys beside it, dB"),
-    required<Peak>("width_kHz", &Peak::width_kHz, word, "3 dB below the top, kHz"),
-});
-const ListKind<Peak> peaks(peak);
+std::optional<Wrong> isMiscounted(const SweepInFile& sweep)
+{
+    return sweep.taken != sweep.samples.size()
+        ? wrong("taken", std::to_string(sweep.taken), fmt::format("{}, the number of samples", sweep.samples.size()))
+        : std::nullopt;
+}
 
-const ObjectKind rasterChannel({
-    required<RasterChannel>("offset", &RasterChannel::offset, offset, "channels above the configured one; negative: below"),
-    required<RasterChannel>("centre_kHz", &RasterChannel::centre_kHz, word, "centre, kHz"),
-    required<RasterChannel>("level_dBm", &RasterChannel::level, level, "mean power of its samples, dBm"),
-    required<RasterChannel>("strongest_dBm", &RasterChannel::strongest, level, "strongest of its samples, dBm"),
-});
-const ListKind<RasterChannel> rasterChannels(rasterChannel);
+std::optional<Wrong> hasReasonWithoutFailure(const SweepInFile& sweep)
+{
+    return sweep.givenReason && sweep.ending != Ending::failed
+        ? wrong("ending", support::inQuotes(toText(sweep.ending)), "failed, because there is a reason")
+        : std::nullopt;
+}
 
-const ObjectKind analysis({
-    optional<AnalysisInFile>(
-        "floor_dBm", &Analysis::floor, level, "noise floor: median of the lowest tenth of the levels, dBm"),
-    required<AnalysisInFile>(
-        "samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word, "samples that do not count for the floor"),
-    optional<AnalysisInFile>(
-        "configured_channel", &Analysis::configured, rasterChannel, "the channel that the receiver belongs to"),
-    required<AnalysisInFile>("peaks", &Analysis::peaks, peaks, "humps, strongest first"),
-    required<AnalysisInFile>("other_channels", &Analysis::otherChannels, rasterChannels,
-        "channels of the raster that were seen whole, quietest first"),
-});
+const Record<SweepInFile> sweepRecord{"sweep", "one sweep",
+    {
+        {"start", &SweepInFile::start, moment, "when it began"},
+        {"end", &SweepInFile::end, moment, "when it ended"},
+        {"ending", &SweepInFile::ending, support::choice(endings), "how it ended"},
+        {"reason", &SweepInFile::givenReason, text, "of a failure", support::optional},
+        {"status", &SweepInFile::statusText, text, "of the controller at the end, in its words"},
+        {"planned", &SweepInFile::planned, count, "number of samples"},
+        {"taken", &SweepInFile::taken, word, "number of samples"},
+        {"rx_before_kHz", &SweepInFile::rxBefore_kHz, word, "receive frequency before the sweep, kHz"},
+        {"rx_after_kHz", &SweepInFile::rxAfter_kHz, word, "receive frequency after the sweep, kHz"},
+        {"samples", &SweepInFile::samples, support::list(sampleRecord, 0, mostItems),
+            "in the order taken, the lowest frequency first"},
+    },
+    {endsBeforeItsStart, isMiscounted, hasReasonWithoutFailure}};
 
-const ObjectKind channel({
-    required<ChannelInFile>("channel", &ChannelInFile::channel, word, "number of the radio channel"),
-    required<ChannelInFile>("unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"),
-    required<ChannelInFile>("filter_kHz", &ChannelInFile::filterWidth_kHz, width, "width of the receive filter, kHz"),
-    required<ChannelInFile>("plan", &ChannelInFile::plan, plan, "what the last sweep was going to do"),
-    required<ChannelInFile>("sweeps", &ChannelInFile::sweeps, sweeps, "in the order made"),
-    optional<ChannelInFile>(
-        "holds", &ChannelInFile::holds, holdLists, "over several sweeps; each list has an item for each frequency"),
-    required<ChannelInFile>("analysis", &ChannelInFile::analysis, analysis,
-        "of the sweep or, of several sweeps, of their averages; what cannot be said is absent"),
-});
-const ListKind<ChannelInFile> channels(channel, 1);
+const Record<HoldsInFile> holdsRecord{"holds", "over several sweeps; each list has an item for each frequency",
+    {
+        {"frequency_kHz", &HoldsInFile::frequencies_kHz, support::list(word, 0, mostItems, "frequency, kHz"),
+            "frequencies that any sweep reached, kHz"},
+        {"max_dBm", &HoldsInFile::max, support::list(level, 0, mostItems, "level, dBm"),
+            "strongest level at each frequency"},
+        {"min_dBm", &HoldsInFile::min, support::list(level, 0, mostItems, "level, dBm"), "weakest level at each frequency"},
+        {"average_dBm", &HoldsInFile::average, support::list(level, 0, mostItems, "level, dBm"),
+            "mean power at each frequency"},
+    }};
 
-const ObjectKind result({
-    optional<ResultInFile>("$schema", &ResultInFile::schemaPlace, text, "where this schema is found; for editors"),
-    required<ResultInFile>("schema_version", &ResultInFile::schemaVersion, version, "of this form; readers refuse others"),
-    required<ResultInFile>("program_version", &ResultInFile::programVersion, text, "of the program that wrote the result"),
-    required<ResultInFile>("scenario", &ResultInFile::scenario, text, "name of the scenario"),
-    required<ResultInFile>("description", &ResultInFile::description, text, "of the scenario, one line"),
-    required<ResultInFile>("kind", &ResultInFile::kind, scanKind, "of the scan"),
-    required<ResultInFile>("channels", &ResultInFile::channels, channels, "one for each radio channel that was scanned"),
-});
+const Record<Peak> peakRecord{"peak", "a hump",
+    {
+        {"frequency_kHz", &Peak::frequency_kHz, word, "of the top, kHz"},
+        {"level_dBm", &Peak::level, level, "level, dBm"},
+        {"prominence_dB", &Peak::prominence, HundredthsSpec{0.0, 2.0 * highestLevel_dBm},
+            "above the higher of the two valleys beside it, dB"},
+        {"width_kHz", &Peak::width_kHz, word, "3 dB below the top, kHz"},
+    }};
+
+const Record<RasterChannel> rasterChannelRecord{"raster_channel", "a channel of the raster",
+    {
+        {"offset", &RasterChannel::offset, support::integer(-furthestOffset, furthestOffset),
+            "channels above the configured one; negative: below"},
+        {"centre_kHz", &RasterChannel::centre_kHz, word, "centre, kHz"},
+        {"level_dBm", &RasterChannel::level, level, "mean power of its samples, dBm"},
+        {"strongest_dBm", &RasterChannel::strongest, level, "strongest of its samples, dBm"},
+    }};
+
+const Record<AnalysisInFile> analysisRecord{"analysis",
+    "of the sweep or, of several sweeps, of their averages; what cannot be said is absent",
+    {
+        {"floor_dBm", &AnalysisInFile::floor, level, "noise floor: median of the lowest tenth of the levels, dBm",
+            support::optional},
+        {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word, "samples that do not count for the floor"},
+        {"configured_channel", &AnalysisInFile::configured, rasterChannelRecord, "the channel that the receiver belongs to",
+            support::optional},
+        {"peaks", &AnalysisInFile::peaks, support::list(peakRecord, 0, mostItems), "humps, strongest first"},
+        {"other_channels", &AnalysisInFile::otherChannels, support::list(rasterChannelRecord, 0, mostItems),
+            "channels of the raster that were seen whole, quietest first"},
+    }};
+
+std::string placeOf(std::size_t sweep, const std::string& key)
+{
+    return fmt::format("sweeps[{}].{}", sweep, key);
+}
+
+std::optional<Wrong> plannedOtherwise(const ChannelInFile& channel)
+{
+    for (std::size_t index = 0; index < channel.sweeps.size(); ++index) {
+        const std::int32_t planned = channel.sweeps[index].planned;
+        if (planned != channel.plan.samples) {
+            return wrong(placeOf(index, "planned"), std::to_string(planned),
+                fmt::format("{}, as the plan says", channel.plan.samples));
+        }
+    }
+    return std::nullopt;
+}
+
+/// Sweeps before the last one may have had another plan.
+std::optional<Wrong> isCompleteWithoutAllSamples(const ChannelInFile& channel)
+{
+    const SweepInFile& last = channel.sweeps.back();
+    return last.ending == Ending::complete && std::cmp_not_equal(last.taken, last.planned)
+        ? wrong(placeOf(channel.sweeps.size() - 1, "ending"), support::inQuotes(toText(last.ending)),
+            fmt::format("stopped or failed, because {} of {} samples were taken", last.taken, last.planned))
+        : std::nullopt;
+}
+
+/// Of samples that should stand so many kHz apart from a frequency on, the first one that does not, with its right place.
+std::optional<Wrong> misplaced(const SweepInFile& sweep, std::size_t index, std::int64_t lowest_kHz, std::int64_t step_kHz)
+{
+    for (std::size_t sample = 0; sample < sweep.samples.size(); ++sample) {
+        const std::int64_t is_kHz = sweep.samples[sample].frequency_kHz;
+        const std::int64_t right_kHz = lowest_kHz + static_cast<std::int64_t>(sample) * step_kHz;
+        if (step_kHz < 0 || is_kHz != right_kHz) {
+            const std::size_t place = step_kHz < 0 ? 1 : sample;
+            return wrong(placeOf(index, fmt::format("samples[{}].frequency_kHz", place)),
+                std::to_string(sweep.samples[place].frequency_kHz),
+                step_kHz < 0 ? "no lower than the one before" : fmt::format("{} (steps of {} kHz)", right_kHz, step_kHz));
+        }
+    }
+    return std::nullopt;
+}
+
+/// One step from each sample to the next; of the last sweep, whose plan is known, the samples stand where the plan says.
+std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
+{
+    for (std::size_t index = 0; index + 1 < channel.sweeps.size(); ++index) {
+        const std::vector<SDCResult>& samples = channel.sweeps[index].samples;
+        const std::int64_t lowest_kHz = samples.empty() ? 0 : samples[0].frequency_kHz;
+        const std::int64_t step_kHz = samples.size() > 1 ? samples[1].frequency_kHz - lowest_kHz : 0;
+        if (auto found = misplaced(channel.sweeps[index], index, lowest_kHz, step_kHz)) {
+            return found;
+        }
+    }
+    return misplaced(
+        channel.sweeps.back(), channel.sweeps.size() - 1, channel.plan.lowest_kHz, std::int64_t{channel.plan.step_kHz});
+}
+
+const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
+    {
+        {"channel", &ChannelInFile::channel, word, "number of the radio channel"},
+        {"unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"},
+        {"filter_kHz", &ChannelInFile::filterWidth_kHz, support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"),
+            "width of the receive filter, kHz"},
+        {"plan", &ChannelInFile::plan, planRecord, planRecord.sentence()},
+        {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostItems), "in the order made"},
+        {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
+        {"analysis", &ChannelInFile::analysis, analysisRecord, analysisRecord.sentence()},
+    },
+    {plannedOtherwise, isCompleteWithoutAllSamples, hasMisplacedSamples}};
+
+std::optional<Wrong> hasAChannelTwice(const ResultInFile& result)
+{
+    std::set<std::uint32_t> numbers;
+    for (std::size_t index = 0; index < result.channels.size(); ++index) {
+        const std::uint32_t number = result.channels[index].channel;
+        if (!numbers.insert(number).second) {
+            return wrong(
+                fmt::format("channels[{}].channel", index), std::to_string(number), "a number that no other channel has");
+        }
+    }
+    return std::nullopt;
+}
 
 } // namespace
 
-const Kind& resultForm()
+const Record<ResultInFile>& resultRecord()
 {
-    return result;
-}
-
-void writeResultSchema(std::ostream& stream)
-{
-    Json schema{{"$schema", "http://json-schema.org/draft-07/schema#"}, {"title", "Result of a scan"},
-        {"description", "what sweeps of a receiver found, and how they went"}};
-    schema.update(resultForm().schema());
-    support::writeReadably(stream, schema);
+    static const Record<ResultInFile> record{"result", "what sweeps of a receiver found, and how they went",
+        {
+            support::ignored<ResultInFile>("$schema", text, "where this schema is found; for editors"),
+            {"schema_version", &ResultInFile::schemaVersion, support::integer(1, 1), "of this form; readers refuse others"},
+            {"program_version", &ResultInFile::programVersion, text, "of the program that wrote the result"},
+            {"scenario", &ResultInFile::scenario, text, "name of the scenario"},
+            {"description", &ResultInFile::description, text, "of the scenario, one line"},
+            {"kind", &ResultInFile::kind, support::choice(scanKinds), "of the scan"},
+            {"channels", &ResultInFile::channels, support::list(channelRecord, 1, mostItems),
+                "one for each radio channel that was scanned"},
+        },
+        {hasAChannelTwice}};
+    return record;
 }
 
 } // namespace sdc

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "apps/sdc/result/Analysis.h"
-#include "apps/sdc/result/JsonForm.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "support/Fields.h"
 
 #include <cstdint>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,7 +14,8 @@ namespace sdc {
 // A result as it stands in a file: with what can be computed from it, for other readers.
 
 struct SweepInFile : Sweep {
-    std::int32_t planned = 0; ///< samples
+    std::optional<std::string> givenReason; ///< of a failure
+    std::int32_t planned = 0;               ///< samples
     std::uint32_t taken = 0;
 };
 
@@ -42,7 +42,6 @@ struct ChannelInFile {
 };
 
 struct ResultInFile {
-    std::string schemaPlace; ///< where the schema is found, for editors
     std::uint32_t schemaVersion = 1;
     std::string programVersion;
     std::string scenario;
@@ -51,10 +50,7 @@ struct ResultInFile {
     std::vector<ChannelInFile> channels;
 };
 
-/// The keys of a ResultInFile.
-const Kind& resultForm();
-
-/// Writes the JSON Schema (draft-07) of results.
-void writeResultSchema(std::ostream& stream);
+/// The keys of such a file, and what must hold among their values.
+const support::Record<ResultInFile>& resultRecord();
 
 } // namespace sdc

@@ -102,6 +102,18 @@ TEST(Fields, thatAreNotGivenKeepTheirDefaults)
     EXPECT_FALSE(car.fifth);
 }
 
+TEST(Fields, areWrittenAsTheyAreRead)
+{
+    const std::string text =
+        R"({"name":"a","seats":9,"owners":"many","colour":"green","wheels":[{"size_mm":0.5,"spare":true}],)"
+        R"("fifth":{"size_mm":7.0,"spare":false},"notes":["b",""]})";
+    Car car;
+    EXPECT_EQ(errorsIn(text, car), "");
+    EXPECT_EQ(jsonOf(carRecord(), &car).dump(), text);
+    car.fifth.reset();
+    EXPECT_FALSE(jsonOf(carRecord(), &car).contains("fifth"));
+}
+
 TEST(Fields, areToldWithWhatIsExpected)
 {
     const std::string good = R"("wheels": [{"size_mm": 1}])";
