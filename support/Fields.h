@@ -160,14 +160,14 @@ struct FieldOf : Field {
     /// @param accessor  a member, or what returns one from a record, const or not; a member that is a std::optional has no
     ///                  value where the field is not given
     template <typename Accessor, typename Spec>
-    FieldOf(
-        std::string theKey, Accessor accessor, const Spec& spec, std::string theSentence, Presence thePresence = required)
+    FieldOf(const std::string& theKey, Accessor accessor, const Spec& spec, const std::string& theSentence,
+        Presence thePresence = required)
     {
         using Member = std::remove_cvref_t<std::invoke_result_t<Accessor, Owner&>>;
         using Value = typename OptionalValue<Member>::Value;
-        key = std::move(theKey);
+        key = theKey;
         type = spec.template typeFor<Value>();
-        sentence = std::move(theSentence);
+        sentence = theSentence;
         presence = thePresence;
         open = [accessor](void* record) -> void* {
             Member& member = std::invoke(accessor, *static_cast<Owner*>(record));
@@ -235,6 +235,7 @@ private:
     static std::vector<Rule> erased(const std::vector<RuleOf>& rules)
     {
         std::vector<Rule> all;
+        all.reserve(rules.size());
         for (const RuleOf& rule : rules) {
             all.push_back([rule](const void* record) { return rule(*static_cast<const Owner*>(record)); });
         }

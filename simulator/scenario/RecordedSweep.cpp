@@ -132,7 +132,7 @@ private:
         }
     }
 
-    void addHop(SweepRow row, std::size_t line)
+    void addHop(SweepRow&& row, std::size_t line)
     {
         m_bins += row.levels_dBm.size();
         if (m_bins > m_mostBins) {
