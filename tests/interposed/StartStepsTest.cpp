@@ -26,6 +26,12 @@ std::int32_t SpectrumDiagnosticsController::prepSubBandScan4742()
     return planResult;
 }
 
+/// Defined here too: a compiler may bind the plans to the source that they stand in, and this choice stands there with them.
+SpectrumDiagnosticsController::Plan SpectrumDiagnosticsController::planFor(OduType /*type*/, ESDCCommand /*command*/)
+{
+    return &SpectrumDiagnosticsController::prepSubBandScan4742;
+}
+
 void SpectrumDiagnosticsController::setState(State state)
 {
     if (onSetState) {
@@ -51,7 +57,6 @@ protected:
         planResult = 0;
         onSetState = nullptr;
         prepare();
-        peers.radio.typeText = "4742";
     }
 
     std::int32_t freshStart()
@@ -75,6 +80,14 @@ TEST_F(StartSteps, planThatFailsLeavesTheControllerIdleWithItsSamples)
         EXPECT_EQ(inspect().m_currentRxFrequency_kHz(), 18000000U);
         EXPECT_THAT(samples(), ElementsAre(SDCResult{17000001, -101}, SDCResult{17000002, -102}));
     }
+}
+
+TEST_F(StartSteps, planThatFailsIsNotTracedWhereLevel1IsOff)
+{
+    setTraceLevel(PLX_TRACE_LEVEL_OFF);
+    planResult = 32768;
+    EXPECT_EQ(freshStart(), 32768);
+    EXPECT_THAT(log.callsStartingWith("trace"), IsEmpty());
 }
 
 TEST_F(StartSteps, planFailsFrom32768UpwardsComparedSigned)
