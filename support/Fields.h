@@ -87,6 +87,15 @@ struct LineSpec {
     }
 };
 
+template <typename Type> // one that has nothing to choose
+struct TypeSpec {
+    template <typename Value>
+    TypePointer typeFor() const
+    {
+        return std::make_shared<Type>();
+    }
+};
+
 struct ChoiceSpec {
     std::span<const std::string_view> names;
 
@@ -121,6 +130,14 @@ inline IntegerSpec integer(std::int64_t lowest, std::int64_t highest, std::strin
     return {{lowest, highest, std::move(unit)}};
 }
 inline FlagSpec flag()
+{
+    return {};
+}
+inline TypeSpec<TextType> text()
+{
+    return {};
+}
+inline TypeSpec<MomentType> moment()
 {
     return {};
 }

@@ -99,6 +99,16 @@ void describeFlag(Json& schema)
     schema["type"] = "boolean";
 }
 
+void TextType::describe(Json& schema, Json&) const
+{
+    schema["type"] = "string";
+}
+
+void MomentType::describe(Json& schema, Json&) const
+{
+    schema = {{"type", "string"}, {"format", "date-time"}};
+}
+
 void LineType::describe(Json& schema, Json&) const
 {
     schema["type"] = "string";

@@ -85,6 +85,18 @@ bool LineType::accepts(const std::string& value) const
     return m_least <= characters && characters <= m_most && support::shown(value, std::string::npos) == value;
 }
 
+std::optional<std::string> TextType::valueIn(const Scalar& scalar) const
+{
+    const auto* const text = std::get_if<std::string>(&scalar);
+    return text == nullptr ? std::nullopt : std::optional(*text);
+}
+
+std::optional<TimePoint> MomentType::valueIn(const Scalar& scalar) const
+{
+    const auto* const text = std::get_if<std::string>(&scalar);
+    return text == nullptr ? std::nullopt : parseRfc3339(*text);
+}
+
 std::string expectedChoice(std::span<const std::string_view> names)
 {
     std::vector<std::string> each;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Time.h"
 #include "support/Type.h"
 
 #include <cstddef>
@@ -13,7 +14,7 @@
 #include <utility>
 #include <variant>
 
-// What may stand in a field: numbers, integers, flags, lines, choices and lists.
+// What may stand in a field: numbers, integers, flags, lines, texts, moments, choices and lists.
 
 namespace support {
 
@@ -157,6 +158,32 @@ protected:
 private:
     std::size_t m_least;
     std::size_t m_most;
+};
+
+/// Any text, of several lines, too.
+class TextType final : public SimpleType<std::string> {
+public:
+    std::string expected() const override { return "a text"; }
+    void describe(Json& schema, Json& definitions) const override;
+
+protected:
+    std::optional<std::string> valueIn(const Scalar& scalar) const override;
+    Scalar scalarOf(const std::string& value) const override { return value; }
+    bool accepts(const std::string&) const override { return true; }
+    std::string textOf(const std::string& value) const override { return inQuotes(value); }
+};
+
+/// A moment, as rfc3339 writes it.
+class MomentType final : public SimpleType<TimePoint> {
+public:
+    std::string expected() const override { return "a moment in UTC such as 2026-01-02T03:04:05.678Z"; }
+    void describe(Json& schema, Json& definitions) const override;
+
+protected:
+    std::optional<TimePoint> valueIn(const Scalar& scalar) const override;
+    Scalar scalarOf(const TimePoint& value) const override { return rfc3339(value); }
+    bool accepts(const TimePoint&) const override { return true; }
+    std::string textOf(const TimePoint& value) const override { return inQuotes(rfc3339(value)); }
 };
 
 std::string expectedChoice(std::span<const std::string_view> names);

@@ -2,7 +2,7 @@
 
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
-#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

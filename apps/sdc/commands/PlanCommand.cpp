@@ -1,7 +1,6 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/ScanResult.h"
-#include "apps/sdc/result/Texts.h"
 #include "apps/sdc/tty/Screen.h"
 #include "support/Table.h"
 

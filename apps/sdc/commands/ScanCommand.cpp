@@ -5,6 +5,7 @@
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Interrupt.h"
 #include "apps/sdc/tty/Report.h"
+#include "apps/sdc/tty/Screen.h"
 #include "apps/sdc/tty/ShownTrace.h"
 
 #include <algorithm>

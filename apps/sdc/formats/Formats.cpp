@@ -6,6 +6,13 @@ namespace sdc {
 
 namespace {
 
+/// A picture, of the kind that the file's name tells.
+void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
+{
+    writePlot(stream, result,
+        {.format = plotFormat(options.file).value(), .width = options.width, .isColored = options.isColored});
+}
+
 constexpr Format all[] = {
     {"table", "Table, as on the terminal; - is standard output", writeTable},
     {"csv", "CSV, RFC 4180", writeCsv},

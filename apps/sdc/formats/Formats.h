@@ -28,7 +28,7 @@ struct Format {
 /// All formats. The first one is for people, and goes where nothing else is asked for.
 std::span<const Format> formats();
 
-// The writers of the formats: each has a source of its own.
+// The writers of the formats: each has a source of its own; that of pictures is plot/.
 
 /// For people: a table per channel with a bar for each level, then a short summary of what was found. At least 80 columns
 /// are used. With several sweeps the rows show the holds; where there are more samples than rows, each row shows several
@@ -52,8 +52,5 @@ void writeJson(std::ostream& stream, const ScanResult& result, const WriteOption
 /// that were planned and not taken are `nan`. A trace of one place has the channel spacing as its step. A sweep without any
 /// sample has no row. Some readers cannot show levels that are all equal.
 void writeSweepRows(std::ostream& stream, const ScanResult& result, const WriteOptions& options = {});
-
-/// A picture, of the kind that the file's name tells.
-void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options);
 
 } // namespace sdc

@@ -1,6 +1,6 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Holds.h"
-#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "support/Time.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/Holds.h"
-#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

@@ -1,11 +1,34 @@
 #pragma once
 
-#include "apps/sdc/options/ExitStatus.h"
-
 #include <functional>
 #include <stdexcept>
+#include <string_view>
 
 namespace sdc {
+
+/// What the program reports to its caller.
+enum ExitStatus : int {
+    EXIT_COMPLETE = 0,
+    EXIT_INTERNAL = 1,
+    EXIT_USAGE = 2,
+    EXIT_FAILED = 3, ///< a scan could not be started, was aborted, or left the receiver off its frequency
+    EXIT_STOPPED = 4,
+    EXIT_INTERRUPTED = 130, ///< as a shell reports a program that SIGINT has ended
+};
+
+struct ExitStatusText {
+    ExitStatus status;
+    std::string_view text;
+};
+
+inline constexpr ExitStatusText exitStatusTexts[] = {
+    {EXIT_COMPLETE, "complete"},
+    {EXIT_INTERNAL, "internal or output error"},
+    {EXIT_USAGE, "usage or bad scenario"},
+    {EXIT_FAILED, "scan failed"},
+    {EXIT_STOPPED, "stopped"},
+    {EXIT_INTERRUPTED, "second Ctrl-C"},
+};
 
 /// Arguments that cannot be acted upon. what() says what was wrong and what would be right.
 class UsageError : public std::runtime_error {

@@ -1,6 +1,6 @@
 #include "apps/sdc/plot/PlotFrame.h"
 
-#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
 #include "support/Time.h"
 

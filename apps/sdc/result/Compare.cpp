@@ -2,7 +2,7 @@
 
 #include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ResultFile.h"
-#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/result/ScanResult.h"
 
 #include <fmt/format.h>
 

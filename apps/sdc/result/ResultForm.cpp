@@ -1,10 +1,14 @@
 #include "apps/sdc/result/ResultForm.h"
 
-#include "apps/sdc/result/ResultTypes.h"
+#include "support/Time.h"
+#include "support/ValueTypes.h"
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -15,6 +19,49 @@ namespace {
 using support::Record;
 using support::Wrong;
 
+/// A number of at most two decimals, which the program counts in hundredths.
+template <typename Value>
+class HundredthsType final : public support::SimpleType<Value> {
+public:
+    HundredthsType(double lowest, double highest)
+        : m_number(lowest, highest, "")
+    {
+    }
+    std::string expected() const override { return m_number.expected() + " with at most two decimals"; }
+    void describe(support::Json& schema, support::Json& definitions) const override
+    {
+        m_number.describe(schema, definitions);
+    }
+
+protected:
+    std::optional<Value> valueIn(const support::Scalar& scalar) const override
+    {
+        constexpr double tolerance = 1e-4; // more than a number of two decimals is off as a binary fraction
+        double number = 0.0;
+        if (!m_number.read(scalar, &number) || std::abs(number * 100.0 - std::round(number * 100.0)) >= tolerance) {
+            return std::nullopt;
+        }
+        return static_cast<Value>(std::llround(number * 100.0));
+    }
+    support::Scalar scalarOf(const Value& value) const override { return static_cast<double>(value) / 100.0; }
+    bool accepts(const Value&) const override { return true; }
+    std::string textOf(const Value& value) const override { return support::numberText(static_cast<double>(value) / 100.0); }
+
+private:
+    support::NumberType m_number;
+};
+
+struct HundredthsSpec {
+    double lowest;
+    double highest;
+
+    template <typename Value>
+    support::TypePointer typeFor() const
+    {
+        return std::make_shared<HundredthsType<Value>>(lowest, highest);
+    }
+};
+
 constexpr double highestLevel_dBm = 21474836.0; // what a controller's reading can be
 constexpr std::int64_t furthestOffset = 1'000'000'000'000;
 constexpr std::size_t mostItems = 10'000'000; // more than a file can have
@@ -22,8 +69,8 @@ constexpr std::size_t mostItems = 10'000'000; // more than a file can have
 const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
 const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
 const HundredthsSpec level{-highestLevel_dBm, highestLevel_dBm};
-const TypeSpec<TextType> text;
-const TypeSpec<MomentType> moment;
+const auto text = support::text();
+const auto moment = support::moment();
 
 const Record<ScanPlan> planRecord{"plan", "what the last sweep was going to do",
     {

@@ -66,4 +66,18 @@ struct ScanResult {
     std::vector<ChannelResult> channels; ///< in the order asked for; at least one
 };
 
+/// Whether samples are missing.
+bool isPartial(const Sweep& sweep, const ScanPlan& plan);
+
+// What is said of results, the same way everywhere and whatever the locale.
+
+/// A number of hundredths with its two decimals: -4512 is "-45.12".
+std::string hundredths(std::int64_t value);
+
+/// A frequency in MHz with its three decimals: 19177500 kHz is "19177.500".
+std::string megahertz(std::uint32_t frequency_kHz);
+
+/// Of a sweep that is not complete, for people: "PARTIAL 5/13, failed: tuning failed". Empty of one that is.
+std::string stateOf(const Sweep& sweep, const ScanPlan& plan);
+
 } // namespace sdc

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/sdc/scan/Sink.h"
+#include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Progress.h"
 #include "apps/sdc/tty/Screen.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/sdc/options/ExitStatus.h"
+#include "apps/sdc/options/CommandLine.h"
 
 #include <cstdint>
 #include <functional>

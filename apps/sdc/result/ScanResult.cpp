@@ -1,4 +1,4 @@
-#include "apps/sdc/result/Texts.h"
+#include "apps/sdc/result/ScanResult.h"
 
 #include "support/Text.h"
 
