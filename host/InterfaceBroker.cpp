@@ -2,11 +2,7 @@
 
 #include "host/HostObserver.h"
 
-namespace {
-
-constexpr std::int32_t failed = 32768;
-
-} // namespace
+#include "Platform/Host/ResultCode.h"
 
 InterfaceBroker& InterfaceBroker::getInstance()
 {
@@ -18,13 +14,13 @@ InterfaceBroker& InterfaceBroker::getInstance()
 std::int32_t InterfaceBroker::registerInterface(const std::string& name, IInterface* interface)
 {
     host::tellHostObserver("broker.register " + name);
-    return m_interfaces.emplace(name, interface).second ? 0 : failed;
+    return m_interfaces.emplace(name, interface).second ? PLX_RC_OK : PLX_RC_FAILED;
 }
 
 std::int32_t InterfaceBroker::unregisterInterface(const std::string& name)
 {
     host::tellHostObserver("broker.unregister " + name);
-    return m_interfaces.erase(name) == 1 ? 0 : failed;
+    return m_interfaces.erase(name) == 1 ? PLX_RC_OK : PLX_RC_FAILED;
 }
 
 const std::map<std::string, IInterface*>& InterfaceBroker::interfaces() const

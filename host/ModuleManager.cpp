@@ -2,13 +2,14 @@
 
 #include "host/HostObserver.h"
 
+#include "Platform/Host/ResultCode.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace host {
 
 namespace {
-
-constexpr unsigned int failed = 32768;
 
 struct Phase {
     const char* name;
@@ -33,10 +34,11 @@ constexpr Phase stopPhase = {"onPhaseStop", &ModuleInterface::onPhaseStop};
 bool runPhase(ModuleInterface& module, const Phase& phase, std::vector<PhaseFailure>& failures)
 {
     const unsigned int result = (module.*phase.callback)();
-    if (result >= failed) {
+    const bool hasFailed = std::cmp_greater_equal(result, PLX_RC_FAILED);
+    if (hasFailed) {
         failures.push_back({module.moduleName(), phase.name, result});
     }
-    return result < failed;
+    return !hasFailed;
 }
 
 } // namespace

@@ -2,10 +2,10 @@
 
 #include "support/Fields.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,7 +23,9 @@ enum class Operation : std::uint8_t {
     getUnitInfo,
 };
 
-constexpr std::size_t numberOfOperations = 8;
+/// Their names in scenario files and messages.
+inline constexpr std::array<std::string_view, 8> operationNames{"setRxFrequency", "readRssi", "getRxFrequency",
+    "getChannelSpacing", "getFrequencyParameters", "createPropertiesProvider", "getProperties", "getUnitInfo"};
 
 /// What a faulty call does.
 enum class FaultAction : std::uint8_t {
@@ -34,6 +36,8 @@ enum class FaultAction : std::uint8_t {
     stick,  ///< setRxFrequency: returns 0, the receiver does not move. readRssi: the reading before once more; the first
             ///< reading of all has none before it and is taken
 };
+
+inline constexpr std::array<std::string_view, 4> faultActionNames{"refuse", "throw", "answer", "stick"};
 
 /// Calls of one operation that go wrong.
 struct Fault {
@@ -54,13 +58,15 @@ struct Fault {
 /// Whether the fault's value is what a radio word is answered with: the configured frequency, or the channel spacing.
 bool answersWithWord(const Fault& fault);
 
-/// The names in scenario files and messages: those of the enumerators, but "throw" for FaultAction::fail.
-std::string_view toString(Operation operation);
-std::string_view toString(FaultAction action);
+constexpr std::string_view toString(Operation operation)
+{
+    return operationNames.at(static_cast<std::size_t>(operation));
+}
 
-/// What has the name; nothing for any other text.
-std::optional<Operation> operationFromString(std::string_view name);
-std::optional<FaultAction> faultActionFromString(std::string_view name);
+constexpr std::string_view toString(FaultAction action)
+{
+    return faultActionNames.at(static_cast<std::size_t>(action));
+}
 
 /// Whether an operation can do that.
 bool knows(Operation operation, FaultAction action);

@@ -52,7 +52,7 @@ private:
         Fault fault;
         std::uint64_t callsBefore; ///< begun before the fault was there
     };
-    using Counters = std::array<std::uint64_t, numberOfOperations>;
+    using Counters = std::array<std::uint64_t, operationNames.size()>;
 
     std::optional<Fault> begin(Operation operation);
     void end(Operation operation);

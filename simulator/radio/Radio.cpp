@@ -2,6 +2,7 @@
 
 #include "simulator/radio/FaultPlan.h"
 
+#include "Platform/Host/ResultCode.h"
 #include "Platform/Radio/IFrameFormat.h"
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRadio.h"
@@ -21,8 +22,6 @@ namespace simulator {
 
 namespace {
 
-constexpr std::int32_t refused = 32768;
-
 /// Holds copies and shares the faults: its owner, a module, may end at any time.
 class PropertiesProvider : public IRadioPropertiesProvider {
 public:
@@ -37,10 +36,10 @@ public:
     {
         const FaultPlan::Call call(*m_faults, Operation::getProperties);
         if (call.does(FaultAction::refuse)) {
-            return refused;
+            return PLX_RC_FAILED;
         }
         properties = m_properties;
-        return 0;
+        return PLX_RC_OK;
     }
 
     void getUnitInfo(UnitInfo& unitInfo) override
@@ -95,10 +94,10 @@ public:
     {
         const FaultPlan::Call call(m_faults, Operation::setRxFrequency);
         if (call.does(FaultAction::refuse)) {
-            return refused;
+            return PLX_RC_FAILED;
         }
         if (call.does(FaultAction::stick)) {
-            return 0;
+            return PLX_RC_OK;
         }
         return static_cast<std::int32_t>(call.valueOr(m_receiver.tune(frequency_kHz)));
     }
@@ -121,7 +120,7 @@ public:
     {
         const FaultPlan::Call call(m_faults, Operation::readRssi);
         if (call.does(FaultAction::refuse)) {
-            return refused;
+            return PLX_RC_FAILED;
         }
         const std::lock_guard<std::mutex> guard(m_guard);
         if (call.does(FaultAction::answer)) {
@@ -130,7 +129,7 @@ public:
             m_last = m_receiver.reading();
         }
         rssi = *m_last;
-        return 0;
+        return PLX_RC_OK;
     }
 
 private:

@@ -2,6 +2,8 @@
 
 #include "simulator/radio/Fading.h"
 
+#include "Platform/Host/ResultCode.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -11,8 +13,6 @@
 namespace simulator {
 
 namespace {
-
-constexpr std::int32_t failed = 32768;
 
 double inMs(host::Clock::Duration duration)
 {
@@ -45,7 +45,7 @@ Receiver::Receiver(const Link& link, host::Clock& clock)
 std::int32_t Receiver::tune(std::uint32_t frequency_kHz)
 {
     if (frequency_kHz < m_lowest_kHz || frequency_kHz > m_highest_kHz) {
-        return failed;
+        return PLX_RC_FAILED;
     }
     const host::Clock::Duration now = m_clock.now();
     const std::lock_guard<std::mutex> guard(m_guard);
@@ -53,7 +53,7 @@ std::int32_t Receiver::tune(std::uint32_t frequency_kHz)
     m_ahead_dB = shown_dBm - m_air.rssi_dBm(frequency_kHz, inMs(now));
     m_tunedAt = now;
     m_frequency_kHz = frequency_kHz;
-    return 0;
+    return PLX_RC_OK;
 }
 
 std::int32_t Receiver::reading()

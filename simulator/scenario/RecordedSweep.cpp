@@ -18,9 +18,10 @@ namespace simulator {
 
 namespace {
 
-double milliwatts(double level_dBm)
+/// Nothing where no level is known.
+double seen_mW(double level_dBm)
 {
-    return std::isnan(level_dBm) ? 0.0 : std::pow(10.0, level_dBm / 10.0);
+    return std::isnan(level_dBm) ? 0.0 : milliwatts(level_dBm);
 }
 
 /// Where the scanner stood, and the powers it has seen there in all sweeps.
@@ -31,7 +32,7 @@ public:
         , m_line(line)
         , m_powers_mW(std::move(row.levels_dBm))
     {
-        std::ranges::transform(m_powers_mW, m_powers_mW.begin(), milliwatts);
+        std::ranges::transform(m_powers_mW, m_powers_mW.begin(), seen_mW);
     }
 
     double highest_Hz() const { return m_highest_Hz; }
@@ -46,7 +47,7 @@ public:
                 m_powers_mW, std::back_inserter(m_counts), [](double power_mW) { return power_mW > 0.0 ? 1U : 0U; });
         }
         for (std::size_t index = 0; index < levels_dBm.size(); ++index) {
-            m_powers_mW[index] += milliwatts(levels_dBm[index]);
+            m_powers_mW[index] += seen_mW(levels_dBm[index]);
             m_counts[index] += std::isnan(levels_dBm[index]) ? 0U : 1U;
         }
     }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 
@@ -51,31 +52,15 @@ Number parse(const std::string& word, const char* what, const char* expected)
     return number;
 }
 
-template <typename Value>
-Value named(const std::string& word, const char* what, std::initializer_list<Value> all)
+/// @param names  of the enumerators, in their order
+template <typename Enumeration>
+Enumeration named(const std::string& word, const char* what, std::span<const std::string_view> names)
 {
-    std::string names;
-    for (const Value value : all) {
-        if (word == simulator::toString(value)) {
-            return value;
-        }
-        names += (names.empty() ? "" : ", ") + std::string(simulator::toString(value));
+    const auto found = std::ranges::find(names, word);
+    if (found == names.end()) {
+        throw InvalidLine(fmt::format("unknown {} '{}'; expected one of {}", what, shown(word), fmt::join(names, ", ")));
     }
-    throw InvalidLine("unknown " + std::string(what) + " '" + shown(word) + "'; expected one of " + names);
-}
-
-simulator::Operation operationNamed(const std::string& word)
-{
-    using enum simulator::Operation;
-    return named(word, "operation",
-        {setRxFrequency, readRssi, getRxFrequency, getChannelSpacing, getFrequencyParameters, createPropertiesProvider,
-            getProperties, getUnitInfo});
-}
-
-simulator::FaultAction actionNamed(const std::string& word)
-{
-    using enum simulator::FaultAction;
-    return named(word, "action", {refuse, fail, answer, stick});
+    return static_cast<Enumeration>(found - names.begin());
 }
 
 std::string resultText(std::int32_t code)
@@ -295,8 +280,8 @@ void Console::fault(const Words& words)
         throw InvalidLine("a fault needs an operation and an action, such as: fault setRxFrequency refuse");
     }
     simulator::Fault fault;
-    fault.operation = operationNamed(words[1]);
-    fault.action = actionNamed(words[2]);
+    fault.operation = named<simulator::Operation>(words[1], "operation", simulator::operationNames);
+    fault.action = named<simulator::FaultAction>(words[2], "action", simulator::faultActionNames);
     if (words.size() > 3) {
         fault.calls = words[3] == "all" ? simulator::Fault::all
                                         : parse<std::uint64_t>(words[3], "number of calls", "a number such as 3, or all");

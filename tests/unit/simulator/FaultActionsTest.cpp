@@ -28,19 +28,11 @@ TEST(FaultNames, areThoseOfTheEnumeratorsButThrow)
         "getFrequencyParameters", "createPropertiesProvider", "getProperties", "getUnitInfo"};
     for (std::size_t index = 0; index < operations.size(); ++index) {
         EXPECT_EQ(toString(operations[index]), operationNames[index]);
-        EXPECT_EQ(simulator::operationFromString(operationNames[index]), operations[index]);
     }
     const std::array<std::string_view, 4> actionNames{"refuse", "throw", "answer", "stick"};
     for (std::size_t index = 0; index < actions.size(); ++index) {
         EXPECT_EQ(toString(actions[index]), actionNames[index]);
-        EXPECT_EQ(simulator::faultActionFromString(actionNames[index]), actions[index]);
     }
-    for (const std::string_view other : {"", "fail", "SetRxFrequency", "setRxFrequency ", "refuse1"}) {
-        EXPECT_FALSE(simulator::operationFromString(other)) << other;
-        EXPECT_FALSE(simulator::faultActionFromString(other)) << other;
-    }
-    EXPECT_EQ(toString(static_cast<Operation>(8)), "unknown");
-    EXPECT_EQ(toString(static_cast<FaultAction>(4)), "unknown");
 }
 
 TEST(FaultActions, areKnownToTheOperationsThatCanDoThem)
