@@ -7,6 +7,8 @@ foreach(file IN LISTS FILES)
 endforeach()
 file(WRITE "${OUTPUT}" "#include \"simulator/scenario/EmbeddedText.h\"
 
+#include <span>
+
 namespace embedded {
 
 std::span<const Text> ${FUNCTION}();

@@ -1,8 +1,12 @@
 #include "simulator/Radios.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
+
+#include "Platform/Host/RadioChannel.h"
+#include "simulator/radio/Receiver.h"
 
 namespace simulator {
 

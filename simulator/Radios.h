@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Host/RadioChannel.h"
 #include "host/Clock.h"
 #include "simulator/radio/Radio.h"
 #include "simulator/scenario/Scenario.h"

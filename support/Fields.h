@@ -1,7 +1,8 @@
 #pragma once
 
-#include "support/Type.h"
-#include "support/ValueTypes.h"
+#include "support/Errors.h"
+#include "support/Type.h"       // IWYU pragma: export
+#include "support/ValueTypes.h" // IWYU pragma: export
 
 #include <cstddef>
 #include <cstdint>

@@ -6,7 +6,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <limits>
+#include <optional>
+#include <utility>
+#include <variant>
 
 namespace support {
 

@@ -2,6 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
+#include <variant>
+
 namespace support {
 
 namespace {

@@ -3,6 +3,7 @@
 #include "support/Text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace support {

@@ -1,6 +1,7 @@
 #include "support/Type.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace support {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+// IWYU pragma: private, include "support/Fields.h"
+
 #include "support/Errors.h"
 
 #include <nlohmann/json_fwd.hpp>

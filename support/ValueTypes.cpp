@@ -1,5 +1,7 @@
 #include "support/ValueTypes.h"
 
+#include "support/Errors.h"
+#include "support/Fields.h"
 #include "support/Text.h"
 
 #include <algorithm>

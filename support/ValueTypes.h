@@ -1,11 +1,13 @@
 #pragma once
 
+// IWYU pragma: private, include "support/Fields.h"
+
+#include "support/Errors.h"
 #include "support/Time.h"
 #include "support/Type.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>

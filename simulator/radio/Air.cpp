@@ -4,6 +4,10 @@
 #include <type_traits>
 #include <variant>
 
+#include "simulator/radio/Band.h"
+#include "simulator/radio/emitters/Carrier.h"
+#include "simulator/radio/emitters/ContinuousWave.h"
+
 namespace simulator {
 
 namespace {

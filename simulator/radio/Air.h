@@ -1,8 +1,8 @@
 #pragma once
 
-#include "simulator/radio/Band.h"
 #include "simulator/radio/Emitters.h"
 #include "simulator/radio/Fading.h"
+#include "simulator/radio/emitters/Carrier.h"
 
 #include <tuple>
 #include <variant>

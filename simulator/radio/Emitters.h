@@ -5,11 +5,13 @@
 #include "simulator/radio/emitters/EdgeLeakage.h"
 #include "simulator/radio/emitters/NoiseBand.h"
 #include "simulator/radio/emitters/Recording.h"
+#include "support/Fields.h"
 
 #include <concepts>
 #include <optional>
 #include <utility>
 #include <variant>
+#include <vector>
 
 // What is on the air of a radio channel. Records only: Air gives them effect.
 

@@ -1,7 +1,10 @@
 #include "simulator/radio/Fault.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
+
+#include "support/Errors.h"
 
 namespace simulator {
 

@@ -1,9 +1,14 @@
 #include "simulator/radio/Link.h"
 
 #include "simulator/radio/emitters/Limits.h"
+#include "simulator/radio/emitters/Recording.h"
+#include "support/Errors.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <stdexcept>
+#include <utility>
+#include <variant>
 
 // A controller plans in unsigned words that wrap and tests nothing. The limits and rules here keep all that it adds and
 // multiplies within a word, and all that it counts below a million, whatever it plans.

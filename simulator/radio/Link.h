@@ -5,6 +5,7 @@
 #include "simulator/radio/Emitters.h"
 #include "simulator/radio/Fading.h"
 #include "simulator/radio/Fault.h"
+#include "support/Fields.h"
 
 #include <cstdint>
 #include <string>

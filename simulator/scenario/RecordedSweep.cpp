@@ -1,5 +1,8 @@
 #include "simulator/scenario/RecordedSweep.h"
 
+#include "simulator/radio/Band.h"
+#include "simulator/radio/emitters/RecordedBins.h"
+#include "simulator/radio/emitters/Recording.h"
 #include "simulator/scenario/Scenario.h"
 #include "simulator/scenario/SweepRow.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "simulator/radio/Emitters.h"
-
 #include <cstddef>
 #include <string>
 #include <string_view>
+
+#include "simulator/radio/emitters/Recording.h"
 
 namespace simulator {
 

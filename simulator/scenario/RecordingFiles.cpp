@@ -1,10 +1,12 @@
 #include "simulator/scenario/RecordingFiles.h"
 
+#include "simulator/radio/emitters/RecordedBins.h"
 #include "simulator/scenario/RecordedSweep.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Text.h"
 
 #include <filesystem>
+#include <memory>
 #include <utility>
 
 namespace simulator {

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "simulator/radio/emitters/Recording.h"
-
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
+
+#include "simulator/radio/emitters/RecordedBins.h"
 
 namespace simulator {
 

@@ -1,17 +1,22 @@
 #include "simulator/scenario/Scenario.h"
 
+#include "simulator/radio/Emitters.h"
+#include "simulator/radio/emitters/Recording.h"
 #include "simulator/scenario/RecordingFiles.h"
 #include "simulator/scenario/ScenarioRecord.h"
+#include "support/Errors.h"
 #include "support/FieldsJson.h"
 #include "support/Suggestion.h"
 #include "support/Text.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <system_error>
-#include <utility>
+#include <variant>
 
 namespace embedded {
 

@@ -1,7 +1,15 @@
 #include "simulator/scenario/ScenarioRecord.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
+#include <vector>
+
+#include "Platform/Host/RadioChannel.h"
+#include "simulator/radio/Link.h"
+#include "support/Errors.h"
 
 namespace simulator {
 

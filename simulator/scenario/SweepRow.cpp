@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+#include <string>
+#include <system_error>
 
 namespace simulator {
 

@@ -2,10 +2,14 @@
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/Compare.h"
 #include "apps/sdc/result/ResultFile.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/tty/Screen.h"
+#include "support/Text.h"
 
 #include <memory>
+#include <ostream>
 #include <stdexcept>
+#include <string>
 
 namespace sdc {
 

@@ -1,18 +1,24 @@
 #include "apps/sdc/commands/Console.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "simulator/radio/Fault.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <iterator>
 #include <span>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
+#include <system_error>
 
 namespace sdc {
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/ShownTrace.h"
 #include "host/Clock.h"
 #include "simulator/Radios.h"
 #include "terminal/Terminal.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <istream>
 #include <optional>

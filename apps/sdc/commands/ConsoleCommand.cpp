@@ -1,14 +1,22 @@
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/commands/Console.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
+#include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
+#include "host/Clock.h"
 
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace sdc {
 

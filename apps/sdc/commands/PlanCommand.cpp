@@ -1,13 +1,20 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
 #include "support/Table.h"
+#include "support/Text.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
 
 namespace sdc {
 

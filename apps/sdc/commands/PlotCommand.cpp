@@ -3,11 +3,17 @@
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ResultFile.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/tty/Screen.h"
 
 #include <unistd.h>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
 
 namespace sdc {
 

@@ -1,17 +1,30 @@
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/formats/Outputs.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Interrupt.h"
 #include "apps/sdc/tty/Report.h"
 #include "apps/sdc/tty/Screen.h"
 #include "apps/sdc/tty/ShownTrace.h"
+#include "host/Clock.h"
+#include "simulator/Radios.h"
+#include "support/Text.h"
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace sdc {
 

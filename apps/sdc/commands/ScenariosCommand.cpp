@@ -1,15 +1,20 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/tty/Screen.h"
+#include "simulator/scenario/EmbeddedText.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Table.h"
 #include "support/Text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <fstream>
+#include <ios>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sdc {

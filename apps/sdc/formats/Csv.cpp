@@ -1,3 +1,4 @@
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ScanResult.h"
@@ -5,7 +6,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <ostream>
 #include <string>
 
 namespace sdc {

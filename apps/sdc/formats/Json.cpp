@@ -1,4 +1,5 @@
 #include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ResultForm.h"
 #include "support/FieldsJson.h"
@@ -7,7 +8,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
+#include <optional>
 
 namespace sdc {
 

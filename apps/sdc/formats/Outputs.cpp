@@ -2,6 +2,7 @@
 
 #include "apps/sdc/formats/OutputFile.h"
 #include "apps/sdc/options/CommandLine.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <iterator>
 #include <map>
+#include <ostream>
 
 namespace sdc {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/tty/Screen.h"
 
 #include <cstddef>

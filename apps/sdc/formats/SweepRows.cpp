@@ -1,3 +1,4 @@
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ScanResult.h"
@@ -7,7 +8,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>

@@ -1,3 +1,4 @@
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/Holds.h"
@@ -7,8 +8,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace sdc {
 

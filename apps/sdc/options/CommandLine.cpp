@@ -5,9 +5,11 @@
 
 #include <fmt/format.h>
 
+#include <cstddef>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sdc {

@@ -1,12 +1,18 @@
 #include "apps/sdc/options/Options.h"
 
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/options/CommandLine.h"
+#include "simulator/scenario/EmbeddedText.h"
 #include "simulator/scenario/Scenario.h"
+#include "support/Text.h"
 #include "support/Time.h"
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
+#include <cstddef>
+#include <system_error>
 
 namespace sdc {
 

@@ -2,7 +2,6 @@
 
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
-#include "support/Text.h"
 
 #include <CLI/CLI.hpp>
 

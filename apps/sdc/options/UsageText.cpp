@@ -5,6 +5,7 @@
 #include "support/Text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 

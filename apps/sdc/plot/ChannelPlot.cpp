@@ -1,5 +1,6 @@
 #include "apps/sdc/plot/ChannelPlot.h"
 
+#include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ScanResult.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/plot/PlotFrame.h"
 #include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/Holds.h"
+#include "apps/sdc/result/ScanResult.h"
 
 #include <cstdint>
 #include <string>

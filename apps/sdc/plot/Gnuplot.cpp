@@ -3,7 +3,6 @@
 #include "support/Text.h"
 
 #include <fmt/format.h>
-#include <sys/wait.h>
 
 #include <array>
 #include <cerrno>

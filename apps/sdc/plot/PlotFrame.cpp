@@ -1,5 +1,6 @@
 #include "apps/sdc/plot/PlotFrame.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
 #include "support/Time.h"
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
+#include <string_view>
 
 namespace sdc {
 

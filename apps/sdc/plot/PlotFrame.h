@@ -1,11 +1,11 @@
 #pragma once
 
 #include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/result/ScanResult.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace sdc {
 

@@ -1,5 +1,6 @@
 #include "apps/sdc/result/Analysis.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/Holds.h"
 
 #include <algorithm>

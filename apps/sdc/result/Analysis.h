@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
 
 #include <cstddef>

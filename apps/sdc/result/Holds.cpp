@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+
 namespace sdc {
 
 namespace {

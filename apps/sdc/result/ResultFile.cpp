@@ -1,10 +1,12 @@
 #include "apps/sdc/result/ResultFile.h"
 
 #include "apps/sdc/result/ResultForm.h"
+#include "support/Errors.h"
 #include "support/FieldsJson.h"
 #include "support/Text.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iostream>

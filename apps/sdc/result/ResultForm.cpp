@@ -1,11 +1,14 @@
 #include "apps/sdc/result/ResultForm.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "support/Errors.h"
 #include "support/Time.h"
 #include "support/ValueTypes.h"
 
 #include <fmt/format.h>
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <memory>
 #include <optional>

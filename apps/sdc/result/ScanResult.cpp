@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <cstdlib>
+#include <iterator>
 
 namespace sdc {
 

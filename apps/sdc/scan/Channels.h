@@ -4,7 +4,6 @@
 #include "host/Clock.h"
 #include "simulator/Radios.h"
 #include "simulator/scenario/Scenario.h"
-#include "terminal/ScanPlan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/RadioChannel.h"

@@ -1,9 +1,13 @@
 #include "apps/sdc/scan/Lane.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
+#include "terminal/ControllerTrace.h"
 
+#include <cstddef>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace sdc {

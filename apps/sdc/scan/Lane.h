@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "Platform/Host/RadioChannel.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
 #include "terminal/Terminal.h"
 

@@ -1,6 +1,8 @@
 #include "apps/sdc/scan/Session.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "support/Text.h"
+#include "terminal/Peers.h"
 
 #include <algorithm>
 #include <exception>

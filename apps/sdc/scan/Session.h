@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Lane.h"
 #include "host/Clock.h"
+#include "terminal/Peers.h"
 #include "terminal/Terminal.h"
 
 #include <chrono>

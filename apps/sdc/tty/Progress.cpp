@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <vector>
+#include <cstddef>
 
 namespace sdc {
 

@@ -1,6 +1,8 @@
 #include "apps/sdc/tty/Report.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/scan/Channels.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Progress.h"
 #include "apps/sdc/tty/Screen.h"

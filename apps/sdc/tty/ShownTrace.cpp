@@ -1,5 +1,6 @@
 #include "apps/sdc/tty/ShownTrace.h"
 
+#include "Platform/Host/PlxTrace.h"
 #include "apps/sdc/tty/Screen.h"
 #include "support/Text.h"
 #include "terminal/ControllerTrace.h"
@@ -7,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <iostream>
 #include <sstream>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Host/PlxTrace.h"
 #include "host/Trace.h"
 
 #include <cstdint>

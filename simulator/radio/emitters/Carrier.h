@@ -3,6 +3,7 @@
 #include "simulator/radio/Band.h"
 #include "simulator/radio/emitters/Limits.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace simulator {

@@ -1,6 +1,7 @@
 #include "simulator/radio/emitters/ContinuousWave.h"
 
 #include "simulator/radio/Band.h"
+#include "support/Fields.h"
 
 #include <cmath>
 #include <numbers>

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "support/Fields.h"
+
 namespace simulator {
 
 namespace {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "support/Fields.h"
+#include "support/Fields.h" // IWYU pragma: export
 
+#include <cstddef>
 #include <string_view>
 
 // What the tables of all emitters and of the paths to them have in common.

@@ -1,5 +1,7 @@
 #include "simulator/radio/emitters/NoiseBand.h"
 
+#include "support/Fields.h"
+
 namespace simulator {
 
 const support::Record<NoiseBand>& NoiseBand::record()

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "support/Fields.h"
+
 namespace simulator {
 
 namespace {
