@@ -87,7 +87,7 @@ void addOutput(CLI::App& command, std::vector<Output>& outputs, const Format& fo
 
 void addOutputs(CLI::App& command, OutputOptions& options)
 {
-    for (const Format& format : formats()) {
+    for (const Format& format : formats) {
         addOutput(command, options.outputs, format);
     }
     const Parsing<std::uint32_t> rows{"N", "number of rows", "a number such as 50, or 0 for no limit", parseCount};

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <ostream>
-#include <span>
 #include <string>
 
 namespace sdc {
@@ -25,10 +24,7 @@ struct Format {
     std::string (*nameError)(const std::string& file) = nullptr; ///< what is wrong with a file's name; empty: nothing
 };
 
-/// All formats. The first one is for people, and goes where nothing else is asked for.
-std::span<const Format> formats();
-
-// The writers of the formats: each has a source of its own; that of pictures is plot/.
+// The writers of the formats: each has a source of its own.
 
 /// For people: a table per channel with a bar for each level, then a short summary of what was found. At least 80 columns
 /// are used. With several sweeps the rows show the holds; where there are more samples than rows, each row shows several
@@ -52,5 +48,18 @@ void writeJson(std::ostream& stream, const ScanResult& result, const WriteOption
 /// that were planned and not taken are `nan`. A trace of one place has the channel spacing as its step. A sweep without any
 /// sample has no row. Some readers cannot show levels that are all equal.
 void writeSweepRows(std::ostream& stream, const ScanResult& result, const WriteOptions& options = {});
+
+/// A picture, of the kind that the file's name tells.
+void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options);
+std::string pictureNameError(const std::string& file);
+
+/// All formats. The first one is for people, and goes where nothing else is asked for.
+inline constexpr Format formats[] = {
+    {"table", "Table, as on the terminal; - is standard output", writeTable},
+    {"csv", "CSV, RFC 4180", writeCsv},
+    {"json", "JSON: all that is known of the scan", writeJson},
+    {"sweep", "Rows as power scanners of receivers write them", writeSweepRows},
+    {"plot", "Picture: .svg, .png or .txt; - is text", writePicture, pictureNameError},
+};
 
 } // namespace sdc

@@ -74,7 +74,7 @@ std::vector<std::string> writeOutputs(const ScanResult& result, const OutputOpti
 {
     std::vector<Output> outputs = options.outputs;
     if (!usesStandardOutput(outputs)) {
-        outputs.push_back({&formats().front(), standardOutput});
+        outputs.push_back({&formats[0], standardOutput});
     }
     // Standard output, at most one of them, comes last.
     const auto standard = std::ranges::find(outputs, standardOutput, &Output::file);

@@ -19,7 +19,7 @@ TEST(Locales, noOutputDependsOnTheLocale)
     const auto other = resultOf({channelOf(12345, {sweepOf({-5000, -9000, -9000, -9000, -3000, -9000, -9000})})});
     const auto all = [&] {
         return written([&](std::ostream& stream) {
-            for (const sdc::Format& format : sdc::formats()) {
+            for (const sdc::Format& format : sdc::formats) {
                 format.write(stream, result, {.rows = 4});
             }
             sdc::writeComparison(stream, sdc::compare(result, other, 3.0));

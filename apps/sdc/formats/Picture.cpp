@@ -1,0 +1,20 @@
+#include "apps/sdc/formats/Formats.h"
+
+#include "apps/sdc/plot/Plot.h"
+
+#include <optional>
+
+namespace sdc {
+
+void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
+{
+    writePlot(stream, result,
+        {.format = plotFormat(options.file).value(), .width = options.width, .isColored = options.isColored});
+}
+
+std::string pictureNameError(const std::string& file)
+{
+    return plotNameError(file);
+}
+
+} // namespace sdc
