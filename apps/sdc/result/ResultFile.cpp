@@ -32,7 +32,7 @@ ChannelResult outOfFile(ChannelInFile&& channel)
 
 std::string readAll(std::istream& stream, const std::string& file)
 {
-    constexpr std::size_t largest_MiB = 64;
+    constexpr std::size_t largest_MiB = 32;
     try {
         return support::readToEnd(stream, largest_MiB);
     } catch (const std::runtime_error& error) {
