@@ -97,7 +97,7 @@ public:
         Open& object = m_open.back();
         object.field = object.record->field(name);
         if (object.field == nullptr) {
-            return wrong(memberPath(path(m_open.size() - 1), name) + ": is no known key; " + knownFor(name, *object.record));
+            return wrong(memberPath(path(m_open.size() - 1), name) + ": unknown key; " + knownFor(name, *object.record));
         }
         const auto index = static_cast<std::size_t>(object.field - object.record->fields().data());
         if (object.given[index]) {

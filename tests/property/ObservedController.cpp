@@ -11,7 +11,7 @@ namespace tests {
 
 namespace {
 
-constexpr std::int32_t refusal = 32768;
+constexpr std::int32_t errorsOf = 32768;
 constexpr std::int32_t mostSamples = 100; // more than any run's plans have
 
 /// What the sequential machine tells, too: calls of peers, delays, errors and refusals.
@@ -51,7 +51,7 @@ void ObservedController::follow(const std::string& call)
     } else if (call == "IRadioCapability.getFrequencyParameters") {
         m_faults.call(Operation::getFrequencyParameters);
     } else if (call == "provider.getProperties") {
-        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? refusal : 0;
+        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? errorsOf : 0;
     } else if (call.starts_with("provider.getUnitInfo")) {
         peers.radio.typeText = m_faults.call(Operation::getUnitInfo) ? "" : m_typeText;
     } else if (call == "sleep.get") {
@@ -67,13 +67,13 @@ void ObservedController::scriptPeers()
 {
     peers.frequencyController.onSetRxFrequency = [this](std::uint32_t) {
         const std::optional<Misbehaviour> wrong = m_faults.call(Operation::setRxFrequency);
-        return wrong == Misbehaviour::refuses ? refusal : wrong ? oddCode : 0;
+        return wrong == Misbehaviour::refuses ? errorsOf : wrong ? oddCode : 0;
     };
     peers.rssiHandler.onReadRssi = [this](std::int32_t& rssi) {
         const std::optional<Misbehaviour> wrong = m_faults.call(Operation::readRssi);
         ++m_readings;
         if (wrong == Misbehaviour::refuses) {
-            return refusal;
+            return errorsOf;
         }
         rssi = wrong ? oddReading : reading(m_readings);
         return 0;

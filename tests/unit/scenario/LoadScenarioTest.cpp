@@ -32,7 +32,7 @@ protected:
         return (folder / name).string();
     }
 
-    static std::string why(const std::string& nameOrFile)
+    static std::string error(const std::string& nameOrFile)
     {
         try {
             loadScenario(nameOrFile);
@@ -56,7 +56,7 @@ TEST_F(LoadScenario, takesABuiltInNameOrAFile)
 TEST_F(LoadScenario, findsRecordingsBesideTheFile)
 {
     const std::string file = write("mine.json", tests::fullScenario().dump());
-    EXPECT_EQ(why(file),
+    EXPECT_EQ(error(file),
         file + ": $.channels[0].emitters.recordings[0].file: " + (folder / "recordings/hops.csv").string()
             + ": cannot be read: No such file or directory");
     write("recordings/hops.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50, -60\n");
@@ -64,7 +64,7 @@ TEST_F(LoadScenario, findsRecordingsBesideTheFile)
     EXPECT_THAT(tests::levelsOf(std::get<simulator::Recording>(link.emitters.back().signal)),
         testing::ElementsAre(testing::DoubleNear(-50.0, 1e-9), testing::DoubleNear(-60.0, 1e-9)));
     write("recordings/hops.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50\n");
-    EXPECT_THAT(why(file), testing::HasSubstr("recordings[0].file: recordings/hops.csv: line 1: has 1 levels"));
+    EXPECT_THAT(error(file), testing::HasSubstr("recordings[0].file: recordings/hops.csv: line 1: has 1 levels"));
 }
 
 TEST_F(LoadScenario, readsEachRecordingOnce)
@@ -96,11 +96,11 @@ TEST_F(LoadScenario, boundsRecordingsTogether)
     };
     write("a.csv", row(1));
     write("b.csv", row(simulator::mostRecordedBins));
-    EXPECT_THAT(why(mine), testing::HasSubstr("recordings[1].file: b.csv: line 1: makes more bins than the 10000000"));
+    EXPECT_THAT(error(mine), testing::HasSubstr("recordings[1].file: b.csv: line 1: makes more bins than the 10000000"));
     const std::string blanks(33U << 20U, '\n');
     write("a.csv", row(1) + blanks);
     write("b.csv", row(1) + blanks);
-    EXPECT_EQ(why(mine),
+    EXPECT_EQ(error(mine),
         mine
             + ": $.channels[0].emitters.recordings[1].file: b.csv: the recordings of the scenario are larger than 64 MiB "
               "together; must be smaller");
@@ -109,27 +109,27 @@ TEST_F(LoadScenario, boundsRecordingsTogether)
 TEST_F(LoadScenario, suggestsBuiltInNames)
 {
     const std::string lists = "'sdc scenarios list' lists the built-in ones";
-    EXPECT_EQ(why("18-f59"), "18-f59: is neither a built-in scenario nor a file; did you mean '18-f595'? " + lists);
-    EXPECT_EQ(why("Storm"), "Storm: is neither a built-in scenario nor a file; did you mean 'storm'? " + lists);
-    EXPECT_EQ(why("no such thing"), "no such thing: is neither a built-in scenario nor a file; " + lists);
-    EXPECT_THAT(why(""), testing::HasSubstr(lists));
-    EXPECT_THAT(why((folder / "none.json").string()), testing::HasSubstr("is neither a built-in scenario nor a file"));
+    EXPECT_EQ(error("18-f59"), "18-f59: is neither a built-in scenario nor a file; did you mean '18-f595'? " + lists);
+    EXPECT_EQ(error("Storm"), "Storm: is neither a built-in scenario nor a file; did you mean 'storm'? " + lists);
+    EXPECT_EQ(error("no such thing"), "no such thing: is neither a built-in scenario nor a file; " + lists);
+    EXPECT_THAT(error(""), testing::HasSubstr(lists));
+    EXPECT_THAT(error((folder / "none.json").string()), testing::HasSubstr("is neither a built-in scenario nor a file"));
 }
 
 TEST_F(LoadScenario, saysWhyAFileCannotBeRead)
 {
-    EXPECT_EQ(why(folder.string()), folder.string() + ": is a folder; must be a file");
+    EXPECT_EQ(error(folder.string()), folder.string() + ": is a folder; must be a file");
     const std::string empty = write("empty.json", "");
-    EXPECT_EQ(why(empty), empty + ": is empty; must be a JSON object");
+    EXPECT_EQ(error(empty), empty + ": is empty; must be a JSON object");
     const std::string large = write("large.json", std::string((1U << 20U) + 1, ' '));
-    EXPECT_EQ(why(large), large + ": is larger than 1 MiB; must be smaller");
+    EXPECT_EQ(error(large), large + ": is larger than 1 MiB; must be smaller");
     const std::string largest = write("largest.json", std::string(1U << 20U, ' '));
-    EXPECT_THAT(why(largest), StartsWith(largest + ": is empty"));
-    EXPECT_EQ(why("/dev/zero"), "/dev/zero: is larger than 1 MiB; must be smaller");
+    EXPECT_THAT(error(largest), StartsWith(largest + ": is empty"));
+    EXPECT_EQ(error("/dev/zero"), "/dev/zero: is larger than 1 MiB; must be smaller");
     const std::string secret = write("secret.json", "{}");
     std::filesystem::permissions(secret, std::filesystem::perms::none);
     if (geteuid() != 0) { // the superuser reads everything
-        EXPECT_EQ(why(secret), secret + ": cannot be read: Permission denied");
+        EXPECT_EQ(error(secret), secret + ": cannot be read: Permission denied");
     }
 }
 

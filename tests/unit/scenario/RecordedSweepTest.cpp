@@ -19,7 +19,7 @@ Recording read(const std::string& text)
     return simulator::readRecordedSweep(text, "sweep.csv");
 }
 
-std::string refusal(const std::string& text)
+std::string errorsOf(const std::string& text)
 {
     try {
         read(text);
@@ -139,14 +139,14 @@ TEST(SmallSteps, mayMissEachOtherByTheHzThatScannersCutOff)
     };
     EXPECT_THAT(levelsOf(read(two("1000, 1100, 100", "1102, 1202, 100"))), levels({-1, -2}));
     EXPECT_THAT(levelsOf(read(two("1000, 1100, 100", "1098, 1198, 100"))), levels({-1, -2}));
-    EXPECT_NE(refusal(two("1000, 1100, 100", "1104, 1204, 100")), "");
-    EXPECT_NE(refusal(two("1000, 1004, 4", "1006, 1010, 4")), ""); // half a bin
+    EXPECT_NE(errorsOf(two("1000, 1100, 100", "1104, 1204, 100")), "");
+    EXPECT_NE(errorsOf(two("1000, 1004, 4", "1006, 1010, 4")), ""); // half a bin
 }
 
 TEST(SmallSteps, areNotLostInTheHzThatScannersCutOff)
 {
-    EXPECT_NE(refusal("2024-05-14, 09:30:00, 1000, 1010, 4.00, 1, -1, -2, -3\n"), "");
-    EXPECT_EQ(refusal("2024-05-14, 09:30:00, 1000, 1011, 4.00, 1, -1, -2, -3\n"), "");
+    EXPECT_NE(errorsOf("2024-05-14, 09:30:00, 1000, 1010, 4.00, 1, -1, -2, -3\n"), "");
+    EXPECT_EQ(errorsOf("2024-05-14, 09:30:00, 1000, 1011, 4.00, 1, -1, -2, -3\n"), "");
 }
 
 struct Row {
@@ -169,7 +169,7 @@ std::string row(std::size_t field, const std::string& text)
 TEST(WrongRows, areRefusedWithFileAndLine)
 {
     const std::string good = row(0, "2024-05-14");
-    ASSERT_EQ(refusal(good), "");
+    ASSERT_EQ(errorsOf(good), "");
     const std::string number = "; must be a number from -400 to 200, or nan";
     const Row rows[] = {
         {row(0, "date"), "begins with \"date\"; must be a date or an epoch in seconds, without headers and comments"},
@@ -209,18 +209,18 @@ TEST(WrongRows, areRefusedWithFileAndLine)
         {"2024-05-14, 09:30:00, 4500, 5500, 1000, 1, -1\n", "leaves a gap above line 1 that is no whole number of bins"},
     };
     for (const Row& one : rows) {
-        const std::string why = refusal(good + one.text);
+        const std::string why = errorsOf(good + one.text);
         EXPECT_EQ(why, "sweep.csv: line 2: " + one.why) << one.text;
     }
-    EXPECT_EQ(refusal(""), "sweep.csv: has no rows; must have at least one");
-    EXPECT_EQ(refusal("\n \n"), "sweep.csv: has no rows; must have at least one");
+    EXPECT_EQ(errorsOf(""), "sweep.csv: has no rows; must have at least one");
+    EXPECT_EQ(errorsOf("\n \n"), "sweep.csv: has no rows; must have at least one");
 }
 
 TEST(WrongRows, ofAnySortEndInAnError)
 {
     for (const std::string& text : {std::string(100000, ','), std::string(1000, '\0'), std::string("\xFF\xFE,,,,,,"),
              std::string("1,1,1e308,1e308,1e-308,1,1"), std::string("9") + std::string(10000, '9')}) {
-        EXPECT_NE(refusal(text), "");
+        EXPECT_NE(errorsOf(text), "");
     }
 }
 

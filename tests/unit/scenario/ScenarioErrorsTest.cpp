@@ -12,8 +12,8 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::StartsWith;
+using tests::errorsOf;
 using tests::fullScenario;
-using tests::refusal;
 
 std::size_t lines(const std::string& text)
 {
@@ -24,7 +24,7 @@ TEST(MissingKey, isToldWithWhatWouldBeRight)
 {
     json file = fullScenario();
     file["channels"][0]["receiver"].erase("jitter_dB");
-    EXPECT_EQ(refusal(file),
+    EXPECT_EQ(errorsOf(file),
         "$.channels[0].receiver: lacks \"jitter_dB\"; must be a number from 0 to 20 dB (standard deviation of one "
         "reading)");
 }
@@ -33,7 +33,7 @@ TEST(UnknownKey, isToldWithAllThatAreKnown)
 {
     json file = fullScenario();
     file["channels"][0]["receive_kHz"]["centre"] = 1;
-    EXPECT_EQ(refusal(file), "$.channels[0].receive_kHz.centre: is no known key; known here: lowest, highest, configured");
+    EXPECT_EQ(errorsOf(file), "$.channels[0].receive_kHz.centre: unknown key; known here: lowest, highest, configured");
 }
 
 struct Change {
@@ -99,23 +99,23 @@ TEST(Refusals, sayWhatIsWrongAndWhatWouldBeRight)
     for (const Change& row : rows) {
         json file = fullScenario();
         row.change(file);
-        EXPECT_EQ(refusal(file), row.why);
+        EXPECT_EQ(errorsOf(file), row.why);
     }
-    EXPECT_EQ(refusal(fullScenario()), "");
+    EXPECT_EQ(errorsOf(fullScenario()), "");
 }
 
 TEST(ForeignTexts, areShownSoThatNoTerminalObeysThem)
 {
     json file = fullScenario();
     file["channels"][0]["emitters"]["recordings"][0]["file"] = "a\033[2J\u009B.csv";
-    EXPECT_THAT(refusal(file),
+    EXPECT_THAT(errorsOf(file),
         StartsWith("$.channels[0].emitters.recordings[0].file: is \"a\\x1B[2J\\u009B.csv\"; must be a line of 1 to 1000 "));
     file = fullScenario();
     file["seed"] = "\u202Enine";
-    EXPECT_THAT(refusal(file), StartsWith("$.seed: is \"\\u202Enine\"; must be "));
+    EXPECT_THAT(errorsOf(file), StartsWith("$.seed: is \"\\u202Enine\"; must be "));
     file = fullScenario();
     file["\u009B1mseed"] = 1;
-    EXPECT_THAT(refusal(file), StartsWith("$[\"\\u009B1mseed\"]: is no known key; "));
+    EXPECT_THAT(errorsOf(file), StartsWith("$[\"\\u009B1mseed\"]: unknown key; "));
 }
 
 TEST(ForeignTexts, areShortened)
@@ -123,10 +123,10 @@ TEST(ForeignTexts, areShortened)
     const std::string endless(900000, 'a');
     json file = fullScenario();
     file[endless] = 1;
-    EXPECT_LT(refusal(file).size(), 300U);
+    EXPECT_LT(errorsOf(file).size(), 300U);
     file = fullScenario();
     file["seed"] = endless;
-    EXPECT_LT(refusal(file).size(), 300U);
+    EXPECT_LT(errorsOf(file).size(), 300U);
     try {
         simulator::loadScenario(endless);
         FAIL();
@@ -143,7 +143,7 @@ TEST(Texts, areOneLineThatNoTerminalObeys)
             {std::pair("two\nlines", "two\\x0Alines"), std::pair("red \u009B31m", "red \\u009B31m")}) {
             json file = fullScenario();
             file.at(json::json_pointer(key)) = text;
-            EXPECT_THAT(refusal(file), HasSubstr(": is \"" + std::string(shown) + "\"; must be a line of ")) << key;
+            EXPECT_THAT(errorsOf(file), HasSubstr(": is \"" + std::string(shown) + "\"; must be a line of ")) << key;
         }
     }
 }
@@ -165,7 +165,7 @@ TEST(Faults, areRefusedWhereTheOperationDoesNotKnowTheAction)
             json file = fullScenario();
             // A second one, so that the index is not 0; the value is one that a spacing and a frequency may have.
             file["channels"][0]["faults"].push_back({{"operation", operation}, {"action", action}, {"value", 19177500}});
-            const std::string why = refusal(file);
+            const std::string why = errorsOf(file);
             const bool isKnown = (" " + actions + " ").find(" " + action + " ") != std::string::npos;
             EXPECT_THAT(why, StartsWith(isKnown ? "" : "$.channels[0].faults[1].action: is \"" + action + "\"; must be \""))
                 << operation;
@@ -174,7 +174,7 @@ TEST(Faults, areRefusedWhereTheOperationDoesNotKnowTheAction)
     }
     json file = fullScenario();
     file["channels"][0]["faults"][0] = {{"operation", "getProperties"}, {"action", "stick"}};
-    EXPECT_EQ(refusal(file),
+    EXPECT_EQ(errorsOf(file),
         "$.channels[0].faults[0].action: is \"stick\"; must be \"refuse\" or \"throw\" where operation is "
         "\"getProperties\"");
 }
@@ -186,10 +186,10 @@ TEST(SeveralErrors, areToldOnOneLineEachInTheOrderOfTheFile)
     file["channels"][0]["number"] = "one";
     file["channels"][0]["receiver"].erase("jitter_dB");
     file["channels"][0]["receiver"]["jiter_dB"] = 0.5;
-    EXPECT_EQ(refusal(file),
+    EXPECT_EQ(errorsOf(file),
         "$.channels[0].number: is \"one\"; must be an integer from 0 to 4294967295 (of the radio channel, as the host "
         "counts; each one once)\n"
-        "$.channels[0].receiver.jiter_dB: is no known key; did you mean 'jitter_dB'?\n"
+        "$.channels[0].receiver.jiter_dB: unknown key; did you mean 'jitter_dB'?\n"
         "$.channels[0].receiver: lacks \"jitter_dB\"; must be a number from 0 to 20 dB (standard deviation of one reading)\n"
         "$.seed: is -1; must be an integer from 0 to 4294967295 (of all that is random; each channel gets its own from it)");
 }
@@ -201,7 +201,7 @@ TEST(ManyErrors, areCutAfterTen)
         for (int index = 0; index < count; ++index) {
             file["unknown" + std::to_string(index)] = 0;
         }
-        return refusal(file);
+        return errorsOf(file);
     };
     EXPECT_EQ(lines(withUnknownKeys(10)), 10U);
     EXPECT_THAT(withUnknownKeys(10), testing::Not(HasSubstr("more")));

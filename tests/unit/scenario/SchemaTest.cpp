@@ -21,8 +21,8 @@ using nlohmann::json;
 using Pointer = json::json_pointer;
 using testing::HasSubstr;
 using testing::StartsWith;
+using tests::errorsOf;
 using tests::fullScenario;
-using tests::refusal;
 
 std::string textOf(const std::string& file)
 {
@@ -180,11 +180,11 @@ std::vector<json> substitutes(const Pointer& place)
 /// told at the place, and with what would be right.
 bool readerAccepts(const json& file, const std::string& path)
 {
-    const std::string whole = refusal(file);
-    const std::string why = whole.substr(0, whole.find('\n'));
-    const bool isOfPlace = why.ends_with(")") && why.starts_with(path);
-    EXPECT_TRUE(!isOfPlace || why.find("; must be ") != std::string::npos || why.find(": lacks ") != std::string::npos)
-        << why;
+    const std::string whole = errorsOf(file);
+    const std::string error = whole.substr(0, whole.find('\n'));
+    const bool isOfPlace = error.ends_with(")") && error.starts_with(path);
+    EXPECT_TRUE(!isOfPlace || error.find("; must be ") != std::string::npos || error.find(": lacks ") != std::string::npos)
+        << error;
     return !isOfPlace;
 }
 
@@ -213,9 +213,9 @@ TEST(ReaderAndSchema, agreeOnMissingKeys)
         json& parent = file.at(place.parent_pointer());
         if (parent.is_object()) {
             parent.erase(place.back());
-            const std::string why = refusal(file);
+            const std::string error = errorsOf(file);
             const std::string lacks = pathOf(place.parent_pointer()) + ": lacks \"" + place.back() + "\"; must be ";
-            EXPECT_EQ(!why.starts_with(lacks), validator.accepts(file)) << why;
+            EXPECT_EQ(!error.starts_with(lacks), validator.accepts(file)) << error;
         }
     }
 }
@@ -232,7 +232,7 @@ TEST(ReaderAndSchema, agreeOnUnknownKeysAndTheReaderTellsWhatWasMeant)
             const std::string known = object.begin().key();
             object[known + "x"] = 1;
             EXPECT_FALSE(validator.accepts(file));
-            EXPECT_EQ(refusal(file), pathOf(place) + "." + known + "x: is no known key; did you mean '" + known + "'?");
+            EXPECT_EQ(errorsOf(file), pathOf(place) + "." + known + "x: unknown key; did you mean '" + known + "'?");
         }
     }
 }

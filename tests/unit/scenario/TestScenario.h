@@ -76,7 +76,7 @@ inline std::string refusalOfText(const std::string& text)
     }
 }
 
-inline std::string refusal(const nlohmann::json& file)
+inline std::string errorsOf(const nlohmann::json& file)
 {
     return refusalOfText(file.dump());
 }

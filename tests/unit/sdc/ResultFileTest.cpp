@@ -233,7 +233,7 @@ TEST(ResultFileErrors, wrongValuesAreNamedWithTheirPlace)
         {"/scenario", 1, "$.scenario: is 1; must be a text"},
         {"/kind", "sideways", "$.kind: is \"sideways\"; must be \"channel\" or \"sub-band\""},
         {"/channels", json::array(), "$.channels: has 0 items; must be a list of 1 to 10000000 items"},
-        {"/colour", "red", "$.colour: is no known key"},
+        {"/colour", "red", "$.colour: unknown key"},
         {"/channels/0/channel", -1, "$.channels[0].channel: is -1; must be an integer from 0 to 4294967295"},
         {"/channels/0/filter_kHz", "wide", "$.channels[0].filter_kHz: is \"wide\"; must be a number"},
         {"/channels/0/plan/samples", 2147483648, "$.channels[0].plan.samples: is 2147483648; must be an integer"},
@@ -317,7 +317,7 @@ TEST(ResultFileErrors, unknownKeysAreInvalidAtEveryLevel)
              "/channels/0/sweeps/0/samples/0", "/channels/0/holds", "/channels/0/analysis", "/channels/0/analysis/peaks/0",
              "/channels/0/analysis/other_channels/0"}) {
         EXPECT_THAT(errorsAfter([&](json& result) { result[json::json_pointer(place)]["colour"] = 1; }),
-            HasSubstr("colour: is no known key"))
+            HasSubstr("colour: unknown key"))
             << place;
     }
 }
