@@ -1,5 +1,7 @@
 #include "terminal/ScanPlan.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+
 namespace terminal {
 
 std::chrono::milliseconds ScanPlan::settleTime() const
@@ -9,12 +11,11 @@ std::chrono::milliseconds ScanPlan::settleTime() const
 
 std::chrono::milliseconds ScanPlan::settleTime(std::int64_t samplesTaken) const
 {
-    constexpr std::chrono::milliseconds singleMeasurement{5000};
     if (samplesTaken <= 0) {
         return {};
     }
     if (samples == 1) {
-        return singleMeasurement;
+        return std::chrono::milliseconds(SINGLE_MEASUREMENT_DELAY_MS);
     }
     return std::chrono::milliseconds(firstSetRxWait_ms) + (samplesTaken - 1) * std::chrono::milliseconds(setRxWait_ms);
 }

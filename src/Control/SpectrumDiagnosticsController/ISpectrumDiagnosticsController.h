@@ -42,7 +42,8 @@
 /// Then poll getStatus until it shows SDC_STATUS_CHANNEL_SCAN_FINISHED or SDC_STATUS_SUB_BAND_SCAN_FINISHED (the samples are
 /// complete) or SDC_STATUS_SCAN_NOT_STARTED (the scan was stopped, or the receiver could not be tuned), and fetch the
 /// samples. Give the polling a limit: where a peer threw during a sweep, the worker could not be created, its wake-up was
-/// lost or the host ran its stop phase before the sweep began, the status shows an ongoing scan until a stop.
+/// lost or the host ran its stop phase before the sweep began, the status goes on showing an ongoing scan. Send no stop
+/// then: where there is a worker, the host's stop phase lets the next start run.
 ///
 /// Exceptions. One that a peer, the trace or the sleep service throws in a sweep ends the worker for good; the receiver
 /// stays where it is. The status stays as it was: ongoing, also after a refused tuning; scan-not-started after a stop. From
@@ -90,11 +91,14 @@ struct SDCResult {
 };
 static_assert(sizeof(SDCResult) == 8, "callers receive arrays of samples by plain copy");
 
+/// How long the receiver is given before the reading of a scan that has only one, whatever the radio's properties.
+constexpr std::uint32_t SINGLE_MEASUREMENT_DELAY_MS = 5000;
+
 /// Spectrum diagnostics properties of the radio. One byte each: 0 is false, every other value is true.
 /// Returned in one 32-bit word, longHaul in its lowest byte.
 struct SDCProperties {
     std::uint8_t longHaul;       ///< the radio is a long-haul unit; changes range and step of a scan
-    std::uint8_t extendedRxWait; ///< each reading waits 60000 ms for the receiver to settle; in a scan of one sample 5000 ms
+    std::uint8_t extendedRxWait; ///< each reading waits 60000 ms for the receiver to settle
     std::uint8_t slowRxWait;     ///< readings after the first wait 2000 ms instead of 300; extendedRxWait takes precedence
     std::uint8_t spareFlag;      ///< the radio's own, handed through
 };
@@ -186,7 +190,7 @@ public:
     /// A sweep asks for them too when it begins: what comes of the two at the same moment is the record of either, or some
     /// fields of each, both as it is kept and as it is returned.
     /// @throws whatever the radio's properties provider throws; the record stays as it was then.
-    /// Thread: any, at any time; not while another thread starts a scan whose delays matter. Waits for no sweep; takes as
-    /// long as the provider does.
+    /// Thread: any, but not while the host initialises the module, nor while another thread starts a scan whose delays
+    /// matter. Waits for no sweep; takes as long as the provider does.
     virtual SDCProperties getSpectrumDiagnosticsProperties() = 0;
 };

@@ -18,7 +18,6 @@ constexpr std::uint32_t firstRxWait_ms = 3000;
 constexpr std::uint32_t rxWait_ms = 300;
 constexpr std::uint32_t slowRxWait_ms = 2000;
 constexpr std::uint32_t extendedRxWait_ms = 60000; // the first reading's, too
-constexpr std::uint32_t SINGLE_MEASUREMENT_DELAY_MS = 5000;
 
 // Reading, in the RSSI handler's unit.
 constexpr std::int32_t RSSI_FLOOR = -9970;
