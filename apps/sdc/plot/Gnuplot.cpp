@@ -22,7 +22,7 @@ namespace {
 }
 
 struct Closing {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
 };
 
 /// A file without a name, which is gone when it is closed. Programs that are started find it under path().
@@ -88,7 +88,7 @@ std::string runGnuplot(const std::string& program)
     const ScratchFile errors;
     const std::string command =
         fmt::format("LC_ALL=C.UTF-8 GNUTERM=dumb exec gnuplot --default-settings <{} 2>{}", input.path(), errors.path());
-    std::FILE* const output = popen(command.c_str(), "re");
+    std::FILE* const output = popen(command.c_str(), "re"); // NOLINT(cert-env33-c): all of its words are ours
     if (output == nullptr) {
         fail(errno);
     }
