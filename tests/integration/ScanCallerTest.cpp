@@ -1,4 +1,4 @@
-// The caller that the README shows, run against a terminal.
+// The caller of docs/examples, run against a terminal.
 
 #include "docs/examples/ScanCaller.h"
 #include "simulator/Radios.h"

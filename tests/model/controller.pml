@@ -2,7 +2,7 @@
  *
  * Each d_step is one access to shared memory, one call of the mutex or the condition variable, or one call of a peer;
  * between two of them any other thread may run. Labels and inlines bear the names of the class's functions; README.md has
- * the table. The texts of printf are what a trail says; the search skips them. */
+ * the list. The texts of printf are what a trail says; the search skips them. */
 
 #ifndef STEPS
 #define STEPS 2        /* steps of a sweep */
