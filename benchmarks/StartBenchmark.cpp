@@ -95,7 +95,7 @@ public:
         sched_getaffinity(0, sizeof m_before, &m_before);
         cpu_set_t one;
         CPU_ZERO(&one);
-        CPU_SET(sched_getcpu(), &one);
+        CPU_SET(static_cast<unsigned>(sched_getcpu()), &one);
         sched_setaffinity(0, sizeof one, &one);
     }
     ~OneProcessor() { sched_setaffinity(0, sizeof m_before, &m_before); }
