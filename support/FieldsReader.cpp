@@ -57,11 +57,59 @@ std::string_view reasonIn(std::string_view message)
     return message.starts_with("parse error") ? message.substr(message.find(": ") + 2) : message;
 }
 
+/// How far the parser has come, and how far it may go before the next value: of all that it has read since the last one it
+/// makes several copies when it finds an error.
+struct Progress {
+    static constexpr std::ptrdiff_t most = 1 << 16;
+
+    explicit Progress(const char* begin)
+        : at(begin)
+    {
+    }
+    void extend() { limit = at + most; }
+
+    const char* at;
+    const char* limit = at + most;
+};
+
+struct NoValue {};
+
+/// The characters of a text as the parser takes them. Throws NoValue at the limit.
+class Characters {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    Characters(const char* at, Progress& progress)
+        : m_at(at)
+        , m_progress(&progress)
+    {
+    }
+    reference operator*() const { return *m_at; }
+    Characters& operator++()
+    {
+        m_progress->at = ++m_at;
+        if (m_at == m_progress->limit) {
+            throw NoValue();
+        }
+        return *this;
+    }
+    bool operator==(const Characters& other) const { return m_at == other.m_at; }
+
+private:
+    const char* m_at;
+    Progress* m_progress;
+};
+
 /// Judges and stores each value as the parser comes to it. The parser stops where a handler returns false.
 class Reader : public nlohmann::json_sax<json> {
 public:
     Reader(std::string_view text, const RecordType& type, void* record, Errors& errors)
         : m_text(text)
+        , m_progress(text.data())
         , m_type(type)
         , m_record(record)
         , m_errors(errors)
@@ -91,6 +139,7 @@ public:
 
     bool key(std::string& name) override
     {
+        m_progress.extend();
         if (m_skipped > 0) {
             return true;
         }
@@ -121,6 +170,21 @@ public:
     {
         m_errors.add(placeOf(position) + shown(reasonIn(error.what())));
         return false;
+    }
+
+    void parse()
+    {
+        constexpr bool wholeText = true;
+        constexpr bool withComments = true;
+        const char* const begin = m_text.data();
+        try {
+            nlohmann::json::sax_parse(Characters(begin, m_progress), Characters(begin + m_text.size(), m_progress), this,
+                json::input_format_t::json, wholeText, withComments);
+        } catch (const NoValue&) {
+            const auto position = static_cast<std::size_t>(m_progress.limit - Progress::most - begin);
+            m_errors.add(placeOf(position + 1) + "more than " + std::to_string(Progress::most)
+                + " characters without an end of a value; must be fewer");
+        }
     }
 
 private:
@@ -198,6 +262,7 @@ private:
 
     bool scalar(const Scalar& value)
     {
+        m_progress.extend();
         if (m_skipped > 0) {
             return true;
         }
@@ -208,6 +273,7 @@ private:
     template <typename IsExpected>
     bool begin(const char* is, IsExpected isExpected)
     {
+        m_progress.extend();
         if (m_skipped > 0) {
             ++m_skipped;
             return true;
@@ -226,6 +292,7 @@ private:
     template <typename Finish>
     bool end(Finish finish)
     {
+        m_progress.extend();
         if (m_skipped > 0) {
             --m_skipped;
             return true;
@@ -258,6 +325,7 @@ private:
     }
 
     std::string_view m_text;
+    Progress m_progress;
     const RecordType& m_type;
     void* m_record;
     Errors& m_errors;
@@ -277,10 +345,7 @@ void readJson(std::string_view text, const RecordType& type, void* record, Error
         errors.add("is empty; must be a JSON object");
         return;
     }
-    Reader reader(text, type, record, errors);
-    constexpr bool wholeText = true;
-    constexpr bool withComments = true;
-    json::sax_parse(text.begin(), text.end(), &reader, json::input_format_t::json, wholeText, withComments);
+    Reader(text, type, record, errors).parse();
 }
 
 } // namespace support

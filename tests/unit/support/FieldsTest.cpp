@@ -167,6 +167,18 @@ TEST(Fields, endTheReadingAfterTheFirstErrors)
     EXPECT_THAT(errors.listed("a"), testing::EndsWith("\na: and more"));
 }
 
+/// The parser copies all that stands before an error, and escapes it: a few MiB of line feeds would take seconds.
+TEST(Fields, doNotBeginOrEndFarBehindAnother)
+{
+    const std::string far(70000, '\n');
+    const std::string error = "more than 65536 characters without an end of a value; must be fewer";
+    EXPECT_EQ(errorsIn(far + "x"), "line 1, column 1: " + error);
+    EXPECT_EQ(errorsIn("{\n\"name\":" + far + "\"a\"}"), "line 2, column 7: " + error);
+    EXPECT_EQ(errorsIn("{\"name\": \"" + std::string(70000, 'a')), "line 1, column 8: " + error);
+    const std::string near(65000, '\n');
+    EXPECT_EQ(errorsIn("{" + near + "\"name\":" + near + "\"a\"," + near + "\"wheels\": [{\"size_mm\": 1}]}"), "");
+}
+
 TEST(Fields, ofARecordInTheProgramAreJudgedAlike)
 {
     Car car;
