@@ -2,6 +2,7 @@
 
 #include "Platform/Host/RadioChannel.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 
@@ -23,6 +24,8 @@ struct Peers {
     IRadioCapability& radioCapability;
     IRadio& radio;
 };
+
+inline constexpr std::size_t mostChannels = 256; ///< of a terminal
 
 /// A radio channel and the radio that serves it, of whatever kind. Whoever makes radios hands these out.
 struct Channel {

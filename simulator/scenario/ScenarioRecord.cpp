@@ -1,15 +1,17 @@
 #include "simulator/scenario/ScenarioRecord.h"
 
+#include "simulator/radio/Link.h"
+#include "support/Errors.h"
+#include "terminal/Peers.h"
+
+#include "Platform/Host/RadioChannel.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
-
-#include "Platform/Host/RadioChannel.h"
-#include "simulator/radio/Link.h"
-#include "support/Errors.h"
 
 namespace simulator {
 
@@ -59,7 +61,8 @@ const support::Record<Scenario>& scenarioRecord()
             {"description", &Scenario::description, line(1, 99), "one line for people"},
             {"sources", &Scenario::sources, list(line(1, 300), 1, 20, "one sentence"), "where the figures come from"},
             {"seed", &Scenario::seed, integer(0, largestWord), "of all that is random; each channel gets its own from it"},
-            {"channels", &Scenario::channels, list(channelRecord(), 1, 256), "radio channels of the terminal"},
+            {"channels", &Scenario::channels, list(channelRecord(), 1, terminal::mostChannels),
+                "radio channels of the terminal"},
         },
         {numberTwice}};
     return record;

@@ -4,6 +4,7 @@
 #include "support/Errors.h"
 #include "support/Time.h"
 #include "support/ValueTypes.h"
+#include "terminal/Peers.h"
 
 #include <fmt/format.h>
 
@@ -68,6 +69,7 @@ struct HundredthsSpec {
 constexpr double highestLevel_dBm = 21474836.0; // what a controller's reading can be
 constexpr std::int64_t furthestOffset = 1'000'000'000'000;
 constexpr std::size_t mostItems = 10'000'000; // more than a file can have
+constexpr std::size_t mostSweeps = 100'000;   // of a channel
 
 const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
 const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
@@ -241,7 +243,7 @@ const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
         {"filter_kHz", &ChannelInFile::filterWidth_kHz, support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"),
             "width of the receive filter, kHz"},
         {"plan", &ChannelInFile::plan, planRecord, planRecord.sentence()},
-        {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostItems), "in the order made"},
+        {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
         {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
         {"analysis", &ChannelInFile::analysis, analysisRecord, analysisRecord.sentence()},
     },
@@ -267,12 +269,12 @@ const Record<ResultInFile>& resultRecord()
     static const Record<ResultInFile> record{"result", "what sweeps of a receiver found, and how they went",
         {
             support::ignored<ResultInFile>("$schema", text, "where this schema is found; for editors"),
-            {"schema_version", &ResultInFile::schemaVersion, support::integer(1, 1), "of this form; readers refuse others"},
+            {"schema_version", &ResultInFile::schemaVersion, support::integer(1, 1), "number of this form"},
             {"program_version", &ResultInFile::programVersion, text, "of the program that wrote the result"},
             {"scenario", &ResultInFile::scenario, text, "name of the scenario"},
             {"description", &ResultInFile::description, text, "of the scenario, one line"},
             {"kind", &ResultInFile::kind, support::choice(scanKinds), "of the scan"},
-            {"channels", &ResultInFile::channels, support::list(channelRecord, 1, mostItems),
+            {"channels", &ResultInFile::channels, support::list(channelRecord, 1, terminal::mostChannels),
                 "one for each radio channel that was scanned"},
         },
         {hasAChannelTwice}};
