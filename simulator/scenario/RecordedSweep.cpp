@@ -140,7 +140,7 @@ private:
     {
         m_bins += row.levels_dBm.size();
         if (m_bins > m_mostBins) {
-            throw std::runtime_error("makes more bins than the 10000000 that a scenario's recordings may have together");
+            throw TooManyBins();
         }
         const double lowest_Hz = row.lowest_Hz;
         m_hops.try_emplace(lowest_Hz, std::move(row), line);

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "simulator/radio/emitters/Recording.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-#include "simulator/radio/emitters/Recording.h"
-
 namespace simulator {
 
 /// At most so many bins in all recordings of a scenario. Gaps have none.
-constexpr std::size_t mostRecordedBins = 10'000'000;
+constexpr std::size_t mostRecordedBins = 4'000'000;
 
 /// Reads a recorded sweep in the common row of the receivers' power scanners:
 ///

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "simulator/radio/emitters/RecordedBins.h"
+
 #include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
-
-#include "simulator/radio/emitters/RecordedBins.h"
 
 namespace simulator {
 
@@ -21,7 +21,7 @@ public:
     /// @throws ScenarioError
     const std::shared_ptr<const RecordedBins>& bins(const std::string& name);
 
-    static constexpr std::size_t largest_MiB = 64; ///< together; ten million bins
+    static constexpr std::size_t largest_MiB = 32; ///< together
 
 private:
     std::shared_ptr<const RecordedBins> read(const std::string& name);

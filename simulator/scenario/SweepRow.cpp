@@ -1,6 +1,9 @@
 #include "simulator/scenario/SweepRow.h"
 
+#include "simulator/scenario/RecordedSweep.h"
 #include "support/Text.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cctype>
@@ -99,8 +102,8 @@ double level(std::string_view text, std::size_t index)
         return std::numeric_limits<double>::quiet_NaN();
     }
     if (!value || !(lowest_dBm <= *value && *value <= highest_dBm)) {
-        throw std::runtime_error(
-            "level " + std::to_string(index + 1) + " is " + quoted(text) + "; must be a number from -400 to 200, or nan");
+        throw std::runtime_error(fmt::format(
+            "level {} is {}; must be a number from {} to {}, or nan", index + 1, quoted(text), lowest_dBm, highest_dBm));
     }
     return *value;
 }
@@ -159,6 +162,12 @@ void dropRepeatedLevel(std::vector<double>& levels, const WidthCheck& width, dou
 
 } // namespace
 
+TooManyBins::TooManyBins()
+    : std::runtime_error(
+        "makes more bins than the " + std::to_string(mostRecordedBins) + " that a scenario's recordings may have together")
+{
+}
+
 std::optional<SweepRow> readSweepRow(std::string_view line, std::size_t mostBins)
 {
     if (trimmed(line).empty()) {
@@ -173,7 +182,7 @@ std::optional<SweepRow> readSweepRow(std::string_view line, std::size_t mostBins
     }
     const std::size_t levels = count - fieldsBeforeLevels;
     if (levels > mostBins + 1) {
-        throw std::runtime_error("has " + std::to_string(levels) + " levels; must have at most " + std::to_string(mostBins));
+        throw TooManyBins();
     }
     constexpr double least_Hz = 0.001;
     fields.next(); // the time

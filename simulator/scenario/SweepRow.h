@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -15,9 +16,15 @@ struct SweepRow {
     std::vector<double> levels_dBm; ///< without the one that stands twice; not a number where nothing is known
 };
 
+/// The recordings of a scenario have more bins than mostRecordedBins.
+class TooManyBins : public std::runtime_error {
+public:
+    TooManyBins();
+};
+
 /// @param mostBins  how many levels it may have
 /// @return nothing for a line that is empty
-/// @throws std::runtime_error that says what is wrong and what would be right
+/// @throws TooManyBins, or std::runtime_error that says what is wrong and what would be right
 std::optional<SweepRow> readSweepRow(std::string_view line, std::size_t mostBins);
 
 } // namespace simulator

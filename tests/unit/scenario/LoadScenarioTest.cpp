@@ -96,13 +96,13 @@ TEST_F(LoadScenario, boundsRecordingsTogether)
     };
     write("a.csv", row(1));
     write("b.csv", row(simulator::mostRecordedBins));
-    EXPECT_THAT(error(mine), testing::HasSubstr("recordings[1].file: b.csv: line 1: makes more bins than the 10000000"));
-    const std::string blanks(33U << 20U, '\n');
+    EXPECT_THAT(error(mine), testing::HasSubstr("recordings[1].file: b.csv: line 1: makes more bins than the 4000000"));
+    const std::string blanks(17U << 20U, '\n');
     write("a.csv", row(1) + blanks);
     write("b.csv", row(1) + blanks);
     EXPECT_EQ(error(mine),
         mine
-            + ": $.channels[0].emitters.recordings[1].file: b.csv: the recordings of the scenario are larger than 64 MiB "
+            + ": $.channels[0].emitters.recordings[1].file: b.csv: the recordings of the scenario are larger than 32 MiB "
               "together; must be smaller");
 }
 
