@@ -57,8 +57,8 @@ bool isObeyed(char32_t codePoint)
         char32_t first;
         char32_t last;
     };
-    constexpr Range obeyed[] = {{0x00, 0x1F}, {0x7F, 0x9F}, {0x061C, 0x061C}, {0x200E, 0x200F}, {0x2028, 0x202E},
-        {0x2066, 0x2069}, {0xFEFF, 0xFEFF}};
+    constexpr Range obeyed[] = {{0x00, 0x1F}, {0x7F, 0x9F}, {0xAD, 0xAD}, {0x061C, 0x061C}, {0x180E, 0x180E},
+        {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};
     return std::ranges::any_of(
         obeyed, [codePoint](const Range& range) { return range.first <= codePoint && codePoint <= range.last; });
 }
@@ -74,8 +74,11 @@ std::string hexadecimal(char32_t value, unsigned digits)
 
 std::string escaped(const Character& character)
 {
-    return character.isValid && character.codePoint > 0x7F ? "\\u" + hexadecimal(character.codePoint, 4)
-                                                           : "\\x" + hexadecimal(character.codePoint, 2);
+    if (!character.isValid || character.codePoint <= 0x7F) {
+        return "\\x" + hexadecimal(character.codePoint, 2);
+    }
+    return character.codePoint <= 0xFFFF ? "\\u" + hexadecimal(character.codePoint, 4)
+                                         : "\\U" + hexadecimal(character.codePoint, 8);
 }
 
 } // namespace
@@ -117,20 +120,6 @@ std::string readToEnd(std::istream& stream, std::size_t largest_MiB)
     }
     if (text.size() > largest_MiB << 20U) {
         throw std::runtime_error("is larger than " + std::to_string(largest_MiB) + " MiB; must be smaller");
-    }
-    return text;
-}
-
-std::string listed(const std::string& file, const std::vector<std::string>& errors)
-{
-    constexpr std::size_t most = 10;
-    const std::string name = shown(file);
-    std::string text;
-    for (std::size_t index = 0; index < std::min(errors.size(), most); ++index) {
-        text += (index == 0 ? "" : "\n") + name + ": " + errors[index];
-    }
-    if (errors.size() > most) {
-        text += "\n" + name + ": and " + std::to_string(errors.size() - most) + " more";
     }
     return text;
 }

@@ -5,14 +5,14 @@
 #include <istream>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace support {
 
 /// A text of unknown origin, such as a name out of a file, as it may be shown on a terminal: one line in UTF-8 that nothing
 /// obeys.
 ///
-/// Control characters, line and paragraph separators, marks that change the direction of writing, and bytes that are no
+/// Control characters, line and paragraph separators, characters that take no room, marks that change the direction of
+/// writing, and bytes that are no
 /// UTF-8 become escapes that can be seen, such as `\x1B` and `\u202E`.
 ///
 /// @param most  number of characters of the result, at least 3. A longer text ends in "...", which count among them; neither
@@ -22,9 +22,6 @@ std::string shown(std::string_view foreign, std::size_t most = 200);
 /// Reads a stream to its end.
 /// @throws std::runtime_error  "cannot be read", or "is larger than 1 MiB; must be smaller"
 std::string readToEnd(std::istream& stream, std::size_t largest_MiB);
-
-/// What is wrong with a file, each on a line that names it as shown() has it; ten at most, and how many more there are.
-std::string listed(const std::string& file, const std::vector<std::string>& errors);
 
 /// What is said of something: each line of a text, without empty ones, behind the same words. Whatever stands in it may be
 /// shown on a terminal.

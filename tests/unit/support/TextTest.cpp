@@ -37,6 +37,8 @@ TEST(ShownText, escapesWhatATerminalWouldObey)
         {"\u202A\u202D", "\\u202A\\u202D"},
         {"\u2066\u2069", "\\u2066\\u2069"},
         {"\uFEFF", "\\uFEFF"},
+        {"a\u00ADb\u200Bc\u2060", "a\\u00ADb\\u200Bc\\u2060"},
+        {"\U000E0041", "\\U000E0041"},
     };
     for (const auto& [foreign, text] : rows) {
         EXPECT_EQ(shown(foreign), text);
@@ -83,15 +85,6 @@ TEST(Input, isReadToItsEndButNotBeyondItsLimit)
     std::istringstream large(std::string((1 << 20) + 1, 'x'));
     EXPECT_THAT([&] { support::readToEnd(large, 1); },
         testing::ThrowsMessage<std::runtime_error>("is larger than 1 MiB; must be smaller"));
-}
-
-TEST(Errors, standOnALineEach)
-{
-    EXPECT_EQ(support::listed("a.json", {"one", "two"}), "a.json: one\na.json: two");
-    EXPECT_EQ(support::listed("\033", {"one"}), "\\x1B: one");
-    EXPECT_THAT(support::listed("a", std::vector<std::string>(10, "e")), testing::Not(HasSubstr("more")));
-    EXPECT_EQ(support::listed("\033", {"one"}), "\\x1B: one");
-    EXPECT_THAT(support::listed("a", std::vector<std::string>(13, "e")), testing::EndsWith("\na: e\na: and 3 more"));
 }
 
 TEST(Duration, isCutOffAfterItsLastFigure)
