@@ -22,7 +22,9 @@ void tell(const std::exception& exception)
 int main(int argc, char** argv)
 {
     sdc::holdStandardDescriptors();
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // who writes sees the failure, and goes on with the other outputs
+    for (const int signal : {SIGPIPE, SIGXFSZ}) {
+        static_cast<void>(std::signal(signal, SIG_IGN)); // who writes sees the failure, and goes on with the other outputs
+    }
     try {
         return sdc::readCommandLine(argc, argv)();
     } catch (const sdc::UsageError& error) {

@@ -115,13 +115,26 @@ std::optional<int> ownDescriptor(const Target& target)
     return isNumber && isOwn ? std::optional(number) : std::nullopt;
 }
 
+/// Whether a descriptor is open for writing. Says in errno why not.
+bool isForWriting(int descriptor)
+{
+    const int flags = fcntl(descriptor, F_GETFL);
+    if (flags >= 0 && (flags & O_ACCMODE) == O_RDONLY) {
+        errno = EBADF;
+    }
+    return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+}
+
 /// Why it cannot be written; empty where nothing is known against it.
 std::string obstacle(const Target& target)
 {
     if (fs::is_directory(target.status)) {
         return "it is a folder";
     }
-    const bool isClosed = fs::exists(target.status) && !ownDescriptor(target) && access(target.path.c_str(), W_OK) != 0;
+    if (const auto own = ownDescriptor(target)) {
+        return isForWriting(*own) ? "" : systemReason();
+    }
+    const bool isClosed = fs::exists(target.status) && access(target.path.c_str(), W_OK) != 0;
     const bool isFolderClosed = target.isReplaced() && access((target.folder() / ".").c_str(), W_OK | X_OK) != 0;
     return isClosed || isFolderClosed ? systemReason() : "";
 }
@@ -139,6 +152,9 @@ void writeStandardOutput(const Write& write)
 void writeInto(int file, const std::string& path, const Write& write)
 {
     __gnu_cxx::stdio_filebuf<char> buffer(file, std::ios::out | std::ios::binary);
+    if (!buffer.is_open()) {
+        fail(path, systemReason());
+    }
     std::ostream stream(&buffer);
     errno = 0;
     write(stream);

@@ -209,6 +209,9 @@ TEST_F(OutputFile, failuresNameTheFileAndTheReason)
     EXPECT_EQ(failureOf(in("file/file")), "cannot write to " + in("file/file") + ": Not a directory");
     EXPECT_EQ(failureOf(in("loop")), "cannot write to " + in("loop") + ": Too many levels of symbolic links");
     EXPECT_EQ(failureOf("/no/\033[2J"), "cannot write to /no/\\x1B[2J: No such file or directory");
+    const Opened input = openedOf(open(in("file").c_str(), O_RDONLY));
+    EXPECT_EQ(failureOf(input.name), "cannot write to " + input.name + ": Bad file descriptor");
+    close(input.number);
     EXPECT_EQ(failureOf(""), "cannot write to : No such file or directory");
 }
 
