@@ -7,6 +7,7 @@
 namespace {
 
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -91,6 +92,7 @@ TEST_F(ResultCommands, refuseWhatIsNoResult)
 
 TEST_F(ResultCommands, showNoNameThatATerminalObeys)
 {
+    EXPECT_THAT(run("plot " + std::string(300, 'b')).err, EndsWith("...: cannot be read: File name too long\n"));
     EXPECT_EQ(run("plot 'no\033[2J'").err, "sdc: no\\x1B[2J: cannot be read: No such file or directory\n");
     EXPECT_THAT(run("plot a.json --output 'no\033[2J'").err, StartsWith("sdc: --output: 'no\\x1B[2J' tells no kind of"));
 }

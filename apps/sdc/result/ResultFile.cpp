@@ -64,7 +64,8 @@ ScanResult readResult(const std::string& file)
         return parseResult(readAll(std::cin, "standard input"), "standard input");
     }
     const std::string name = support::shown(file);
-    if (std::filesystem::is_directory(file)) {
+    std::error_code error; // the file itself tells
+    if (std::filesystem::is_directory(file, error)) {
         throw ResultError(name + ": is a folder; a file that 'sdc scan --json' wrote is needed");
     }
     std::ifstream stream(file, std::ios::binary);
