@@ -18,7 +18,7 @@ namespace {
 struct CompareOptions {
     std::string before; ///< file that `sdc scan --json` wrote
     std::string after;
-    double threshold_dB = 3.0; ///< differences from that on are told
+    double threshold_dB = 3.0; ///< larger differences are told
 };
 
 /// Tells what has changed between two results; that nothing has, too.
@@ -48,7 +48,7 @@ void addCompare(CLI::App& app, Command& command)
     addResult(comparing, "BEFORE", options->before, "What 'sdc scan --json' wrote first");
     addResult(comparing, "AFTER", options->after, "What it wrote later");
     const Parsing<double> level{"DB", "level", "0 to 1000, such as 3", parseLevel};
-    addParsed(comparing, "--threshold", options->threshold_dB, level, "Tell differences from so many dB on (3)");
+    addParsed(comparing, "--threshold", options->threshold_dB, level, "Tell differences of more than so many dB (3)");
     comparing.footer("Exit status 0 whether or not something has changed.\n\n"
                      "Example:\n  sdc compare monday.json tuesday.json --threshold 6\n");
     comparing.callback([options, &command] {
