@@ -1,12 +1,13 @@
 #include "simulator/Radios.h"
 
+#include "simulator/radio/Receiver.h"
+
+#include "Platform/Host/RadioChannel.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-
-#include "Platform/Host/RadioChannel.h"
-#include "simulator/radio/Receiver.h"
 
 namespace simulator {
 

@@ -1,12 +1,12 @@
 #include "simulator/radio/Air.h"
 
-#include <cmath>
-#include <type_traits>
-#include <variant>
-
 #include "simulator/radio/Band.h"
 #include "simulator/radio/emitters/Carrier.h"
 #include "simulator/radio/emitters/ContinuousWave.h"
+
+#include <cmath>
+#include <type_traits>
+#include <variant>
 
 namespace simulator {
 

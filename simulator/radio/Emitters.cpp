@@ -1,13 +1,13 @@
 #include "simulator/radio/Emitters.h"
 
+#include "simulator/radio/emitters/Limits.h"
+#include "support/Fields.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string>
 #include <vector>
-
-#include "simulator/radio/emitters/Limits.h"
-#include "support/Fields.h"
 
 namespace simulator {
 

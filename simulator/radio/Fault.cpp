@@ -1,10 +1,10 @@
 #include "simulator/radio/Fault.h"
 
+#include "support/Errors.h"
+
 #include <optional>
 #include <utility>
 #include <vector>
-
-#include "support/Errors.h"
 
 namespace simulator {
 

@@ -2,6 +2,8 @@
 
 #include "tests/support/Waiting.h"
 
+#include "Platform/Host/ResultCode.h"
+
 #include <algorithm>
 #include <array>
 #include <mutex>
@@ -11,7 +13,6 @@ namespace tests {
 
 namespace {
 
-constexpr std::int32_t errorsOf = 32768;
 constexpr std::int32_t mostSamples = 100; // more than any run's plans have
 
 /// What the sequential machine tells, too: calls of peers, delays, errors and refusals.
@@ -51,7 +52,7 @@ void ObservedController::follow(const std::string& call)
     } else if (call == "IRadioCapability.getFrequencyParameters") {
         m_faults.call(Operation::getFrequencyParameters);
     } else if (call == "provider.getProperties") {
-        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? errorsOf : 0;
+        peers.radio.propertiesResult = m_faults.call(Operation::getProperties) ? PLX_RC_FAILED : 0;
     } else if (call.starts_with("provider.getUnitInfo")) {
         peers.radio.typeText = m_faults.call(Operation::getUnitInfo) ? "" : m_typeText;
     } else if (call == "sleep.get") {
@@ -67,13 +68,13 @@ void ObservedController::scriptPeers()
 {
     peers.frequencyController.onSetRxFrequency = [this](std::uint32_t) {
         const std::optional<Misbehaviour> wrong = m_faults.call(Operation::setRxFrequency);
-        return wrong == Misbehaviour::refuses ? errorsOf : wrong ? oddCode : 0;
+        return wrong == Misbehaviour::refuses ? PLX_RC_FAILED : wrong ? oddCode : 0;
     };
     peers.rssiHandler.onReadRssi = [this](std::int32_t& rssi) {
         const std::optional<Misbehaviour> wrong = m_faults.call(Operation::readRssi);
         ++m_readings;
         if (wrong == Misbehaviour::refuses) {
-            return errorsOf;
+            return PLX_RC_FAILED;
         }
         rssi = wrong ? oddReading : reading(m_readings);
         return 0;

@@ -1,9 +1,9 @@
 #include "apps/sdc/result/Holds.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+
 #include <algorithm>
 #include <map>
-
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 
 namespace sdc {
 

@@ -1,11 +1,11 @@
 #include "simulator/radio/emitters/Carrier.h"
 
+#include "support/Fields.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <numbers>
-
-#include "support/Fields.h"
 
 namespace simulator {
 

@@ -1,9 +1,9 @@
 #include "simulator/radio/emitters/EdgeLeakage.h"
 
+#include "support/Fields.h"
+
 #include <cmath>
 #include <numbers>
-
-#include "support/Fields.h"
 
 namespace simulator {
 

@@ -1,8 +1,8 @@
 #include "simulator/radio/emitters/Recording.h"
 
-#include <utility>
-
 #include "support/Fields.h"
+
+#include <utility>
 
 namespace simulator {
 
