@@ -3,6 +3,7 @@
 
 #include "Control/SpectrumDiagnosticsController/private/SpectrumDiagnosticsController.h"
 #include "Platform/Host/DefaultSleepApi.h"
+#include "Platform/Host/InterfaceBroker.h"
 #include "Platform/Host/PlxTrace.h"
 #include "Platform/Host/thread_utilities.h"
 #include "Platform/Radio/IFrameFormat.h"
@@ -18,6 +19,8 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <map>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -132,8 +135,38 @@ TEST(Layout, operationsHaveTheListedSignatures)
     static_assert(areAll<std::int32_t (Provider::*)(SDCProperties&), decltype(&Provider::getProperties)>);
     static_assert(areAll<void (Provider::*)(UnitInfo&), decltype(&Provider::getUnitInfo)>);
     static_assert(areAll<void (Util::SleepApi::*)(std::uint32_t), decltype(&Util::SleepApi::sleepMs)>);
+}
+
+TEST(Layout, functionsOfTheHostHaveTheListedSignatures)
+{
+    using Header = const PlxTraceHeader&;
+    using Entry = void (PlxTrace::*)(PlxTraceLevel, Header) const;
+    using EntryWithText = void (PlxTrace::*)(PlxTraceLevel, Header, const std::string&) const;
+    using Broker = InterfaceBroker;
+    static_assert(std::is_constructible_v<PlxTrace, const char*, PlxTraceLevel, PlxTraceHdrOption>);
+    static_assert(areAll<bool (PlxTrace::*)(PlxTraceLevel) const, decltype(&PlxTrace::isEnabled)>);
+    static_assert(areAll<EntryWithText, decltype(&PlxTrace::logMsg)>);
+    static_assert(areAll<Entry, decltype(static_cast<Entry>(&PlxTrace::logEnterMsg))>);
+    static_assert(areAll<EntryWithText, decltype(static_cast<EntryWithText>(&PlxTrace::logEnterMsg))>);
+    static_assert(areAll<Broker& (*)(), decltype(&Broker::getInstance)>);
+    static_assert(areAll<std::int32_t (Broker::*)(const std::string&, IInterface*), decltype(&Broker::registerInterface)>);
+    static_assert(areAll<std::int32_t (Broker::*)(const std::string&), decltype(&Broker::unregisterInterface)>);
+    static_assert(areAll<const std::map<std::string, IInterface*>& (Broker::*)() const, decltype(&Broker::interfaces)>);
+    static_assert(std::is_constructible_v<ModuleInterface, std::uint32_t, const std::string&, std::uint32_t, std::uint32_t,
+        const std::uint32_t*, std::uint32_t>);
+    static_assert(std::is_constructible_v<CModuleManagerRegistrator, ModuleInterface&>);
     static_assert(areAll<Util::SleepApi& (*)(), decltype(&Util::DefaultSleepApi::get)>);
     static_assert(areAll<void (*)(std::thread&, const std::string&), decltype(&os_extension::thread_utilities::setName)>);
+}
+
+/// The two words of a pointer to a virtual function are together one more than its place, in bytes.
+TEST(Layout, sleepServiceHasItsTwoDestructorsFirstAndThenItsSleep)
+{
+    const auto sleepMs = &Util::SleepApi::sleepMs;
+    std::array<std::size_t, 2> words{};
+    static_assert(sizeof words == sizeof sleepMs && std::has_virtual_destructor_v<Util::SleepApi>);
+    std::memcpy(words.data(), &sleepMs, sizeof words);
+    EXPECT_EQ(words[0] + words[1], 2 * sizeof(void*) + 1);
 }
 
 // One operation each, on top of those of the base.
