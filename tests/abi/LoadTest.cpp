@@ -6,6 +6,7 @@
 
 #include "host/Clock.h"
 #include "host/ModuleManager.h"
+#include "host/Trace.h"
 
 #include "Platform/Host/InterfaceBroker.h"
 
@@ -102,6 +103,7 @@ protected:
         void* const constructorSymbol = library.symbol("_ZN29SpectrumDiagnosticsControllerC1E12RadioChannel");
         ASSERT_NE(constructorSymbol, nullptr) << library.error();
         EXPECT_TRUE(isMapped());
+        expectTraceComponent();
         LoadedController controller(constructorSymbol);
         ASSERT_EQ(controller.module().onModuleInit(), 0U);
         ISpectrumDiagnosticsController* const interface = published();
@@ -109,6 +111,16 @@ protected:
         ASSERT_EQ(controller.startScan(*interface), SDC_RC_OK);
         EXPECT_TRUE(tests::eventually([&] { return interface->getStatus() == SDC_STATUS_CHANNEL_SCAN_FINISHED; }));
         expectSamples(*interface);
+    }
+
+    /// The library's own: this program has none.
+    static void expectTraceComponent()
+    {
+        const std::vector<host::TraceComponentInfo> components = host::trace::components();
+        ASSERT_EQ(components.size(), 1U);
+        EXPECT_EQ(components[0].name, "ZRP.SDC");
+        EXPECT_EQ(components[0].defaultLevel, 3U);
+        EXPECT_EQ(components[0].hdrOption, 256U);
     }
 
     void expectSamples(ISpectrumDiagnosticsController& interface) const
@@ -134,6 +146,7 @@ TEST_F(Load, libraryCanBeUsedAndUnloadedAHundredTimes)
 {
     peers.registerFor(7);
     const auto published = InterfaceBroker::getInstance().interfaces().size();
+    EXPECT_TRUE(host::trace::components().empty());
     for (int round = 1; round <= 100 && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         EXPECT_FALSE(isMapped());

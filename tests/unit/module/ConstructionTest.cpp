@@ -46,16 +46,6 @@ constexpr IdentityRow identities[] = {
     {4294967295, 125999, "ISpectrumDiagnosticsController_4294967295"},
 };
 
-TEST_F(Construction, traceComponentOfTheLibraryExistsWithItsDefaults)
-{
-    std::vector<host::TraceComponentInfo> own = host::trace::components();
-    std::erase_if(own, [](const host::TraceComponentInfo& info) { return !info.name.starts_with("ZRP"); });
-    ASSERT_EQ(own.size(), 1U);
-    EXPECT_EQ(own[0].name, "ZRP.SDC");
-    EXPECT_EQ(own[0].defaultLevel, 3U);
-    EXPECT_EQ(own[0].hdrOption, 256U);
-}
-
 TEST_F(Construction, givesTheModuleBaseItsIdentity)
 {
     const std::uint32_t* values = nullptr;
