@@ -5,9 +5,11 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <atomic>
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -34,6 +36,14 @@ protected:
     {
         peers.radio.typeText = "KLM6";
         peers.frameFormat.channelSpacing_kHz = 200000;
+    }
+
+    static void expectBeginningOfTheHundred(const std::vector<SDCResult>& seen)
+    {
+        for (std::size_t n = 0; n < seen.size(); ++n) {
+            const auto step = static_cast<std::uint32_t>(n);
+            EXPECT_EQ(seen[n], (SDCResult{17901000 + 2000 * step, -4001 - static_cast<std::int32_t>(n)}));
+        }
     }
 
 private:
@@ -94,28 +104,33 @@ TEST_F(QueriesToAWorker, afterAHundredSamplesShowFinishedAtNinetyNinePercent)
     EXPECT_EQ(controller->getProgress(), 99);
 }
 
-/// What pollers see of a sweep is always its beginning, and complete once the status says so.
+/// What pollers see of a sweep is always its beginning, and complete once the status says so. The sweep goes on when both
+/// have seen it with some of its samples.
 TEST_F(QueriesToAWorker, fromSeveralThreadsSeeTheBeginningOfTheSweepAtAnyMoment)
 {
     makeHundredSamples();
     setTraceLevel(PLX_TRACE_LEVEL_OFF);
-    const auto poll = [this] {
-        EXPECT_TRUE(tests::eventually([this] {
+    sleep.close();
+    std::atomic<int> haveSeenSome{0};
+    const auto poll = [this, &haveSeenSome] {
+        bool hasSeenSome = false;
+        EXPECT_TRUE(tests::eventually([&] {
             const bool finished = controller->getStatus() == SDC_STATUS_CHANNEL_SCAN_FINISHED;
             const std::vector<SDCResult> seen = samples();
-            for (std::size_t n = 0; n < seen.size(); ++n) {
-                const auto step = static_cast<std::uint32_t>(n);
-                EXPECT_EQ(seen[n], (SDCResult{17901000 + 2000 * step, -4001 - static_cast<std::int32_t>(n)}));
-            }
+            expectBeginningOfTheHundred(seen);
             EXPECT_LT(controller->getProgress(), 100);
             EXPECT_EQ(controller->getSpectrumDiagnosticsProperties().longHaul, 0);
             EXPECT_TRUE(!finished || seen.size() == 100);
+            haveSeenSome += !finished && !seen.empty() && !std::exchange(hasSeenSome, true) ? 1 : 0;
             return finished;
         }));
     };
     std::thread first(poll);
     std::thread second(poll);
     EXPECT_EQ(command(SDC_CMD_CHANNEL_SCAN_START), 0);
+    sleep.letOnePass();
+    EXPECT_TRUE(tests::eventually([&] { return haveSeenSome == 2; }));
+    sleep.open();
     first.join();
     second.join();
     ASSERT_TRUE(waitForIdle());
