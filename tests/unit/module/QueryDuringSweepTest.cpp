@@ -136,6 +136,24 @@ TEST_F(QueriesToAWorker, fromSeveralThreadsSeeTheBeginningOfTheSweepAtAnyMoment)
     ASSERT_TRUE(waitForIdle());
 }
 
+/// A caller that acts when the progress moves, with a stop for example, finds all that was done before. Only a thread
+/// sanitizer can tell: nothing but the progress may order the two threads.
+TEST_F(QueriesToAWorker, whenTheyShowThatTheProgressHasMovedShowWhatTheRadioDidBefore)
+{
+    std::array<std::int32_t, 3> readings{};
+    std::size_t taken = 0;
+    peers.rssiHandler.onReadRssi = [&](std::int32_t& rssi) {
+        rssi = readings.at(taken) = -4500;
+        ++taken;
+        return 0;
+    };
+    setTraceLevel(PLX_TRACE_LEVEL_OFF);
+    EXPECT_EQ(command(SDC_CMD_SUB_BAND_SCAN_START), 0);
+    EXPECT_TRUE(tests::eventually([this] { return controller->getProgress() > 0; }));
+    EXPECT_EQ(readings[1], -4500);
+    ASSERT_TRUE(waitForIdle());
+}
+
 /// The guard of the samples: what waits for it.
 class SamplesGuard : public tests::ControllerFixture {
 protected:
