@@ -8,8 +8,10 @@
 
 #include <cerrno>
 #include <map>
+#include <mutex>
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -176,6 +178,28 @@ TEST_F(Trace, aLowerLevelLeavesOutExactlyTheRecordsAboveItAndNoQuestion)
         }
         setTraceLevel(7);
     }
+}
+
+/// From its start to its end, whether it has got a name or not. The worker asks for level 5 before it waits, with its lock
+/// held until it does.
+TEST_F(Trace, aLivingWorkerWritesNothingWithTheTraceOff)
+{
+    logQuestions();
+    setTraceLevel(PLX_TRACE_LEVEL_OFF);
+    const std::pair<std::function<void()>, std::size_t> namings[] = {
+        {[] {}, 2}, {[] { throw std::runtime_error("no name"); }, 1}, {[] { throw 42; }, 1}};
+    for (const auto& [naming, questions] : namings) {
+        destroy();
+        peers.unregister();
+        log.clear();
+        at("thread.name SpectDiagCtrl7", naming);
+        start();
+        EXPECT_TRUE(waitFor("trace.isEnabled 5", questions));
+        const std::lock_guard<std::mutex> workerWaits(inspect().m_mutex());
+        EXPECT_EQ(log.count("trace.isEnabled 1"), 2 - questions);
+    }
+    destroy();
+    EXPECT_THAT(trace.records(), testing::IsEmpty());
 }
 
 TEST_F(Trace, everySiteHasItsOwnStaticHeaderWithItsSourceRelativeToTheTree)
