@@ -52,6 +52,7 @@ public:
     auto getState() const { return m_controller.getState(); }
     auto setGeneralParams() const { return m_controller.setGeneralParams(); }
     auto getOduType() const { return m_controller.getOduType(); }
+    auto planFor(OduType type, ESDCCommand command) const { return m_controller.planFor(type, command); }
     auto prepChannelScanStd() const { return m_controller.prepChannelScanStd(); }
     auto prepSubBandScanStd() const { return m_controller.prepSubBandScanStd(); }
     auto prepChannelScan4742_4743() const { return m_controller.prepChannelScan4742_4743(); }

@@ -163,6 +163,15 @@ TEST_F(Start, failsForAnUnsupportedUnitTypeBeforeAnyPlan)
     }
 }
 
+TEST_F(Start, hasNoPlanForATypeBeyondTheLastKnown)
+{
+    for (const ESDCCommand command : starts) {
+        for (const std::uint32_t type : {9U, 10U, 4294967295U}) {
+            EXPECT_EQ(inspect().planFor(OduType{type}, command), nullptr) << type;
+        }
+    }
+}
+
 TEST_F(Start, choosesTheSettleDelaysByThePropertiesAlone)
 {
     const struct {
