@@ -9,7 +9,9 @@
 #include <rapidcheck/gtest.h>
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace {
@@ -60,20 +62,35 @@ std::vector<PlanInputs> someInputs()
     return *rc::gen::container<std::vector<PlanInputs>>(40, rc::gen::arbitrary<PlanInputs>());
 }
 
-RC_GTEST_PROP(PlanProperty, everyPlanIsAsCalculated, ())
+/// Compares one plan; false where the second calculation has none.
+bool isCompared(const tests::PlanCase& plan, const PlanInputs& inputs, const ControllerInspector& members)
 {
-    SpectrumDiagnosticsController controller(RadioChannel{7});
-    const ControllerInspector members(controller);
-    for (const PlanInputs& inputs : someInputs()) {
-        for (const tests::PlanCase& plan : tests::planCases) {
-            if (const std::optional<tests::Plan> expected = plan.expected(inputs)) {
-                RC_LOG() << plan.name << ": " << inputs << '\n';
-                put(inputs, members);
-                tests::spoilOutputs(inputs.spacing + 1, members);
-                RC_ASSERT((members.*plan.run)() == 0);
-                RC_ASSERT(tests::planOf(members) == *expected);
+    const std::optional<tests::Plan> expected = plan.expected(inputs);
+    if (expected) {
+        RC_LOG() << plan.name << ": " << inputs << '\n';
+        put(inputs, members);
+        tests::spoilOutputs(inputs.spacing + 1, members);
+        RC_ASSERT((members.*plan.run)() == 0);
+        RC_ASSERT(tests::planOf(members) == *expected);
+    }
+    return expected.has_value();
+}
+
+TEST(PlanProperty, everyPlanIsAsCalculatedAndMostInputsAreCompared)
+{
+    std::map<std::string, int> compared;
+    int tried = 0;
+    EXPECT_TRUE(rc::check("every plan is as calculated", [&] {
+        SpectrumDiagnosticsController controller(RadioChannel{7});
+        for (const PlanInputs& inputs : someInputs()) {
+            ++tried;
+            for (const tests::PlanCase& plan : tests::planCases) {
+                compared[plan.name] += isCompared(plan, inputs, ControllerInspector(controller)) ? 1 : 0;
             }
         }
+    }));
+    for (const tests::PlanCase& plan : tests::planCases) {
+        EXPECT_GT(compared[plan.name], tried / 2) << plan.name;
     }
 }
 
