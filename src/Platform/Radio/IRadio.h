@@ -35,7 +35,7 @@ public:
     /// Unsigned form: "IRadio" for channel 0, else "IRadio_" and the channel.
     static std::string interfaceName(unsigned int channel) { return IInterface::interfaceName("IRadio", channel); }
 
-    /// A new properties provider, owned by the caller; never null. Called in each initialisation of a controller, on the host's
-    /// thread, which an exception reaches.
+    /// A new properties provider, owned by the caller; never null. Called in each initialisation of a controller, on the
+    /// host's thread, which an exception reaches.
     virtual std::unique_ptr<IRadioPropertiesProvider> createPropertiesProvider() = 0;
 };
