@@ -54,7 +54,7 @@ const Transcript transcripts[] = {
     {"scan-channel",
         {"scan channel", "scan channel --quiet --sweep -" START, "scan channel --quiet --csv -",
             "scan channel --quiet --json -" START}},
-    {"scan-sub-band", {"scan sub-band --rows 50", "scan sub-band --scenario 38-long --rows 10 --quiet --csv -"}},
+    {"scan-sub-band", {"scan sub-band --rows 50", "scan sub-band --scenario 38-long --rows 10"}},
     {"scan-several",
         {"scan channel --scenario 8-quad --rows 4", "scan channel --repeat 3", "scan channel --scenario 23-cochannel"}},
     {"scan-failure",
