@@ -1,8 +1,10 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
+#include "apps/sdc/result/ResultForm.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
+#include "support/FieldsJson.h"
 #include "support/Table.h"
 #include "support/Text.h"
 
@@ -77,9 +79,10 @@ Json jsonOf(const PlannedChannel& planned, double speed)
         return {{"refusal", refusal(planned.channel)}};
     }
     const ScanPlan& plan = *planned.plan;
-    return {{"lowest_kHz", plan.lowest_kHz}, {"highest_kHz", plan.highest_kHz}, {"step_kHz", plan.step_kHz},
-        {"samples", plan.samples}, {"first_settle_ms", plan.firstSetRxWait_ms}, {"settle_ms", plan.setRxWait_ms},
-        {"radio_time_ms", plan.settleTime().count()}, {"wall_time_ms", wallTime(plan.settleTime(), speed).count()}};
+    Json json = support::jsonOf(stepsRecord(), &plan);
+    json["radio_time_ms"] = plan.settleTime().count();
+    json["wall_time_ms"] = wallTime(plan.settleTime(), speed).count();
+    return json;
 }
 
 void writeJson(std::ostream& output, const Site& site, const std::vector<PlannedScans>& scans, double speed)

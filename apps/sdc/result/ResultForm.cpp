@@ -77,17 +77,17 @@ const HundredthsSpec level{-highestLevel_dBm, highestLevel_dBm};
 const auto text = support::text();
 const auto moment = support::moment();
 
-const Record<ScanPlan> planRecord{"plan", "what the last sweep was going to do",
-    {
-        {"lowest_kHz", &ScanPlan::lowest_kHz, word, "first frequency, kHz"},
-        {"highest_kHz", &ScanPlan::highest_kHz, word, "bound of the last frequency, kHz"},
-        {"step_kHz", &ScanPlan::step_kHz, word, "from one sample to the next, kHz"},
-        {"samples", &ScanPlan::samples, count, "number of samples in a sweep"},
-        {"first_settle_ms", &ScanPlan::firstSetRxWait_ms, word, "settle delay before the first reading, ms"},
-        {"settle_ms", &ScanPlan::setRxWait_ms, word, "settle delay before each other reading, ms"},
-        {"channel_spacing_kHz", &ScanPlan::channelSpacing_kHz, word, "from one channel to the next, kHz"},
-        {"rx_frequency_kHz", &ScanPlan::rxFrequency_kHz, word, "configured receive frequency, kHz"},
-    }};
+const Record<ScanPlan>& planRecord()
+{
+    static const Record<ScanPlan> record = [] {
+        auto fields = support::fieldsWithin<ScanPlan>(
+            stepsRecord(), [](auto& plan) -> auto& { return plan; });
+        fields.push_back({"channel_spacing_kHz", &ScanPlan::channelSpacing_kHz, word, "from one channel to the next, kHz"});
+        fields.push_back({"rx_frequency_kHz", &ScanPlan::rxFrequency_kHz, word, "configured receive frequency, kHz"});
+        return Record<ScanPlan>("plan", "what the last sweep was going to do", fields);
+    }();
+    return record;
+}
 
 const Record<SDCResult> sampleRecord{"sample", "one reading",
     {
@@ -242,7 +242,7 @@ const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
         {"unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"},
         {"filter_kHz", &ChannelInFile::filterWidth_kHz, support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"),
             "width of the receive filter, kHz"},
-        {"plan", &ChannelInFile::plan, planRecord, planRecord.sentence()},
+        {"plan", &ChannelInFile::plan, planRecord(), planRecord().sentence()},
         {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
         {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
         {"analysis", &ChannelInFile::analysis, analysisRecord, analysisRecord.sentence()},
@@ -263,6 +263,20 @@ std::optional<Wrong> hasAChannelTwice(const ResultInFile& result)
 }
 
 } // namespace
+
+const Record<ScanPlan>& stepsRecord()
+{
+    static const Record<ScanPlan> record{"steps", "what a sweep is going to do",
+        {
+            {"lowest_kHz", &ScanPlan::lowest_kHz, word, "first frequency, kHz"},
+            {"highest_kHz", &ScanPlan::highest_kHz, word, "bound of the last frequency, kHz"},
+            {"step_kHz", &ScanPlan::step_kHz, word, "from one sample to the next, kHz"},
+            {"samples", &ScanPlan::samples, count, "number of samples in a sweep"},
+            {"first_settle_ms", &ScanPlan::firstSetRxWait_ms, word, "settle delay before the first reading, ms"},
+            {"settle_ms", &ScanPlan::setRxWait_ms, word, "settle delay before each other reading, ms"},
+        }};
+    return record;
+}
 
 const Record<ResultInFile>& resultRecord()
 {

@@ -50,6 +50,9 @@ struct ResultInFile {
     std::vector<ChannelInFile> channels;
 };
 
+/// What a sweep is going to do, as it stands there and wherever a plan is written as JSON.
+const support::Record<ScanPlan>& stepsRecord();
+
 /// The keys of such a file, and what must hold among their values.
 const support::Record<ResultInFile>& resultRecord();
 
