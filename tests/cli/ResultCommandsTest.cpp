@@ -90,6 +90,13 @@ TEST_F(ResultCommands, refuseWhatIsNoResult)
     }
 }
 
+TEST_F(ResultCommands, readStandardInputOnce)
+{
+    const Outcome outcome = run("compare - -");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, StartsWith("sdc: BEFORE and AFTER: both are standard input; expected a file for one of them"));
+}
+
 TEST_F(ResultCommands, showNoNameThatATerminalObeys)
 {
     EXPECT_THAT(run("plot " + std::string(300, 'b')).err, EndsWith("...: cannot be read: File name too long\n"));

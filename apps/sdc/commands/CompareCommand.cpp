@@ -1,4 +1,5 @@
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/Compare.h"
 #include "apps/sdc/result/ResultFile.h"
@@ -24,6 +25,9 @@ struct CompareOptions {
 /// Tells what has changed between two results; that nothing has, too.
 ExitStatus compare(const CompareOptions& options, std::ostream& output)
 {
+    if (options.before == "-" && options.after == "-") {
+        throw UsageError("BEFORE and AFTER: both are standard input; expected a file for one of them");
+    }
     const ScanResult before = readResult(options.before);
     const ScanResult after = readResult(options.after);
     try {
@@ -46,7 +50,7 @@ void addCompare(CLI::App& app, Command& command)
     const auto options = std::make_shared<CompareOptions>();
     CLI::App& comparing = *app.add_subcommand("compare", "Tell what has changed between two scans");
     addResult(comparing, "BEFORE", options->before, "What 'sdc scan --json' wrote first");
-    addResult(comparing, "AFTER", options->after, "What it wrote later");
+    addResult(comparing, "AFTER", options->after, "What it wrote later; - for either is standard input");
     const Parsing<double> level{"DB", "level", "0 to 1000, such as 3", parseLevel};
     addParsed(comparing, "--threshold", options->threshold_dB, level, "Tell differences of more than so many dB (3)");
     comparing.footer("Exit status 0 whether or not something has changed.\n\n"
