@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <functional>
 #include <locale>
+#include <tuple>
 #include <vector>
 
 namespace {

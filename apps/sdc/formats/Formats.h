@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ScanResult.h"
 
 #include <cstddef>
@@ -51,7 +52,6 @@ void writeSweepRows(std::ostream& stream, const ScanResult& result, const WriteO
 
 /// A picture, of the kind that the file's name tells.
 void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options);
-std::string pictureNameError(const std::string& file);
 
 /// All formats. The first one is for people, and goes where nothing else is asked for.
 inline constexpr Format formats[] = {
@@ -59,7 +59,7 @@ inline constexpr Format formats[] = {
     {"csv", "CSV, RFC 4180", writeCsv},
     {"json", "JSON: all that is known of the scan", writeJson},
     {"sweep", "Rows as power scanners of receivers write them", writeSweepRows},
-    {"plot", "Picture: .svg, .png or .txt; - is text", writePicture, pictureNameError},
+    {"plot", "Picture: .svg, .png or .txt; - is text", writePicture, plotNameError},
 };
 
 } // namespace sdc

@@ -119,10 +119,9 @@ std::optional<int> ownDescriptor(const Target& target)
 bool isForWriting(int descriptor)
 {
     const int flags = fcntl(descriptor, F_GETFL);
-    if (flags >= 0 && (flags & O_ACCMODE) == O_RDONLY) {
-        errno = EBADF;
-    }
-    return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+    const bool isReadOnly = flags >= 0 && (flags & O_ACCMODE) == O_RDONLY;
+    errno = isReadOnly ? EBADF : errno;
+    return flags >= 0 && !isReadOnly;
 }
 
 /// Why it cannot be written; empty where nothing is known against it.

@@ -12,9 +12,4 @@ void writePicture(std::ostream& stream, const ScanResult& result, const WriteOpt
         {.format = plotFormat(options.file).value(), .width = options.width, .isColored = options.isColored});
 }
 
-std::string pictureNameError(const std::string& file)
-{
-    return plotNameError(file);
-}
-
 } // namespace sdc

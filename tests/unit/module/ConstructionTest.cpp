@@ -1,5 +1,6 @@
 // The controller object: construction, registration, defaults, and what can be asked of it before it is initialised.
 
+#include "tests/support/Callbacks.h"
 #include "tests/support/ControllerFixture.h"
 
 #include "Platform/Host/InterfaceBroker.h"
@@ -175,21 +176,6 @@ TEST_F(Construction, callsBeforeInitialisationAreAnsweredWithoutPeers)
     EXPECT_THAT(log.callsWithout({"enter 6 ", "trace 5 Scan is not running"}), IsEmpty());
 }
 
-/// All without parameters that the controller does not override.
-constexpr unsigned int (ModuleInterface::*inheritedCallbacks[])() = {&ModuleInterface::onModuleRegisterStorageObjects,
-    &ModuleInterface::onPhaseModuleStorageObjectsRetrieved, &ModuleInterface::onPhasePostFrameformatLoad,
-    &ModuleInterface::onPhaseEndFrameformatLoad, &ModuleInterface::onPhaseRestartTickScheduler,
-    &ModuleInterface::onModuleRegisterImTi, &ModuleInterface::onWarmRestartWaitForHw, &ModuleInterface::onWarmRestartInit,
-    &ModuleInterface::onWarmRestartWaitForSetInitCompleteRequest, &ModuleInterface::onPhaseStart,
-    &ModuleInterface::onPhaseFrameformatLoad, &ModuleInterface::onPhasePreFrameformatLoad,
-    &ModuleInterface::onPhaseSuppressErrors, &ModuleInterface::onPhaseSetRadioChannelNearEndFinished,
-    &ModuleInterface::onPhasePreRadioRestartCold, &ModuleInterface::onPhasePreRadioRestartWarm,
-    &ModuleInterface::onPhasePostRadioRestartCold, &ModuleInterface::onPhasePostRadioRestartWarm,
-    &ModuleInterface::onPhaseDisableAlarmThread, &ModuleInterface::onPhasePreDspRecovery,
-    &ModuleInterface::onPhaseDspRecoveryReloadFw, &ModuleInterface::onPhaseDspRecoveryReloadFf,
-    &ModuleInterface::onPhaseDspRecoveryReconfig, &ModuleInterface::onPhasePostDspRecovery,
-    &ModuleInterface::onPhaseEnableAlarmThread};
-
 TEST_F(Construction, inheritedCallbacksReturnSuccessAndTouchNothing)
 {
     construct();
@@ -197,7 +183,7 @@ TEST_F(Construction, inheritedCallbacksReturnSuccessAndTouchNothing)
     log.clear();
     ModuleInterface& module = *controller;
     EXPECT_EQ(module.onPhaseActivation(1, CALLBACK_PRIORITY_NORMAL), 0U);
-    for (const auto callback : inheritedCallbacks) {
+    for (const auto callback : tests::inheritedCallbacks) {
         EXPECT_EQ((module.*callback)(), 0U);
     }
     EXPECT_THAT(log.calls(), IsEmpty());

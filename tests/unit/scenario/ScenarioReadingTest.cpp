@@ -258,8 +258,8 @@ TEST(Comments, mayStandAnywhere)
         commented += one;
         commented += one == '\n' ? "/* here */ // and here\n" : "";
     }
-    EXPECT_EQ(tests::refusalOfText(commented), "");
-    EXPECT_EQ(tests::refusalOfText("\xEF\xBB\xBF" + text), "") << "a byte order mark";
+    EXPECT_EQ(tests::errorsOfText(commented), "");
+    EXPECT_EQ(tests::errorsOfText("\xEF\xBB\xBF" + text), "") << "a byte order mark";
 }
 
 } // namespace

@@ -61,7 +61,7 @@ inline simulator::Scenario parse(const nlohmann::json& file)
 }
 
 /// What a text is refused for, without the file's name before each line; empty when it is not.
-inline std::string refusalOfText(const std::string& text)
+inline std::string errorsOfText(const std::string& text)
 {
     try {
         simulator::parseScenario(text, fileName);
@@ -78,7 +78,7 @@ inline std::string refusalOfText(const std::string& text)
 
 inline std::string errorsOf(const nlohmann::json& file)
 {
-    return refusalOfText(file.dump());
+    return errorsOfText(file.dump());
 }
 
 } // namespace tests
