@@ -4,6 +4,7 @@
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Interrupt.h"
@@ -113,13 +114,14 @@ public:
         for (const auto& [channel, channelPlan] : plan.channels) {
             m_result.channels.push_back({.channel = static_cast<std::uint32_t>(channel.number),
                 .unitTypeText = channel.unitTypeText,
-                .filterWidth_kHz = channel.filterWidth_kHz,
+                .receiver = channel.receiver,
                 .plan = channelPlan.value_or(ScanPlan{}),
-                .sweeps = {}});
+                .sweeps = {},
+                .survey = {}});
         }
     }
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_result.channels[channel].plan = plan; }
-    void onSweepEnd(std::size_t channel, const Sweep& sweep) override { m_result.channels[channel].sweeps.push_back(sweep); }
+    void onSweepEnd(std::size_t channel, const Sweep& sweep) override { m_result.channels[channel].add(sweep); }
 
     const ScanResult& result() const { return m_result; }
 

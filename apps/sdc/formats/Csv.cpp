@@ -1,7 +1,7 @@
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/Formats.h"
-#include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <fmt/format.h>
 
@@ -44,7 +44,7 @@ std::string header(const Columns& columns)
 std::map<std::uint32_t, std::string> holdColumns(const ChannelResult& channel)
 {
     std::map<std::uint32_t, std::string> columns;
-    for (const Hold& hold : holds(channel.sweeps)) {
+    for (const Hold& hold : channel.survey.holds()) {
         columns[hold.frequency_kHz] =
             fmt::format(",{},{},{}", hundredths(hold.max), hundredths(hold.min), hundredths(hold.average));
     }
@@ -59,7 +59,7 @@ void writeChannel(std::ostream& stream, const ChannelResult& channel, const Colu
         ++number;
         const std::string before = columns.hasNumbers ? fmt::format("{},{},", channel.channel, number) : "";
         const std::string after = columns.hasEnding ? fmt::format(",{}\r\n", toText(sweep.ending)) : "\r\n";
-        for (const SDCResult& sample : sweep.samples) {
+        for (const Sample& sample : sweep.samples) {
             stream << before << std::to_string(sample.frequency_kHz) << ',' << hundredths(sample.rssi)
                    << (columns.hasHolds ? holdsAt.at(sample.frequency_kHz) : "") << after;
         }

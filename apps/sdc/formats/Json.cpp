@@ -1,7 +1,9 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
-#include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ResultForm.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 #include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
 
@@ -22,7 +24,7 @@ std::optional<HoldsInFile> holdsOf(const ChannelResult& channel)
         return std::nullopt;
     }
     HoldsInFile lists;
-    for (const Hold& hold : holds(channel.sweeps)) {
+    for (const Hold& hold : channel.survey.holds()) {
         lists.frequencies_kHz.push_back(hold.frequency_kHz);
         lists.max.push_back(hold.max);
         lists.min.push_back(hold.min);
@@ -35,11 +37,11 @@ ChannelInFile inFile(const ChannelResult& channel)
 {
     ChannelInFile written{.channel = channel.channel,
         .unitTypeText = channel.unitTypeText,
-        .filterWidth_kHz = channel.filterWidth_kHz,
+        .receiver = channel.receiver,
         .plan = channel.plan,
         .sweeps = {},
         .holds = holdsOf(channel),
-        .analysis = {analyse(traceOf(channel), channel.plan)}};
+        .analysis = {analyse(traceOf(channel, TraceKind::average), channel.plan)}};
     for (const Sweep& sweep : channel.sweeps) {
         written.sweeps.push_back({sweep, sweep.reason.empty() ? std::nullopt : std::optional(sweep.reason),
             channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
@@ -55,6 +57,7 @@ void writeJson(std::ostream& stream, const ScanResult& result, const WriteOption
         .scenario = result.scenario,
         .description = result.description,
         .kind = result.kind,
+        .farEnd = result.farEnd,
         .channels = {}};
     std::ranges::transform(result.channels, std::back_inserter(written.channels), inFile);
     support::writeReadably(stream, support::jsonOf(resultRecord(), &written));

@@ -1,7 +1,7 @@
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/Formats.h"
-#include "apps/sdc/result/Holds.h"
+#include "apps/sdc/result/PowerMean.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "support/Time.h"
 
 #include <fmt/format.h>
@@ -25,7 +25,7 @@ constexpr std::int64_t hertzPerKilohertz = 1000;
 /// From one sample to the next; 0 when the sweep has no two places.
 std::uint32_t stepOf(const Sweep& sweep, const ScanPlan& plan)
 {
-    const std::vector<SDCResult>& samples = sweep.samples;
+    const std::vector<Sample>& samples = sweep.samples;
     if (samples.size() > 1) {
         return samples[1].frequency_kHz - samples[0].frequency_kHz;
     }
@@ -55,7 +55,7 @@ std::string levels(const Sweep& sweep, std::size_t count)
 std::string levelOfOnePlace(const Sweep& sweep)
 {
     PowerMean mean;
-    for (const SDCResult& sample : sweep.samples) {
+    for (const Sample& sample : sweep.samples) {
         mean.add(sample.rssi);
     }
     return ", " + hundredths(mean.mean());

@@ -1,8 +1,8 @@
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
-#include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -110,10 +110,10 @@ Hold joined(const Hold& left, const Hold& right)
 std::vector<Hold> rowsOf(const ChannelResult& channel)
 {
     if (channel.sweeps.size() > 1) {
-        return holds(channel.sweeps);
+        return channel.survey.holds();
     }
     std::vector<Hold> rows;
-    for (const SDCResult& sample : channel.sweeps.front().samples) {
+    for (const Sample& sample : channel.sweeps.front().samples) {
         rows.push_back({sample.frequency_kHz, sample.rssi, sample.rssi, sample.rssi, 1});
     }
     return rows;
@@ -204,7 +204,7 @@ void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptio
 {
     for (const ChannelResult& channel : result.channels) {
         const Layout layout = layoutOf(channel, options);
-        const Analysis analysis = analyse(traceOf(channel), channel.plan);
+        const Analysis analysis = analyse(traceOf(channel, TraceKind::average), channel.plan);
         if (result.channels.size() > 1) {
             stream << (&channel == &result.channels.front() ? "" : "\n")
                    << colored(

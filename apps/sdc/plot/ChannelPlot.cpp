@@ -37,8 +37,8 @@ constexpr const char* forgotten = "unset label\nunset object\nunset arrow\n"; //
 ChannelPlot::ChannelPlot(const ScanResult& result, const ChannelResult& channel, const PlotOptions& options)
     : m_frame(result, channel, options)
     , m_channel(channel)
-    , m_analysis(analyse(traceOf(channel), channel.plan))
-    , m_holds(holds(channel.sweeps))
+    , m_analysis(analyse(traceOf(channel, TraceKind::average), channel.plan))
+    , m_holds(channel.survey.holds())
     , m_hasHolds(channel.sweeps.size() > 1)
 {
 }
@@ -51,7 +51,7 @@ std::string ChannelPlot::program() const
 /// Samples further apart than the filter is wide say nothing of what lies between them.
 bool ChannelPlot::isConnected() const
 {
-    return m_channel.plan.step_kHz != 0 && m_channel.plan.step_kHz <= m_channel.filterWidth_kHz;
+    return m_channel.plan.step_kHz != 0 && m_channel.plan.step_kHz <= m_channel.receiver.filterWidth_kHz;
 }
 
 std::string ChannelPlot::data() const

@@ -3,8 +3,8 @@
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/plot/PlotFrame.h"
 #include "apps/sdc/result/Analysis.h"
-#include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 
 #include <cstdint>
 #include <string>

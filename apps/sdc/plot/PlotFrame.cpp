@@ -1,7 +1,7 @@
 #include "apps/sdc/plot/PlotFrame.h"
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "support/Text.h"
 #include "support/Time.h"
 
@@ -143,7 +143,7 @@ void PlotFrame::findLevels()
     double lowest_dBm = -100.0;
     double highest_dBm = -60.0;
     for (const Sweep& sweep : m_channel.sweeps) {
-        for (const SDCResult& sample : sweep.samples) {
+        for (const Sample& sample : sweep.samples) {
             lowest_dBm = std::min(lowest_dBm, sample.rssi / 100.0);
             highest_dBm = std::max(highest_dBm, sample.rssi / 100.0);
         }

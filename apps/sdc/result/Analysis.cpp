@@ -1,7 +1,7 @@
 #include "apps/sdc/result/Analysis.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
-#include "apps/sdc/result/Holds.h"
+#include "apps/sdc/result/PowerMean.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #include "apps/sdc/result/Compare.h"
 
-#include "apps/sdc/result/Holds.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 
 #include <fmt/format.h>
 
@@ -23,7 +23,7 @@ using Levels = std::map<std::uint32_t, std::int32_t>;
 Levels levelsOf(const ChannelResult& channel)
 {
     Levels levels;
-    for (const Hold& hold : holds(channel.sweeps)) {
+    for (const Hold& hold : channel.survey.holds()) {
         levels.emplace(hold.frequency_kHz, hold.average);
     }
     return levels;
@@ -80,8 +80,8 @@ ChannelComparison compareChannels(const ChannelResult& before, const ChannelResu
     }
     comparison.onlyBefore_kHz = missingIn(levelsBefore, levelsAfter);
     comparison.onlyAfter_kHz = missingIn(levelsAfter, levelsBefore);
-    const Analysis analysisBefore = analyse(traceOf(before), before.plan);
-    const Analysis analysisAfter = analyse(traceOf(after), after.plan);
+    const Analysis analysisBefore = analyse(traceOf(before, TraceKind::average), before.plan);
+    const Analysis analysisAfter = analyse(traceOf(after, TraceKind::average), after.plan);
     comparison.floorBefore = analysisBefore.floor;
     comparison.floorAfter = analysisAfter.floor;
     const std::uint32_t spacing_kHz = before.plan.channelSpacing_kHz;

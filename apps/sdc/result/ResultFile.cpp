@@ -7,10 +7,10 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -20,14 +20,20 @@ namespace {
 
 ChannelResult outOfFile(ChannelInFile&& channel)
 {
+    ChannelResult read{.channel = channel.channel,
+        .unitTypeText = std::move(channel.unitTypeText),
+        .receiver = channel.receiver,
+        .plan = channel.plan,
+        .sweeps = {},
+        .survey = {}};
     for (SweepInFile& sweep : channel.sweeps) {
         sweep.reason = std::move(sweep.givenReason).value_or("");
+        for (std::size_t index = 0; index < sweep.samples.size(); ++index) {
+            sweep.samples[index].time = sweep.start + channel.plan.settleTime(static_cast<std::int64_t>(index) + 1);
+        }
+        read.add(std::move(sweep));
     }
-    return {.channel = channel.channel,
-        .unitTypeText = std::move(channel.unitTypeText),
-        .filterWidth_kHz = channel.filterWidth_kHz,
-        .plan = channel.plan,
-        .sweeps = {std::move_iterator(channel.sweeps.begin()), std::move_iterator(channel.sweeps.end())}};
+    return read;
 }
 
 std::string readAll(std::istream& stream, const std::string& file)
@@ -50,8 +56,11 @@ ScanResult parseResult(std::string_view text, const std::string& file)
     if (!errors.areNone()) {
         throw ResultError(errors.listed(file));
     }
-    ScanResult result{
-        .scenario = std::move(read.scenario), .description = std::move(read.description), .kind = read.kind, .channels = {}};
+    ScanResult result{.scenario = std::move(read.scenario),
+        .description = std::move(read.description),
+        .kind = read.kind,
+        .farEnd = read.farEnd,
+        .channels = {}};
     for (ChannelInFile& channel : read.channels) {
         result.channels.push_back(outOfFile(std::move(channel)));
     }

@@ -1,6 +1,6 @@
 #include "apps/sdc/result/ResultForm.h"
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/Sweep.h"
 #include "support/Errors.h"
 #include "support/Time.h"
 #include "support/ValueTypes.h"
@@ -89,10 +89,10 @@ const Record<ScanPlan>& planRecord()
     return record;
 }
 
-const Record<SDCResult> sampleRecord{"sample", "one reading",
+const Record<Sample> sampleRecord{"sample", "one reading",
     {
-        {"frequency_kHz", &SDCResult::frequency_kHz, word, "frequency, kHz"},
-        {"level_dBm", &SDCResult::rssi, level, "level, dBm"},
+        {"frequency_kHz", &Sample::frequency_kHz, word, "frequency, kHz"},
+        {"level_dBm", &Sample::rssi, level, "level, dBm"},
     }};
 
 std::optional<Wrong> wrong(std::string path, const std::string& is, const std::string& right)
@@ -225,7 +225,7 @@ std::optional<Wrong> misplaced(const SweepInFile& sweep, std::size_t index, std:
 std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
 {
     for (std::size_t index = 0; index + 1 < channel.sweeps.size(); ++index) {
-        const std::vector<SDCResult>& samples = channel.sweeps[index].samples;
+        const std::vector<Sample>& samples = channel.sweeps[index].samples;
         const std::int64_t lowest_kHz = samples.empty() ? 0 : samples[0].frequency_kHz;
         const std::int64_t step_kHz = samples.size() > 1 ? samples[1].frequency_kHz - lowest_kHz : 0;
         if (auto found = misplaced(channel.sweeps[index], index, lowest_kHz, step_kHz)) {
@@ -236,12 +236,22 @@ std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
         channel.sweeps.back(), channel.sweeps.size() - 1, channel.plan.lowest_kHz, std::int64_t{channel.plan.step_kHz});
 }
 
+const Record<ReceiverData> receiverRecord{"receiver", "what the data sheet tells of the receiver",
+    {
+        {"filter_kHz", &ReceiverData::filterWidth_kHz, support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"),
+            "width of the receive filter, kHz"},
+        {"noise_figure_dB", &ReceiverData::noiseFigure_dB, support::number(0, 200, "dB"), "noise figure, dB"},
+        {"ultimate_rejection_dB", &ReceiverData::ultimateRejection_dB, support::number(0, 200, "dB"),
+            "of what lies outside the filter, dB"},
+        {"saturation_dBm", &ReceiverData::saturation_dBm, support::number(-200, 200, "dBm"),
+            "where readings level off, dBm"},
+    }};
+
 const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
     {
         {"channel", &ChannelInFile::channel, word, "number of the radio channel"},
         {"unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"},
-        {"filter_kHz", &ChannelInFile::filterWidth_kHz, support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"),
-            "width of the receive filter, kHz"},
+        {"receiver", &ChannelInFile::receiver, receiverRecord, receiverRecord.sentence()},
         {"plan", &ChannelInFile::plan, planRecord(), planRecord().sentence()},
         {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
         {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
@@ -283,11 +293,12 @@ const Record<ResultInFile>& resultRecord()
     static const Record<ResultInFile> record{"result", "what sweeps of a receiver found, and how they went",
         {
             support::ignored<ResultInFile>("$schema", text, "where this schema is found; for editors"),
-            {"schema_version", &ResultInFile::schemaVersion, support::integer(1, 1), "number of this form"},
+            {"schema_version", &ResultInFile::schemaVersion, support::integer(2, 2), "number of this form"},
             {"program_version", &ResultInFile::programVersion, text, "of the program that wrote the result"},
             {"scenario", &ResultInFile::scenario, text, "name of the scenario"},
             {"description", &ResultInFile::description, text, "of the scenario, one line"},
             {"kind", &ResultInFile::kind, support::choice(scanKinds), "of the scan"},
+            {"far_end", &ResultInFile::farEnd, support::choice(farEnds), "whether it transmitted, as the user said"},
             {"channels", &ResultInFile::channels, support::list(channelRecord, 1, terminal::mostChannels),
                 "one for each radio channel that was scanned"},
         },

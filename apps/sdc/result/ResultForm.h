@@ -2,6 +2,7 @@
 
 #include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "support/Fields.h"
 
 #include <cstdint>
@@ -34,7 +35,7 @@ struct AnalysisInFile : Analysis {
 struct ChannelInFile {
     std::uint32_t channel = 0;
     std::string unitTypeText;
-    double filterWidth_kHz = 0.0;
+    ReceiverData receiver;
     ScanPlan plan;
     std::vector<SweepInFile> sweeps;
     std::optional<HoldsInFile> holds;
@@ -42,11 +43,12 @@ struct ChannelInFile {
 };
 
 struct ResultInFile {
-    std::uint32_t schemaVersion = 1;
+    std::uint32_t schemaVersion = 2;
     std::string programVersion;
     std::string scenario;
     std::string description;
     ScanKind kind{};
+    FarEnd farEnd{};
     std::vector<ChannelInFile> channels;
 };
 

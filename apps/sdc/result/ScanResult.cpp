@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <iterator>
+#include <utility>
 
 namespace sdc {
 
@@ -18,6 +19,27 @@ std::string hundredths(std::int64_t value)
 std::string megahertz(std::uint32_t frequency_kHz)
 {
     return fmt::format("{}.{:03}", frequency_kHz / 1000, frequency_kHz % 1000);
+}
+
+void ChannelResult::add(Sweep sweep, bool keepsAll)
+{
+    survey.add(sweep);
+    if (!keepsAll) {
+        sweeps.clear();
+    }
+    sweeps.push_back(std::move(sweep));
+}
+
+std::vector<SDCResult> traceOf(const ChannelResult& channel, TraceKind kind)
+{
+    if (channel.survey.sweeps() != 1) {
+        return channel.survey.trace(kind);
+    }
+    std::vector<SDCResult> trace;
+    for (const Sample& sample : channel.sweeps.front().samples) {
+        trace.push_back({sample.frequency_kHz, sample.rssi});
+    }
+    return trace;
 }
 
 bool isPartial(const Sweep& sweep, const ScanPlan& plan)

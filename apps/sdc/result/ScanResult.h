@@ -1,6 +1,7 @@
 #pragma once
 
-#include "support/Time.h"
+#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 #include "terminal/ScanPlan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
@@ -14,48 +15,47 @@
 
 namespace sdc {
 
-using support::TimePoint;
 using terminal::ScanPlan;
 
 enum class ScanKind : std::uint8_t { channel, subBand };
 inline constexpr std::array<std::string_view, 2> scanKinds{"channel", "sub-band"};
-
-enum class Ending : std::uint8_t {
-    complete, ///< all samples taken, the receiver back on its frequency
-    stopped,  ///< by the user, the receiver back on its frequency
-    failed,   ///< anything else; `reason` tells what
-};
-inline constexpr std::array<std::string_view, 3> endings{"complete", "stopped", "failed"};
 
 constexpr std::string_view toText(ScanKind kind)
 {
     return scanKinds.at(static_cast<std::size_t>(kind));
 }
 
-constexpr std::string_view toText(Ending ending)
+/// Whether the far end of a link transmits while it is scanned. Nobody but the user can know.
+enum class FarEnd : std::uint8_t { unknown, on, muted };
+inline constexpr std::array<std::string_view, 3> farEnds{"unknown", "on", "muted"};
+
+constexpr std::string_view toText(FarEnd farEnd)
 {
-    return endings.at(static_cast<std::size_t>(ending));
+    return farEnds.at(static_cast<std::size_t>(farEnd));
 }
 
-/// One sweep of one channel.
-struct Sweep {
-    TimePoint start; ///< on the clock of the simulated terminal
-    TimePoint end;
-    Ending ending{};
-    std::string reason;     ///< of a failure, one line; empty otherwise
-    std::string statusText; ///< the controller's status at the end, in its own words
-    std::uint32_t rxBefore_kHz = 0;
-    std::uint32_t rxAfter_kHz = 0;
-    std::vector<SDCResult> samples; ///< rssi in hundredths of a dBm
+/// What the data sheet tells of a receiver.
+struct ReceiverData {
+    double filterWidth_kHz = 0.0;
+    double noiseFigure_dB = 0.0;
+    double ultimateRejection_dB = 0.0; ///< of what lies outside the filter
+    double saturation_dBm = 0.0;       ///< where readings level off
+
+    bool operator==(const ReceiverData&) const = default;
 };
 
-/// All sweeps of one channel, in the order made; at least one.
+/// What the sweeps of one channel found; at least one.
 struct ChannelResult {
     std::uint32_t channel = 0; ///< radio channel number
     std::string unitTypeText;
-    double filterWidth_kHz = 0.0; ///< of the receiver
-    ScanPlan plan;                ///< of the last sweep; plan.samples tells how many samples each sweep should have
-    std::vector<Sweep> sweeps;
+    ReceiverData receiver;
+    ScanPlan plan;             ///< of the last sweep; plan.samples tells how many samples each sweep should have
+    std::vector<Sweep> sweeps; ///< in the order made: all of them, or the last alone where nobody asks for the others
+    Survey survey;             ///< of all sweeps
+
+    /// One sweep more.
+    /// @param keepsAll  otherwise those before it are forgotten; the survey still knows what they found
+    void add(Sweep sweep, bool keepsAll = true);
 };
 
 /// What one run of `sdc scan` found.
@@ -63,11 +63,15 @@ struct ScanResult {
     std::string scenario;
     std::string description;
     ScanKind kind{};
+    FarEnd farEnd = FarEnd::unknown;
     std::vector<ChannelResult> channels; ///< in the order asked for; at least one
 };
 
 /// Whether samples are missing.
 bool isPartial(const Sweep& sweep, const ScanPlan& plan);
+
+/// The one trace that stands for a channel: the samples of its sweep or, of several sweeps, one level for each frequency.
+std::vector<SDCResult> traceOf(const ChannelResult& channel, TraceKind kind);
 
 // What is said of results, the same way everywhere and whatever the locale.
 

@@ -23,7 +23,8 @@ Site::Site(const std::string& scenario)
     : m_scenario(simulator::loadScenario(scenario))
 {
     for (const auto& [number, link] : m_scenario.channels) {
-        m_channels.push_back({number, link.unitTypeText, link.rxFrequency_kHz, link.filterWidth_kHz});
+        m_channels.push_back({number, link.unitTypeText, link.rxFrequency_kHz,
+            {link.filterWidth_kHz, link.noiseFigure_dB, link.ultimateRejection_dB, link.saturation_dBm}});
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/RadioChannel.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <chrono>
 #include <cstdint>
@@ -21,7 +22,7 @@ struct ChannelInfo {
     RadioChannel number{};
     std::string unitTypeText;
     std::uint32_t rxFrequency_kHz = 0; ///< where the receiver belongs
-    double filterWidth_kHz = 0.0;      ///< of the receiver
+    ReceiverData receiver;
 };
 
 /// A radio channel and the plan of its scan; no plan where the controller cannot make one.

@@ -127,7 +127,7 @@ void Lane::begin(Terminal& terminal, ScanKind kind)
 }
 
 /// Where no sweep has begun the controller still shows the samples of the one before.
-std::span<const SDCResult> Lane::measure(Terminal& terminal)
+std::span<const Sample> Lane::measure(Terminal& terminal)
 {
     m_facts.rxAfter_kHz = terminal.rxFrequency_kHz(number());
     if (!m_hasBegun) {
@@ -135,7 +135,11 @@ std::span<const SDCResult> Lane::measure(Terminal& terminal)
     }
     m_facts.workerFailure = terminal.workerFailure(number());
     const std::size_t before = m_samples.size();
-    m_samples = terminal.samples(number());
+    const std::vector<SDCResult> measured = terminal.samples(number());
+    for (std::size_t index = before; index < measured.size(); ++index) {
+        const auto [frequency_kHz, rssi] = measured[index];
+        m_samples.push_back({frequency_kHz, rssi, m_time + plan().settleTime(static_cast<std::int64_t>(index) + 1)});
+    }
     return std::span(m_samples).subspan(before);
 }
 

@@ -3,6 +3,7 @@
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "terminal/Terminal.h"
 
@@ -51,7 +52,7 @@ public:
     bool hasBegun() const { return m_hasBegun; }
 
     /// Fetches what has been measured. Returns the new samples.
-    std::span<const SDCResult> measure(terminal::Terminal& terminal);
+    std::span<const Sample> measure(terminal::Terminal& terminal);
 
     /// Stops the sweep in hand. Returns false, without a stop, when it has ended by itself.
     bool stop(terminal::Terminal& terminal);
@@ -73,7 +74,7 @@ private:
     bool m_hasBegun = false;
     SweepFacts m_facts;
     std::uint32_t m_rxBefore_kHz = 0;
-    std::vector<SDCResult> m_samples;
+    std::vector<Sample> m_samples;
 };
 
 } // namespace sdc

@@ -1,6 +1,5 @@
 #include "apps/sdc/scan/Session.h"
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "support/Text.h"
 #include "terminal/Peers.h"
 
@@ -118,7 +117,7 @@ void Session::stopAll(Terminal& terminal, Clock& clock)
 void Session::measureAll(Terminal& terminal)
 {
     for (std::size_t channel = 0; channel < m_lanes.size(); ++channel) {
-        for (const SDCResult& sample : m_lanes[channel].measure(terminal)) {
+        for (const Sample& sample : m_lanes[channel].measure(terminal)) {
             tell(&Sink::onSample, channel, sample);
         }
     }

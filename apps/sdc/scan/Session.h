@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Lane.h"
 #include "host/Clock.h"
@@ -30,7 +30,7 @@ public:
     virtual void onSweepBegin(std::size_t /*channel*/, const ScanPlan&) {}
 
     /// A sample of the sweep in hand, in the order taken.
-    virtual void onSample(std::size_t /*channel*/, const SDCResult&) {}
+    virtual void onSample(std::size_t /*channel*/, const Sample&) {}
 
     /// The sweep of a channel has ended, well or not; all its samples have been told.
     virtual void onSweepEnd(std::size_t /*channel*/, const Sweep&) {}

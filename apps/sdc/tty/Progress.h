@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <chrono>
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace sdc {
 struct ProgressState {
     std::int64_t taken = 0;                        ///< samples
     std::int64_t planned = 0;                      ///< samples
-    std::optional<SDCResult> last;                 ///< the sample just taken
+    std::optional<Sample> last;                    ///< the sample just taken
     std::optional<std::uint32_t> channel;          ///< its radio channel, where there are several
     std::uint32_t sweep = 1;                       ///< the sweep in hand
     std::uint32_t sweeps = 1;                      ///< of so many; 0: until stopped

@@ -124,7 +124,7 @@ void Report::onSweepBegin(std::size_t channel, const ScanPlan& plan)
     m_lastSeen = std::chrono::steady_clock::now();
 }
 
-void Report::onSample(std::size_t channel, const SDCResult& sample)
+void Report::onSample(std::size_t channel, const Sample& sample)
 {
     ++m_taken;
     ++m_lanes[channel].taken;

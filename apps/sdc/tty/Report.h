@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Progress.h"
@@ -28,7 +28,7 @@ public:
 
     void onPlan(const SessionPlan& plan) override;
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override;
-    void onSample(std::size_t channel, const SDCResult& sample) override;
+    void onSample(std::size_t channel, const Sample& sample) override;
     void onSweepEnd(std::size_t channel, const Sweep& sweep) override;
     void onPoll() override;
     void onStop(std::chrono::milliseconds stepTime) override;
@@ -60,7 +60,7 @@ private:
     std::int64_t m_taken = 0; ///< samples, of all channels
 
     // The sample taken last, of all channels.
-    std::optional<SDCResult> m_lastSample;
+    std::optional<Sample> m_lastSample;
     std::uint32_t m_lastChannel = 0;
     std::chrono::steady_clock::time_point m_lastSeen;
 };

@@ -33,7 +33,7 @@ sdc::ScanResult from(std::uint32_t lowest_kHz, const std::vector<std::int32_t>& 
 {
     auto result = scanOf(levels);
     result.channels[0].sweeps[0].samples = samplesOf(levels, lowest_kHz);
-    return result;
+    return surveyed(std::move(result));
 }
 
 } // namespace
@@ -149,11 +149,11 @@ TEST(Comparisons, resultsWithoutACommonFrequencyCannotBeCompared)
 TEST(Comparisons, reportTellsEverythingInColumns)
 {
     auto after = withPeakAt(7, -4000, -8500);
-    after.channels[0].sweeps[0].samples.push_back({111000, -8500});
+    after.channels[0].sweeps[0].samples.push_back({111000, -8500, {}});
     auto before = withPeakAt(3);
     before.channels[0].sweeps[0].samples.erase(before.channels[0].sweeps[0].samples.begin() + 10);
-    before.channels[0].sweeps[0].samples.insert(before.channels[0].sweeps[0].samples.begin(), {99000, -9000});
-    EXPECT_EQ(reportOf(before, after, 5.5),
+    before.channels[0].sweeps[0].samples.insert(before.channels[0].sweeps[0].samples.begin(), {99000, -9000, {}});
+    EXPECT_EQ(reportOf(surveyed(before), surveyed(after), 5.5),
         "channel 1: 10 frequencies compared, 2 changed by more than 5.50 dB\n"
         "  new peak          107.000 MHz   -40.00 dBm\n"
         "  vanished peak     103.000 MHz   -30.00 dBm\n"

@@ -14,7 +14,7 @@ TEST(Locales, noOutputDependsOnTheLocale)
 {
     auto channel = channelOf(12345, {sweepOf({-9970, -4512, -3000, -9900, -9900, -9900, -9900})});
     channel.sweeps[0] = cutShort(channel.sweeps[0], 6, sdc::Ending::stopped);
-    channel.sweeps.push_back(sweepOf({-9970, -4512, -2000, -9900, -9900, -9900, -9900}));
+    channel.add(sweepOf({-9970, -4512, -2000, -9900, -9900, -9900, -9900}));
     const auto result = resultOf({channel});
     const auto other = resultOf({channelOf(12345, {sweepOf({-5000, -9000, -9000, -9000, -3000, -9000, -9000})})});
     const auto all = [&] {

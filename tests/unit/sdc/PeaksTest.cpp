@@ -11,7 +11,7 @@ namespace {
 
 std::vector<Peak> peaksOf(const std::vector<std::int32_t>& levels)
 {
-    return sdc::analyse(samplesOf(levels), planOf(static_cast<std::int32_t>(levels.size()))).peaks;
+    return sdc::analyse(traceOf(levels), planOf(static_cast<std::int32_t>(levels.size()))).peaks;
 }
 
 } // namespace

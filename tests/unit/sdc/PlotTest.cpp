@@ -35,7 +35,7 @@ sdc::ScanResult bandResult(std::uint32_t step_kHz = 2000)
     for (std::uint32_t index = 0; index < 11; ++index) {
         channel.sweeps[0].samples[index].frequency_kHz = 19'167'500 + index * step_kHz;
     }
-    return result;
+    return surveyed(std::move(result));
 }
 
 /// What the message of a failed plot is.
@@ -151,10 +151,10 @@ TEST(PlotPrograms, labelsThatWouldMeetAreLeftOut)
 TEST(PlotPrograms, samplesFurtherApartThanTheFilterIsWideAreNotConnected)
 {
     auto result = bandResult();
-    result.channels[0].filterWidth_kHz = 2000.0;
+    result.channels[0].receiver.filterWidth_kHz = 2000.0;
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with linespoints"));
     EXPECT_THAT(sdc::plotProgram(result, {}), Not(HasSubstr("with vectors")));
-    result.channels[0].filterWidth_kHz = 1999.9;
+    result.channels[0].receiver.filterWidth_kHz = 1999.9;
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with points"));
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("using 1:(-105):(0):($3-(-105)) with vectors nohead"));
 }
@@ -189,7 +189,7 @@ TEST(PlotPrograms, titleSaysWhatIsMissing)
     sdc::Sweep& sweep = result.channels[0].sweeps[0];
     sweep = cutShort(sweep, 2, Ending::stopped);
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, PARTIAL 2/3, stopped\""));
-    result.channels[0].sweeps.push_back(sweepOf({-9000, -8000, -7000}));
+    result.channels[0].add(sweepOf({-9000, -8000, -7000}));
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, 2 sweeps, PARTIAL 5/6, stopped\""));
     auto failed = scanOf({-9000});
     failed.channels[0].sweeps[0].ending = Ending::failed;

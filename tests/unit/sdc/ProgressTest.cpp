@@ -21,7 +21,7 @@ ProgressState half()
     ProgressState state;
     state.taken = 250;
     state.planned = 500;
-    state.last = SDCResult{19164750, -3804};
+    state.last = sdc::Sample{19164750, -3804, {}};
     state.left = 21s;
     return state;
 }

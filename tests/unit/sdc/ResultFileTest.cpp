@@ -33,7 +33,7 @@ sdc::ScanResult variedResult()
     const auto whole = sweepOf({-9970, -9900, -3000, -9900, -9800, -9700, -9600, -9500});
     auto other = channelOf(4'294'967'295, {cutShort(sweepOf({-4512, -4400}), 1, Ending::stopped)});
     other.plan = planOf(2);
-    other.filterWidth_kHz = 6500.25;
+    other.receiver.filterWidth_kHz = 6500.25;
     other.unitTypeText = "KLM6 7G";
     return resultOf({channelOf(1,
                          {whole,
@@ -69,16 +69,22 @@ TEST(ResultFiles, resultIsOneReadableObject)
     result.kind = sdc::ScanKind::channel;
     result.channels[0].sweeps[0].rxAfter_kHz = 104000;
     EXPECT_EQ(jsonOf(result), R"({
-  "schema_version": 1,
+  "schema_version": 2,
   "program_version": ")" SDC_VERSION R"(",
   "scenario": "test-link",
   "description": "a link",
   "kind": "channel",
+  "far_end": "muted",
   "channels": [
     {
       "channel": 1,
       "unit_type": "KLM6 18G",
-      "filter_kHz": 27500.0,
+      "receiver": {
+        "filter_kHz": 27500.0,
+        "noise_figure_dB": 5.0,
+        "ultimate_rejection_dB": 55.0,
+        "saturation_dBm": -20.0
+      },
       "plan": {
         "lowest_kHz": 100000,
         "highest_kHz": 105000,
@@ -211,7 +217,7 @@ TEST(ResultFileErrors, textsThatAreNoResult)
         {"null", "scan.json: $: is null; must be an object"},
         {"[]", "scan.json: $: is a list; must be an object"},
         {"{}", "scan.json: $: lacks \"channels\""},
-        {"{\"schema_version\": 2, nonsense", "scan.json: $.schema_version: is 2; must be 1 ("},
+        {"{\"schema_version\": 1, nonsense", "scan.json: $.schema_version: is 1; must be 2 ("},
         {"{\"kind\": {\"kind\": [{}]}, \"kind\": 1}", "scan.json: $.kind: stands twice; keep one"},
     };
     for (const auto& row : rows) {
@@ -229,13 +235,13 @@ TEST(ResultFileErrors, wrongValuesAreNamedWithTheirPlace)
         json value;
         const char* error;
     } rows[]{
-        {"/schema_version", 2, "scan.json: $.schema_version: is 2; must be 1"},
+        {"/schema_version", 1, "scan.json: $.schema_version: is 1; must be 2"},
         {"/scenario", 1, "$.scenario: is 1; must be a text"},
         {"/kind", "sideways", "$.kind: is \"sideways\"; must be \"channel\" or \"sub-band\""},
         {"/channels", json::array(), "$.channels: has 0 items; must be a list of 1 to 256 items"},
         {"/colour", "red", "$.colour: unknown key"},
         {"/channels/0/channel", -1, "$.channels[0].channel: is -1; must be an integer from 0 to 4294967295"},
-        {"/channels/0/filter_kHz", "wide", "$.channels[0].filter_kHz: is \"wide\"; must be a number"},
+        {"/channels/0/receiver/filter_kHz", "wide", "$.channels[0].receiver.filter_kHz: is \"wide\"; must be a number"},
         {"/channels/0/plan/samples", 2147483648, "$.channels[0].plan.samples: is 2147483648; must be an integer"},
         {"/channels/0/plan/step_kHz", 4294967296, "$.channels[0].plan.step_kHz: is 4294967296; must be an integer"},
         {"/channels/0/sweeps", json::array(), "$.channels[0].sweeps: has 0 items"},
@@ -349,7 +355,7 @@ TEST(ResultFileErrors, readingEndsAfterTheFirstErrors)
 TEST(ResultFiles, plansOfEarlierSweepsMayHaveBeenOthers)
 {
     auto result = variedResult();
-    for (SDCResult& sample : result.channels[0].sweeps[0].samples) {
+    for (sdc::Sample& sample : result.channels[0].sweeps[0].samples) {
         sample.frequency_kHz += 500;
     }
     result.channels[0].sweeps[0].samples.pop_back();

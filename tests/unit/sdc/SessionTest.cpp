@@ -17,21 +17,18 @@ public:
     {
         tell("begin " + std::to_string(channel) + " of " + std::to_string(plan.samples));
     }
-    void onSample(std::size_t channel, const SDCResult& sample) override { samples.at(channel).push_back(sample); }
+    void onSample(std::size_t channel, const sdc::Sample& sample) override { samples.at(channel).push_back(sample); }
     void onSweepEnd(std::size_t channel, const sdc::Sweep& sweep) override
     {
         tell("end " + std::to_string(channel) + (sweep.reason.empty() ? "" : ": " + sweep.reason));
-        EXPECT_TRUE(
-            std::ranges::equal(samples.at(channel), sweep.samples, [](const SDCResult& before, const SDCResult& kept) {
-                return before.frequency_kHz == kept.frequency_kHz && before.rssi == kept.rssi;
-            }));
+        EXPECT_EQ(samples.at(channel), sweep.samples);
         samples.at(channel).clear();
     }
     void onStop(std::chrono::milliseconds) override { tell("stop"); }
     void onEnd() override { tell("over"); }
 
     std::vector<std::string> told;
-    std::array<std::vector<SDCResult>, 2> samples;
+    std::array<std::vector<sdc::Sample>, 2> samples;
 
 private:
     void tell(const std::string& what) { told.push_back(what); }

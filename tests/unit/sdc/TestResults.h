@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace testing_results {
@@ -16,13 +17,25 @@ using namespace std::chrono_literals;
 inline constexpr sdc::TimePoint aMoment{std::chrono::sys_days{std::chrono::year(2026) / 1 / 2} + 3h + 4min + 5s + 678ms};
 
 /// Levels in hundredths of a dBm, at 100000 kHz and every 1000 kHz above.
-inline std::vector<SDCResult> samplesOf(
+inline std::vector<SDCResult> traceOf(
     const std::vector<std::int32_t>& levels, std::uint32_t lowest_kHz = 100000, std::uint32_t step_kHz = 1000)
 {
-    std::vector<SDCResult> samples;
+    std::vector<SDCResult> trace;
     for (const std::int32_t level : levels) {
-        samples.push_back({lowest_kHz, level});
+        trace.push_back({lowest_kHz, level});
         lowest_kHz += step_kHz;
+    }
+    return trace;
+}
+
+/// The same as readings of a sweep; the first takes 3 s, each other 300 ms.
+inline std::vector<sdc::Sample> samplesOf(const std::vector<std::int32_t>& levels, std::uint32_t lowest_kHz = 100000,
+    std::uint32_t step_kHz = 1000, sdc::TimePoint start = aMoment)
+{
+    std::vector<sdc::Sample> samples;
+    sdc::TimePoint time = start + 3s;
+    for (const auto& [frequency_kHz, level] : traceOf(levels, lowest_kHz, step_kHz)) {
+        samples.push_back({frequency_kHz, level, std::exchange(time, time + 300ms)});
     }
     return samples;
 }
@@ -49,22 +62,44 @@ inline sdc::Sweep sweepOf(const std::vector<std::int32_t>& levels, sdc::TimePoin
         .statusText = "sub-band-scan-finished",
         .rxBefore_kHz = 102000,
         .rxAfter_kHz = 102000,
-        .samples = samplesOf(levels)};
+        .samples = samplesOf(levels, 100000, 1000, start)};
+}
+
+/// With a survey of the sweeps as they are now.
+inline sdc::ChannelResult surveyed(sdc::ChannelResult channel)
+{
+    channel.survey = {};
+    for (sdc::Sweep& sweep : std::exchange(channel.sweeps, {})) {
+        channel.add(std::move(sweep));
+    }
+    return channel;
+}
+
+inline sdc::ScanResult surveyed(sdc::ScanResult result)
+{
+    for (sdc::ChannelResult& channel : result.channels) {
+        channel = surveyed(std::move(channel));
+    }
+    return result;
 }
 
 inline sdc::ChannelResult channelOf(std::uint32_t number, std::vector<sdc::Sweep> sweeps)
 {
-    return {.channel = number,
+    return surveyed({.channel = number,
         .unitTypeText = "KLM6 18G",
-        .filterWidth_kHz = 27500.0,
+        .receiver = {27500.0, 5.0, 55.0, -20.0},
         .plan = planOf(static_cast<std::int32_t>(sweeps.front().samples.size())),
-        .sweeps = std::move(sweeps)};
+        .sweeps = std::move(sweeps),
+        .survey = {}});
 }
 
 inline sdc::ScanResult resultOf(std::vector<sdc::ChannelResult> channels)
 {
-    return {
-        .scenario = "test-link", .description = "a link", .kind = sdc::ScanKind::subBand, .channels = std::move(channels)};
+    return {.scenario = "test-link",
+        .description = "a link",
+        .kind = sdc::ScanKind::subBand,
+        .farEnd = sdc::FarEnd::muted,
+        .channels = std::move(channels)};
 }
 
 /// The first samples of a sweep that was to take more.

@@ -1,4 +1,4 @@
-#include "apps/sdc/result/Holds.h"
+#include "apps/sdc/result/Survey.h"
 
 #include "TestResults.h"
 
@@ -42,15 +42,24 @@ TEST(PowerMeans, noLevelIsTooOdd)
     EXPECT_EQ(mean.mean(), std::numeric_limits<std::int32_t>::max() - 301) << "half the power of the stronger one";
 }
 
+namespace {
+
+std::vector<Hold> holdsOf(std::vector<sdc::Sweep> sweeps)
+{
+    return channelOf(1, std::move(sweeps)).survey.holds();
+}
+
+} // namespace
+
 TEST(Holds, eachFrequencyHasItsMaxMinAndAverage)
 {
     const std::vector<Hold> expected{{100000, 0, -1000, -260, 2}, {101000, -5000, -5000, -5000, 2}};
-    EXPECT_EQ(sdc::holds({sweepOf({-1000, -5000}), sweepOf({0, -5000})}), expected);
+    EXPECT_EQ(holdsOf({sweepOf({-1000, -5000}), sweepOf({0, -5000})}), expected);
 }
 
 TEST(Holds, frequencyIsHeldOverTheSweepsThatReachedIt)
 {
-    const auto found = sdc::holds({sweepOf({-9000, -6000}), sweepOf({-9000}), sweepOf({-7000, -4000, -3000})});
+    const auto found = holdsOf({sweepOf({-9000, -6000}), sweepOf({-9000}), sweepOf({-7000, -4000, -3000})});
     // 1e-9 + 1e-9 + 1e-7 mW over 3 are -74.69 dBm; 1e-6 and 1e-4 mW over 2 are -42.97 dBm.
     ASSERT_EQ(found.size(), 3U);
     EXPECT_EQ(found[0], (Hold{100000, -7000, -9000, -7469, 3}));
@@ -60,23 +69,37 @@ TEST(Holds, frequencyIsHeldOverTheSweepsThatReachedIt)
 
 TEST(Holds, sweepsWithoutSamplesHoldNothing)
 {
-    EXPECT_TRUE(sdc::holds({}).empty());
-    EXPECT_TRUE(sdc::holds({sweepOf({}), sweepOf({})}).empty());
+    EXPECT_TRUE(sdc::Survey().holds().empty());
+    EXPECT_TRUE(holdsOf({sweepOf({}), sweepOf({})}).empty());
 }
 
-TEST(Holds, traceOfOneSweepIsTheSweep)
+TEST(Traces, ofOneSweepIsTheSweep)
 {
-    const auto trace = sdc::traceOf(channelOf(1, {sweepOf({-5000, -6000})}));
+    const auto trace = sdc::traceOf(channelOf(1, {sweepOf({-5000, -6000})}), sdc::TraceKind::max);
     ASSERT_EQ(trace.size(), 2U);
     EXPECT_EQ(trace[1].frequency_kHz, 101000U);
     EXPECT_EQ(trace[1].rssi, -6000);
 }
 
-TEST(Holds, traceOfSeveralSweepsIsTheirAverage)
+TEST(Traces, ofSeveralSweepsHaveTheLevelAskedForAtEachFrequency)
 {
-    const auto trace = sdc::traceOf(channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000})}));
-    ASSERT_EQ(trace.size(), 2U);
-    EXPECT_EQ(trace[0].rssi, -260);
-    EXPECT_EQ(trace[1].frequency_kHz, 101000U);
-    EXPECT_EQ(trace[1].rssi, -5000);
+    const std::tuple<sdc::TraceKind, std::int32_t> levels[] = {
+        {sdc::TraceKind::max, 0}, {sdc::TraceKind::average, -260}, {sdc::TraceKind::min, -1000}};
+    for (const auto& [kind, level] : levels) {
+        const auto trace = sdc::traceOf(channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000})}), kind);
+        ASSERT_EQ(trace.size(), 2U);
+        EXPECT_EQ(trace[0].rssi, level) << toText(kind);
+        EXPECT_EQ(trace[1].frequency_kHz, 101000U);
+        EXPECT_EQ(trace[1].rssi, -5000);
+    }
+}
+
+TEST(Surveys, knowWhatForgottenSweepsFound)
+{
+    sdc::ChannelResult channel = channelOf(1, {sweepOf({-1000, -5000})});
+    channel.add(sweepOf({0, -5000}), false);
+    ASSERT_EQ(channel.sweeps.size(), 1U);
+    EXPECT_EQ(channel.sweeps[0].samples[0].rssi, 0);
+    EXPECT_EQ(channel.survey.sweeps(), 2U);
+    EXPECT_EQ(channel.survey.holds()[0], (Hold{100000, 0, -1000, -260, 2}));
 }

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/PowerMean.h"
+#include "apps/sdc/result/Sweep.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string_view>
+#include <vector>
+
+namespace sdc {
+
+/// What several sweeps found at one frequency. Levels in hundredths of a dBm.
+struct Hold {
+    std::uint32_t frequency_kHz = 0;
+    std::int32_t max = 0;
+    std::int32_t min = 0;
+    std::int32_t average = 0; ///< of the powers, not of the levels in dB
+    std::size_t readings = 0; ///< how many samples at this frequency there are
+
+    bool operator==(const Hold&) const = default;
+};
+
+/// Which of the levels at a frequency stands for it.
+enum class TraceKind : std::uint8_t { max, average, min };
+inline constexpr std::array<std::string_view, 3> traceKinds{"max", "average", "min"};
+
+constexpr std::string_view toText(TraceKind kind)
+{
+    return traceKinds.at(static_cast<std::size_t>(kind));
+}
+
+/// What the sweeps of one channel found, in memory that does not grow with their number.
+class Survey {
+public:
+    void add(const Sweep& sweep);
+
+    std::size_t sweeps() const { return m_sweeps; } ///< number of those added
+
+    /// The holds of all frequencies that any sweep reached, ascending, each over the sweeps that reached it.
+    std::vector<Hold> holds() const;
+
+    /// One level for each frequency, ascending.
+    std::vector<SDCResult> trace(TraceKind kind) const;
+
+private:
+    struct Readings {
+        std::int32_t max;
+        std::int32_t min;
+        PowerMean mean;
+    };
+
+    std::size_t m_sweeps = 0;
+    std::map<std::uint32_t, Readings> m_readings; ///< by frequency
+};
+
+} // namespace sdc
