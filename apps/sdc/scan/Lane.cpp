@@ -82,7 +82,7 @@ std::string sweepFailure(const SweepFacts& facts)
 
 } // namespace
 
-Verdict judge(const SweepFacts& facts)
+SweepEnd endOf(const SweepFacts& facts)
 {
     std::string reason = facts.startFailure.empty() ? sweepFailure(facts) : facts.startFailure;
     if (facts.rxAfter_kHz != facts.configured_kHz) {
@@ -158,14 +158,14 @@ std::chrono::milliseconds Lane::stepTime() const
 Sweep Lane::finish()
 {
     m_facts.taken = std::ssize(m_samples);
-    const Verdict verdict = judge(m_facts);
+    const SweepEnd end = endOf(m_facts);
     const TimePoint begin = std::exchange(m_time, m_time + plan().settleTime(m_facts.taken));
     m_hasBegun = m_hasBegun && !m_facts.workerFailure;
     return {
         .start = begin,
         .end = m_time,
-        .ending = verdict.ending,
-        .reason = verdict.reason,
+        .ending = end.ending,
+        .reason = end.reason,
         .statusText = SDCStatus::toString(m_facts.status),
         .rxBefore_kHz = m_rxBefore_kHz,
         .rxAfter_kHz = m_facts.rxAfter_kHz,

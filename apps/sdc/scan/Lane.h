@@ -28,15 +28,15 @@ struct SweepFacts {
     std::uint32_t rxAfter_kHz = 0;    ///< where it stands
 };
 
-struct Verdict {
+struct SweepEnd {
     Ending ending{};
     std::string reason; ///< of a failure: what happened and where it is seen, one line; empty otherwise
 };
 
 /// A failure counts more than a stop.
-Verdict judge(const SweepFacts& facts);
+SweepEnd endOf(const SweepFacts& facts);
 
-/// One channel in a session: its sweep in hand, and the verdict on it.
+/// One channel in a session: its sweep in hand, and how it ends.
 class Lane {
 public:
     /// @param start  the time of day at which simulated time begins
@@ -45,7 +45,7 @@ public:
     RadioChannel number() const { return m_channel.number; }
     const ScanPlan& plan() const { return m_facts.plan; }
 
-    /// Starts a sweep. What goes wrong is kept for the verdict.
+    /// Starts a sweep. What goes wrong is kept for its end.
     void begin(terminal::Terminal& terminal, ScanKind kind);
 
     /// Whether the sweep in hand was started with success.
@@ -63,7 +63,7 @@ public:
     /// What the step in hand takes.
     std::chrono::milliseconds stepTime() const;
 
-    /// Ends the sweep in hand, with a verdict.
+    /// Ends the sweep in hand.
     Sweep finish();
 
 private:

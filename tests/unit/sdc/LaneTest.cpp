@@ -14,7 +14,7 @@ constexpr std::uint32_t configured_kHz = 19177500;
 constexpr const char* noRestore = "the receiver was not put back: it stands at 19188.750 MHz instead of 19177.500 MHz";
 constexpr const char* ended = "an exception ended the controller's worker (trace, level 1: \"Exception: no answer\")";
 
-/// What is seen of a channel scan, and the verdict.
+/// What is seen of a channel scan, and how it ended.
 struct Row {
     const char* what;
     ESDCStatus status;
@@ -60,22 +60,22 @@ SweepFacts factsOf(const Row& row)
     return facts;
 }
 
-TEST(SweepVerdict, followsFromWhatIsSeenOfTheSweep)
+TEST(SweepEnd, followsFromWhatIsSeenOfTheSweep)
 {
     for (const Row& row : rows) {
-        const sdc::Verdict verdict = judge(factsOf(row));
-        EXPECT_EQ(verdict.ending, row.ending) << row.what;
-        EXPECT_EQ(verdict.reason, row.reason) << row.what;
+        const sdc::SweepEnd end = endOf(factsOf(row));
+        EXPECT_EQ(end.ending, row.ending) << row.what;
+        EXPECT_EQ(end.reason, row.reason) << row.what;
     }
 }
 
-TEST(SweepVerdict, ofASweepThatDidNotStartIsTheReasonOfThatAlone)
+TEST(SweepEnd, ofASweepThatDidNotStartIsTheReasonOfThatAlone)
 {
     SweepFacts facts = factsOf(rows[2]);
     facts.taken = 0;
     facts.startFailure = "the controller refused the start";
-    EXPECT_EQ(judge(facts).ending, Ending::failed);
-    EXPECT_EQ(judge(facts).reason, "the controller refused the start");
+    EXPECT_EQ(endOf(facts).ending, Ending::failed);
+    EXPECT_EQ(endOf(facts).reason, "the controller refused the start");
 }
 
 } // namespace
