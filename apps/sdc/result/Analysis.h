@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/Peaks.h"
 #include "apps/sdc/result/ScanResult.h"
 
 #include <cstddef>
@@ -13,24 +14,6 @@ namespace sdc {
 /// Samples at each end of a trace that do not count for the noise floor: the first reading follows the longest move of the
 /// receiver, and at both ends of a sub-band the unit's own filter begins to cut, so that they read lower than the band is.
 inline constexpr std::size_t edgeSamples = 2;
-
-/// How far a peak stands above the higher of the two valleys beside it, in hundredths of a dB. Readings fluctuate by about
-/// 1 dB, so that 6 dB do not come about by chance.
-inline constexpr std::int32_t leastProminence = 600;
-
-/// How far below its top a peak's width is taken, in hundredths of a dB. Less than its prominence, so that every peak has
-/// one.
-inline constexpr std::int32_t widthDrop = 300;
-
-inline constexpr std::size_t mostPeaks = 10;
-
-/// A hump of the spectrum. Levels in hundredths.
-struct Peak {
-    std::uint32_t frequency_kHz = 0; ///< of its top; of a flat top the sample in the middle
-    std::int32_t level = 0;          ///< dBm
-    std::int64_t prominence = 0;     ///< dB above the higher of the two valleys beside it
-    std::uint32_t width_kHz = 0;     ///< between the places 3 dB below the top
-};
 
 /// A place of the channel raster: the configured receive frequency and a number of channel spacings. Levels in hundredths of
 /// a dBm.
@@ -58,18 +41,11 @@ struct Analysis {
 /// it
 ///   lies in what the samples taken stand for. Its level is the mean power of the samples not more than half a spacing from
 ///   its centre. The configured channel counts even when only part of it was seen.
-/// - A peak is higher than what is beside it on both sides and stands `leastProminence` above the higher valley; a trace
-/// that
-///   ends while it rises has no peak there. Between samples, levels in dB are taken to run straight.
 /// @param samples  frequencies ascending; where they do not ascend, as in a sweep that stays in one place, there are neither
 ///                 peaks nor other channels
 Analysis analyse(const std::vector<SDCResult>& samples, const ScanPlan& plan);
 
 /// Whether a frequency lies in the channel that the receiver belongs to.
 bool isConfigured(std::uint32_t frequency_kHz, const ScanPlan& plan);
-
-/// All peaks of a trace whose frequencies ascend, strongest first; of peaks that are equally strong the lower frequency
-/// first.
-std::vector<Peak> findPeaks(const std::vector<SDCResult>& samples);
 
 } // namespace sdc
