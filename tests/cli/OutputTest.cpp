@@ -76,6 +76,15 @@ TEST_F(Output, thatCannotBeWrittenIsKnownBeforeTheScan)
     }
 }
 
+TEST_F(Output, asAPictureWithoutGnuplotIsRefusedBeforeTheScan)
+{
+    const Outcome outcome = run("scan channel --plot a.svg --csv a.csv", "PATH=/nonexistent");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("sdc: --plot: a picture needs gnuplot, which is not there: install gnuplot-nox"));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("status ")));
+    EXPECT_FALSE(fs::exists(folder / "a.csv"));
+}
+
 TEST_F(Output, intoAFileThatAnotherWritesIsRefused)
 {
     const Outcome outcome = run("scan channel --csv a --json ./a");

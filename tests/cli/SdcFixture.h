@@ -126,7 +126,8 @@ public:
     RunningSdc(const RunningSdc&) = delete;
     RunningSdc& operator=(const RunningSdc&) = delete;
 
-    void interrupt() const { kill(m_pid, SIGINT); }
+    void send(int signal) const { kill(m_pid, signal); }
+    void interrupt() const { send(SIGINT); }
 
     /// Bounded: a program that does not end is killed.
     int waitForExitStatus()

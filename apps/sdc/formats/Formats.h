@@ -23,6 +23,7 @@ struct Format {
     const char* help;
     void (*write)(std::ostream& stream, const ScanResult& result, const WriteOptions& options);
     std::string (*nameError)(const std::string& file) = nullptr; ///< what is wrong with a file's name; empty: nothing
+    std::string (*obstacle)(const std::string& file) = nullptr;  ///< why it cannot be written; empty: nothing is known
 };
 
 // The writers of the formats: each has a source of its own.
@@ -59,7 +60,7 @@ inline constexpr Format formats[] = {
     {"csv", "CSV, RFC 4180", writeCsv},
     {"json", "JSON: all that is known of the scan", writeJson},
     {"sweep", "Rows as power scanners of receivers write them", writeSweepRows},
-    {"plot", "Picture: .svg, .png or .txt; - is text", writePicture, plotNameError},
+    {"plot", "Picture: .svg, .png or .txt; - is text", writePicture, plotNameError, plotObstacle},
 };
 
 } // namespace sdc

@@ -1,5 +1,6 @@
 #include "apps/sdc/formats/OutputFile.h"
 
+#include "support/Descriptor.h"
 #include "support/Text.h"
 
 #include <fcntl.h>
@@ -16,13 +17,13 @@
 #include <random>
 #include <stdexcept>
 #include <system_error>
-#include <utility>
 
 namespace sdc {
 
 namespace {
 
 namespace fs = std::filesystem;
+using support::Descriptor;
 using Write = std::function<void(std::ostream& stream)>;
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason)
@@ -44,29 +45,6 @@ int checked(int result, const std::string& path)
     }
     return result;
 }
-
-/// A file descriptor, closed in the end.
-class Descriptor {
-public:
-    explicit Descriptor(int number)
-        : m_number(number)
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_number >= 0) {
-            close(m_number);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int number() const { return m_number; }
-    int release() { return std::exchange(m_number, -1); }
-
-private:
-    int m_number;
-};
 
 /// Where a chain of links leads to, whether something is there or not.
 struct Target {

@@ -14,6 +14,7 @@
 #include <iterator>
 #include <map>
 #include <ostream>
+#include <stdexcept>
 
 namespace sdc {
 
@@ -65,8 +66,12 @@ bool usesStandardOutput(const std::vector<Output>& outputs)
 void checkOutputs(const std::vector<Output>& outputs)
 {
     checkEachHasItsOwn(outputs);
-    for (const Output& output : outputs) {
-        checkWritable(output.file);
+    for (const auto& [format, file] : outputs) {
+        checkWritable(file);
+        const std::string obstacle = format->obstacle == nullptr ? "" : format->obstacle(file);
+        if (!obstacle.empty()) {
+            throw std::runtime_error(fmt::format("--{}: {}", format->name, obstacle));
+        }
     }
 }
 

@@ -26,7 +26,8 @@ struct OutputOptions {
 bool usesStandardOutput(const std::vector<Output>& outputs);
 
 /// Finds out before a scan, which may take hours, what can be known of outputs that cannot be written after it.
-/// @throws std::runtime_error that names the file and the reason; UsageError where two outputs go into one file
+/// @throws std::runtime_error that names the file, or the option, and the reason; UsageError where two outputs go into one
+/// file
 void checkOutputs(const std::vector<Output>& outputs);
 
 /// Writes all outputs, those to files first; what cannot be written does not keep the others from it.

@@ -92,6 +92,11 @@ std::string plotNameError(const std::string& file)
         : fmt::format("'{}' tells no kind of picture: let it end in .svg, .png or .txt", support::shown(file));
 }
 
+std::string plotObstacle(const std::string& file)
+{
+    return plotFormat(file) == PlotFormat::text ? "" : gnuplotObstacle();
+}
+
 std::string plotProgram(const ScanResult& result, const PlotOptions& wanted)
 {
     const PlotOptions options = drawable(wanted);

@@ -26,6 +26,9 @@ std::optional<PlotFormat> plotFormat(const std::string& file);
 /// What is said where it tells none; empty where it tells one.
 std::string plotNameError(const std::string& file);
 
+/// Why a picture cannot be written into a file, as far as that can be known before; empty: nothing is known against it.
+std::string plotObstacle(const std::string& file);
+
 /// The program that draws a result, for gnuplot 5.4: one plot per channel, below one another.
 std::string plotProgram(const ScanResult& result, const PlotOptions& wanted);
 

@@ -49,22 +49,6 @@ std::string failureOf(const sdc::ScanResult& result)
     }
 }
 
-/// PATH as it is given, for as long as it lives.
-class SearchPath {
-public:
-    explicit SearchPath(const std::string& path)
-        : m_before(std::getenv("PATH"))
-    {
-        setenv("PATH", path.c_str(), 1);
-    }
-    ~SearchPath() { setenv("PATH", m_before.c_str(), 1); }
-    SearchPath(const SearchPath&) = delete;
-    SearchPath& operator=(const SearchPath&) = delete;
-
-private:
-    std::string m_before;
-};
-
 } // namespace
 
 TEST(PlotPrograms, axesAreNamedAndTicked)
@@ -320,10 +304,4 @@ TEST(Plots, settingsOfTheUserChangeNothing)
     EXPECT_EQ(plotOf(bandResult()), svg);
     unsetenv("GNUTERM");
     unsetenv("LC_ALL");
-}
-
-TEST(Plots, missingGnuplotIsAskedFor)
-{
-    const SearchPath path("/nonexistent");
-    EXPECT_EQ(failureOf(bandResult()), "a plot needs gnuplot, which is not there: install gnuplot-nox");
 }
