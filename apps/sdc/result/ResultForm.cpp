@@ -66,14 +66,16 @@ struct HundredthsSpec {
     }
 };
 
-constexpr double highestLevel_dBm = 21474836.0; // what a controller's reading can be
+// What a controller's reading can be.
+constexpr double lowestLevel_dBm = std::numeric_limits<std::int32_t>::min() / 100.0;
+constexpr double highestLevel_dBm = std::numeric_limits<std::int32_t>::max() / 100.0;
 constexpr std::int64_t furthestOffset = 1'000'000'000'000;
 constexpr std::size_t mostItems = 10'000'000; // more than a file can have
 constexpr std::size_t mostSweeps = 100'000;   // of a channel
 
 const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
 const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
-const HundredthsSpec level{-highestLevel_dBm, highestLevel_dBm};
+const HundredthsSpec level{lowestLevel_dBm, highestLevel_dBm};
 const auto text = support::text();
 const auto moment = support::moment();
 
@@ -151,7 +153,7 @@ const Record<Peak> peakRecord{"peak", "a hump",
     {
         {"frequency_kHz", &Peak::frequency_kHz, word, "of the top, kHz"},
         {"level_dBm", &Peak::level, level, "level, dBm"},
-        {"prominence_dB", &Peak::prominence, HundredthsSpec{0.0, 2.0 * highestLevel_dBm},
+        {"prominence_dB", &Peak::prominence, HundredthsSpec{0.0, highestLevel_dBm - lowestLevel_dBm},
             "above the higher of the two valleys beside it, dB"},
         {"width_kHz", &Peak::width_kHz, word, "3 dB below the top, kHz"},
     }};

@@ -178,6 +178,14 @@ TEST(ResultFiles, sweepMayTakeNoTime)
 }
 
 /// SDC_UPDATE_GOLDEN=1 writes the file anew.
+TEST(ResultFiles, everyReadingThatAControllerCanTellIsReadAgain)
+{
+    const auto result = scanOf({2147483647, -2147483647 - 1, -9000, 2147483647, -9000, 2147483646});
+    EXPECT_EQ(errorsOf(jsonOf(result)), "");
+    EXPECT_EQ(sdc::parseResult(jsonOf(result), "scan.json").channels[0].sweeps[0].samples[0].rssi, 2147483647);
+    EXPECT_EQ(sdc::parseResult(jsonOf(result), "scan.json").channels[0].sweeps[0].samples[1].rssi, -2147483647 - 1);
+}
+
 TEST(ResultFiles, schemaInTheTreeIsThatOfTheForm)
 {
     const std::string schema = support::schemaText(sdc::resultRecord());
@@ -248,7 +256,8 @@ TEST(ResultFileErrors, wrongValuesAreNamedWithTheirPlace)
         {"/channels/0/sweeps/0/ending", "good", "$.channels[0].sweeps[0].ending: is \"good\""},
         {"/channels/0/sweeps/0/samples/1/level_dBm", 1e9, "$.channels[0].sweeps[0].samples[1].level_dBm: is 1000000000.0"},
         {"/channels/0/sweeps/0/samples/1/level_dBm", -45.125,
-            "level_dBm: is -45.125; must be a number from -21474836 to 21474836 with at most two decimals (level, dBm)"},
+            "level_dBm: is -45.125; must be a number from -21474836.48 to 21474836.47 with at most two decimals (level, "
+            "dBm)"},
         {"/channels/0/sweeps/0/start", "yesterday", "sweeps[0].start: is \"yesterday\"; must be a moment in UTC such as"},
         {"/channels/0/sweeps/0/end", "2026-02-30T03:04:05.678Z",
             "sweeps[0].end: is \"2026-02-30T03:04:05.678Z\"; must be a mom"},
