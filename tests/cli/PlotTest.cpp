@@ -8,6 +8,9 @@
 
 namespace {
 
+using testing::HasSubstr;
+using testing::Not;
+
 class Plots : public Sdc {
 protected:
     void SetUp() override
@@ -23,6 +26,15 @@ protected:
         return name != std::string::npos && text.at(name + 2) != 'Z';
     }
 };
+
+TEST_F(Plots, arePlainUnlessColourIsAskedFor)
+{
+    EXPECT_THAT(run("plot a.json").out, Not(HasSubstr("\033[")));
+    EXPECT_THAT(run("plot a.json --color never").out, Not(HasSubstr("\033[")));
+    EXPECT_THAT(run("plot a.json --color always", "NO_COLOR=1").out, HasSubstr("\033["));
+    EXPECT_EQ(run("plot a.json --color always --output a.txt").status, 0);
+    EXPECT_EQ(read("a.txt"), run("plot a.json").out);
+}
 
 TEST_F(Plots, endTheirGnuplotWhenTheyEnd)
 {

@@ -25,6 +25,7 @@ struct PlotCommandOptions {
     std::optional<PlotFormat> format;    ///< otherwise as the output's name ends; text on standard output
     std::optional<std::uint32_t> width;  ///< pixels; columns for text
     std::optional<std::uint32_t> height; ///< pixels; rows for text
+    ColorMode color{};                   ///< of text on standard output
 };
 
 std::optional<std::uint32_t> parseSize(std::string_view text)
@@ -49,7 +50,7 @@ PlotOptions plotOptions(const PlotCommandOptions& options, PlotFormat format)
     const bool isSeen = options.output == "-" && format == PlotFormat::text;
     if (isSeen) {
         plotting.width = terminalWidth(STDOUT_FILENO);
-        plotting.isColored = usesColor(ColorMode::automatic, STDOUT_FILENO);
+        plotting.isColored = usesColor(options.color, STDOUT_FILENO);
     }
     plotting.width = static_cast<int>(options.width.value_or(static_cast<std::uint32_t>(plotting.width)));
     plotting.height = static_cast<int>(options.height.value_or(static_cast<std::uint32_t>(plotting.height)));
@@ -93,6 +94,7 @@ void addPlot(CLI::App& app, Command& command)
     const Parsing<std::uint32_t> size{"N", "size", "a number from 10 to 10000", parseSize};
     addParsed(plotting, "--width", options->width, size, "Pixels; columns of text");
     addParsed(plotting, "--height", options->height, size, "Pixels; rows of text");
+    addColor(plotting, options->color);
     plotting.footer("Examples:\n"
                     "  sdc plot scan.json\n"
                     "  sdc plot scan.json --output scan.svg --width 1600 --height 600\n");

@@ -16,7 +16,6 @@
 #include "support/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -40,14 +39,6 @@ struct ScanOptions {
     bool isQuiet = false;
     std::uint32_t traceLevel = 1;
 };
-
-constexpr std::array<std::string_view, 3> colorModes{"auto", "always", "never"}; // in the order of ColorMode
-
-std::optional<ColorMode> parseColor(std::string_view text)
-{
-    const auto mode = std::ranges::find(colorModes, text);
-    return mode == colorModes.end() ? std::nullopt : std::optional(static_cast<ColorMode>(mode - colorModes.begin()));
-}
 
 void addKind(CLI::App& command, ScanKind& kind)
 {
@@ -94,9 +85,7 @@ void addOutputs(CLI::App& command, OutputOptions& options)
     const Parsing<std::uint32_t> rows{"N", "number of rows", "a number such as 50, or 0 for no limit", parseCount};
     addParsed(command, "--rows", options.rows, rows,
         "Most rows of the table, each the strongest of\nseveral samples; 0: no limit (0)");
-    const Parsing<ColorMode> color{
-        "WHEN", "choice of colours", "auto, always or never", parseColor, Words(colorModes.begin(), colorModes.end())};
-    addParsed(command, "--color", options.color, color, "Colours: auto, always or never (auto)");
+    addColor(command, options.color);
 }
 
 /// Keeps all that a session tells.

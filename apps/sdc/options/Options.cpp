@@ -8,6 +8,7 @@
 #include "support/Time.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -17,6 +18,14 @@
 namespace sdc {
 
 namespace {
+
+constexpr std::array<std::string_view, 3> colorModes{"auto", "always", "never"}; // in the order of ColorMode
+
+std::optional<ColorMode> parseColor(std::string_view text)
+{
+    const auto mode = std::ranges::find(colorModes, text);
+    return mode == colorModes.end() ? std::nullopt : std::optional(static_cast<ColorMode>(mode - colorModes.begin()));
+}
 
 /// The whole text as a number.
 template <typename Number>
@@ -95,6 +104,13 @@ CLI::Option* addTrace(CLI::App& app, std::uint32_t& level)
     const Parsing<std::uint32_t> number{"LEVEL", "trace level", "0 to 7", parseTraceLevel, {"0", "1", "5", "6", "7"}};
     return addParsed(app, "--trace", level, number,
         "Controllers' trace on standard error: 0 nothing,\n1 errors, 5 information, 6 calls, 7 steps (1)");
+}
+
+CLI::Option* addColor(CLI::App& app, ColorMode& color)
+{
+    const Parsing<ColorMode> mode{
+        "WHEN", "choice of colours", "auto, always or never", parseColor, Words(colorModes.begin(), colorModes.end())};
+    return addParsed(app, "--color", color, mode, "Colours: auto, always or never (auto)");
 }
 
 CLI::Option* addFlag(CLI::App& app, const std::string& name, bool& flag, const std::string& help)

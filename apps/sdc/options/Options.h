@@ -2,6 +2,7 @@
 
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
+#include "apps/sdc/tty/Screen.h"
 
 #include <CLI/CLI.hpp>
 
@@ -60,6 +61,7 @@ CLI::Option* addScenario(CLI::App& app, std::string& scenario);
 CLI::Option* addChannels(CLI::App& app, std::vector<std::uint32_t>& channels);
 CLI::Option* addSpeed(CLI::App& app, double& speed);
 CLI::Option* addTrace(CLI::App& app, std::uint32_t& level);
+CLI::Option* addColor(CLI::App& app, ColorMode& color);
 CLI::Option* addFlag(CLI::App& app, const std::string& name, bool& flag, const std::string& help);
 
 /// The channels that have these numbers, in the order given; all of them for an empty list.
