@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/soak/Dice.h"
+#include "tests/support/Dice.h"
 
 #include "simulator/scenario/Scenario.h"
 
@@ -8,6 +8,8 @@
 #include <vector>
 
 namespace soak {
+
+using tests::Dice;
 
 /// What the exceptions of injected faults say.
 inline constexpr std::string_view faultText = "the soak's fault";

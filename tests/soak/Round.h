@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/soak/Dice.h"
 #include "tests/soak/ScanCheck.h"
+#include "tests/support/Dice.h"
 
 #include "host/Clock.h"
 #include "simulator/Radios.h"
@@ -13,6 +13,8 @@
 #include <vector>
 
 namespace soak {
+
+using tests::Dice;
 
 /// What has been done so far.
 struct Tally {
