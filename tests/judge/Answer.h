@@ -1,0 +1,57 @@
+#pragma once
+
+#include "apps/sdc/result/ScanResult.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#if __has_include("apps/sdc/result/Verdict.h")
+#include "apps/sdc/result/Raster.h"
+#include "apps/sdc/result/Verdict.h"
+#else
+namespace sdc {
+
+enum class Judgement : std::uint8_t { clear, suspected, disturbed, cannotTell };
+enum class InterferenceKind : std::uint8_t { carrier, line, burst, sweep, wideband };
+enum class InterferencePlace : std::uint8_t { coChannel, adjacent };
+enum class RasterState : std::uint8_t { own, occupied, intermittent, free, unknown };
+
+} // namespace sdc
+#endif
+
+namespace judge {
+
+struct RasterAnswer {
+    std::int64_t offset = 0; ///< channels above the configured one
+    sdc::RasterState state{};
+};
+
+/// What a detector says of a scanned channel.
+struct Answer {
+    sdc::Judgement judgement{};
+    std::optional<sdc::InterferenceKind> kind{};
+    std::optional<sdc::InterferencePlace> place{};
+    std::optional<std::int32_t> overFloor{}; ///< hundredths of a dB
+    std::string rule;                        ///< why, one sentence
+    std::vector<RasterAnswer> raster;
+};
+
+/// What it says of a channel of the raster; unknown where it says nothing.
+sdc::RasterState stateOf(const Answer& answer, std::int64_t offset);
+
+/// Who says it, from what a scan found and what the user says of the far end. For several threads at once.
+using Detector = Answer (*)(const sdc::ChannelResult&, sdc::FarEnd);
+
+/// What `sdc scan` says.
+Answer verdictOfSdc(const sdc::ChannelResult& channel, sdc::FarEnd farEnd);
+
+/// A plain detector with fixed thresholds, to compare with:
+/// - an alarm when a sample in the middle half of the channel lies 5 dB over the receiver's noise and what it leaks of all
+///   that was read;
+/// - with the far end on, when a frequency's readings differ by 6 dB, or the channel's two halves by 4 dB on average;
+/// - another channel is occupied when the sample nearest to its centre lies as high.
+Answer plainThreshold(const sdc::ChannelResult& channel, sdc::FarEnd farEnd);
+
+} // namespace judge

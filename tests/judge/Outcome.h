@@ -1,0 +1,53 @@
+#pragma once
+
+#include "tests/judge/Answer.h"
+#include "tests/judge/Scan.h"
+#include "tests/judge/Trial.h"
+#include "tests/judge/Truth.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace judge {
+
+/// Where a trial belongs.
+enum class Case : std::uint8_t {
+    dead,      ///< the receiver reads nothing
+    unseen,    ///< no sample lies in the configured channel
+    grazed,    ///< something grazes the channel: an alarm is as right as none
+    clean,     ///< no interferer
+    nextCase,  ///< none, but neighbours raise the reading, and the scan is narrow; far end not on
+    raised,    ///< the same, and the scan shows the neighbours
+    disturbed, ///< an interferer raises the floor
+};
+
+/// What came of one trial.
+struct Outcome {
+    std::uint64_t seed = 0;
+    sdc::ScanKind kind{};
+    std::uint32_t sweeps = 0;
+    sdc::FarEnd told{};
+    Case which{};
+    Truth truth;
+    Answer answer;
+};
+
+/// Both count as an alarm.
+bool isAlarm(const Outcome& outcome);
+bool cannotTell(const Outcome& outcome);
+
+/// Whether "cannot tell" is as right an answer to an interferer as an alarm is: to what neighbours may explain with the far
+/// end muted, to what is shaped like the own carrier with the far end on, to all that stays when nothing is known of it.
+bool mayBeExcused(const Outcome& outcome);
+
+/// The scan of a trial, as a program that scans keeps it.
+sdc::ChannelResult scan(const Trial& trial, const Course& course);
+
+/// Makes the trial of a seed, scans, asks, and finds out what is so. May run on several threads.
+/// @throws std::logic_error when the controller cannot plan the trial's scan
+Outcome tryOne(std::uint64_t seed, Detector detector);
+
+/// The trials of seeds in a row, in their order, on all processors.
+std::vector<Outcome> tryAll(std::uint64_t firstSeed, std::uint64_t lastSeed, Detector detector, unsigned threads);
+
+} // namespace judge

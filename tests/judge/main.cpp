@@ -1,0 +1,103 @@
+// Asks of thousands of random links whether they are disturbed, and compares what is said with what the simulator knows.
+
+#include "tests/judge/Answer.h"
+#include "tests/judge/Outcome.h"
+#include "tests/judge/Report.h"
+#include "tests/judge/Trial.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdint>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+struct Seeds {
+    std::uint64_t first;
+    std::uint64_t last;
+};
+
+/// Rules are fixed on one set and measured on the other.
+constexpr Seeds seedsForRules{1, 12000};
+constexpr Seeds seedsToMeasure{1000001, 1012000};
+
+struct Options {
+    std::string seeds = "measure";
+    bool isBaseline = false;
+    std::size_t failures = 0;
+    unsigned threads = std::thread::hardware_concurrency();
+    std::vector<std::string> scenario;
+};
+
+/// "rules", "measure", or "5-20".
+Seeds parseSeeds(const std::string& text)
+{
+    if (text == "rules" || text == "measure") {
+        return text == "rules" ? seedsForRules : seedsToMeasure;
+    }
+    const std::size_t dash = text.find('-');
+    const Seeds seeds{std::stoull(text), std::stoull(text.substr(dash + 1))};
+    if (dash == std::string::npos || seeds.first > seeds.last) {
+        throw std::invalid_argument(text);
+    }
+    return seeds;
+}
+
+int writeScenario(const std::string& seed, const std::string& file)
+{
+    const judge::Trial trial = judge::makeTrial(std::stoull(seed));
+    std::ofstream stream(file);
+    stream << judge::scenarioText(trial);
+    stream.close();
+    if (!stream) {
+        throw std::runtime_error(file + " cannot be written");
+    }
+    std::cout << "sdc scan " << judge::scanOptions(trial) << " --scenario " << file << '\n';
+    return 0;
+}
+
+int run(const Options& options)
+{
+    if (!options.scenario.empty()) {
+        return writeScenario(options.scenario.front(), options.scenario.back());
+    }
+    const auto [first, last] = parseSeeds(options.seeds);
+    const judge::Detector detector = options.isBaseline ? judge::plainThreshold : judge::verdictOfSdc;
+    const std::vector<judge::Outcome> outcomes = judge::tryAll(first, last, detector, options.threads);
+    std::cout << outcomes.size() << " links, seeds " << first << " to " << last << "\n\n";
+    const bool areMet = judge::writeGoals(std::cout, outcomes);
+    judge::writeTables(std::cout, outcomes);
+    if (options.failures > 0) {
+        std::cout << "\njudged wrongly\n\n";
+        judge::writeFailures(std::cout, outcomes, options.failures);
+    }
+    return areMet ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    CLI::App app("Measures verdicts against the truth, on random links. Status 0 when all goals are met, otherwise 1.");
+    app.add_option("--seeds", options.seeds, "rules, measure, or FROM-TO")->capture_default_str();
+    app.add_flag("--baseline", options.isBaseline, "ask a plain detector with fixed thresholds");
+    app.add_option("--threads", options.threads, "the figures do not depend on it");
+    app.add_option("--failures", options.failures, "show so many links that were judged wrongly");
+    app.add_option("--write-scenario", options.scenario, "SEED FILE: write a link as a scenario, and how it is scanned")
+        ->expected(2);
+    CLI11_PARSE(app, argc, argv);
+    try {
+        return run(options);
+    } catch (const std::exception& error) {
+        std::cerr << "judge: " << error.what() << '\n';
+        return 2;
+    }
+}
