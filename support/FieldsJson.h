@@ -21,7 +21,8 @@ void readJson(std::string_view text, const Record<Owner>& type, Owner& record, E
     readJson(text, static_cast<const RecordType&>(type), &record, errors);
 }
 
-/// A record as JSON, its keys in the order of the table.
+/// A record as JSON, its keys in the order of the table. Fields that need not be given and say what holds without them are
+/// left out.
 Json jsonOf(const RecordType& type, const void* record);
 
 /// The JSON Schema (draft-07) of texts that hold a record, as a text that ends in a line break.

@@ -24,13 +24,27 @@ Json valueOf(const Type& type, const void* value)
     return std::visit([](const auto& scalar) { return Json(scalar); }, type.scalar(value));
 }
 
+/// Of a field that need not be given: whether it says what holds without it.
+bool isAsWithout(const Field& field, const void* value)
+{
+    if (field.presence == Presence::required) {
+        return false;
+    }
+    if (const RecordType* const record = field.type->asRecord()) {
+        return jsonOf(*record, value).empty();
+    }
+    const ListType* const list = field.type->asList();
+    return list != nullptr ? list->size(value) == 0 : !field.fallback.empty() && field.type->shown(value) == field.fallback;
+}
+
 } // namespace
 
 Json jsonOf(const RecordType& type, const void* record)
 {
     Json object = Json::object();
     for (const Field& field : type.fields()) {
-        if (const void* const value = field.find(record)) {
+        const void* const value = field.find(record);
+        if (value != nullptr && !isAsWithout(field, value)) {
             object[field.key] = valueOf(*field.type, value);
         }
     }

@@ -3,7 +3,9 @@
 #include "simulator/radio/Band.h"
 #include "simulator/radio/emitters/Carrier.h"
 #include "simulator/radio/emitters/ContinuousWave.h"
+#include "simulator/radio/emitters/Recording.h"
 
+#include <algorithm>
 #include <cmath>
 #include <type_traits>
 #include <variant>
@@ -13,6 +15,7 @@ namespace simulator {
 namespace {
 
 constexpr double noiseDensity_dBmPerHz = -174.0;
+constexpr double leastReading_mW = 1e-40; // where several recordings have less than the receiver's noise
 
 /// Some emitters are told by how they compare with the receiver's own noise.
 template <typename Kind>
@@ -104,6 +107,11 @@ Air::Air(const std::vector<Emitter>& emitters, const Reception& reception, const
     , m_saturation_mW(milliwatts(reception.saturation_dBm))
 {
     for (const Emitter& emitter : emitters) {
+        if (const auto* const recording = std::get_if<Recording>(&emitter.signal); recording && recording->bandwidth_kHz) {
+            const SeenReadings seen(*recording, reception.filterWidth_kHz, leveledOff_mW(m_noise_mW));
+            m_readings.push_back({seen, emitter.schedule, emitter.fades});
+            continue;
+        }
         const auto addToItsList = [&](const auto& signal) {
             const auto spectrum = spectrumOf(signal, m_noise_mW / reception.filterWidth_kHz);
             using Sources = std::vector<Source<std::remove_const_t<decltype(spectrum)>>>;
@@ -119,8 +127,18 @@ double Air::rssi_dBm(double tuning_kHz, double time_ms) const noexcept
     const PathAtOneMoment path = m_fading.at(time_ms);
     const Listening listening(filter, m_leak, time_ms, path);
     const auto heard_mW = [&](const auto&... lists) { return (listening.heard_mW(lists) + ...); };
-    const double power_mW = m_noise_mW + std::apply(heard_mW, m_sources);
-    return decibels(power_mW * m_saturation_mW / (power_mW + m_saturation_mW));
+    double read_mW = leveledOff_mW(m_noise_mW + std::apply(heard_mW, m_sources));
+    for (const auto& [readings, schedule, fades] : m_readings) {
+        if (isOn(schedule, time_ms)) {
+            read_mW += (fades ? path.gainAt(tuning_kHz) : 1.0) * readings.aboveNoise_mW(tuning_kHz);
+        }
+    }
+    return decibels(std::max(read_mW, leastReading_mW));
+}
+
+double Air::leveledOff_mW(double power_mW) const noexcept
+{
+    return power_mW * m_saturation_mW / (power_mW + m_saturation_mW);
 }
 
 } // namespace simulator

@@ -3,6 +3,7 @@
 #include "simulator/radio/Emitters.h"
 #include "simulator/radio/Fading.h"
 #include "simulator/radio/emitters/Carrier.h"
+#include "simulator/radio/emitters/Recording.h"
 
 #include <tuple>
 #include <variant>
@@ -32,7 +33,7 @@ struct Reception {
 ///
 /// The filter is rectangular, its edges included: channel filters of digital radios are steep against their width, and the
 /// power behind it has a closed form. What lies outside leaks in, lower by the ultimate rejection. The whole saturates as
-/// P Ps / (P + Ps) does. Immutable, so readable from any thread.
+/// P Ps / (P + Ps) does. Readings that are seen again have been through all of it. Immutable, so readable from any thread.
 class Air {
 public:
     /// The figures must be those of a possible link.
@@ -53,7 +54,10 @@ private:
     static std::tuple<std::vector<Source<typename Kinds::Spectrum>>...> listsOf(const std::variant<Kinds...>&);
     class Listening;
 
+    double leveledOff_mW(double power_mW) const noexcept;
+
     decltype(listsOf(Signal())) m_sources; ///< a list for each kind
+    std::vector<Source<SeenReadings>> m_readings;
     Fading m_fading;
     double m_halfWidth_kHz;
     double m_noise_mW;

@@ -124,7 +124,7 @@ const support::Record<Link>& receiverRecord()
         {
             {"filter_kHz", &Link::filterWidth_kHz, width_kHz(), "width of the receive filter"},
             {"noise_figure_dB", &Link::noiseFigure_dB, number(0, 50, "dB"), "noise figure; 4 to 10 typical"},
-            {"settling_ms", &Link::settlingTime_ms, number(0.01, 60000, "ms"),
+            {"settling_ms", &Link::settlingTime_ms, number(leastSettlingTime_ms, 60000, "ms"),
                 "time constant after a tuning; settled after five of them"},
             {"jitter_dB", &Link::jitter_dB, number(0, 20, "dB"), "standard deviation of one reading"},
             {"ultimate_rejection_dB", &Link::ultimateRejection_dB, depth_dB(),
@@ -189,6 +189,23 @@ std::optional<Wrong> answerUnfit(const Link& link)
     return std::nullopt;
 }
 
+/// A reading of a wide filter is made of those of narrow ones, one after the other.
+std::optional<Wrong> recordedTooNarrow(const Link& link)
+{
+    const double least_kHz = link.filterWidth_kHz / SeenReadings::mostFilters;
+    std::size_t index = 0;
+    for (const Emitter& emitter : link.emitters) {
+        const auto* const recording = std::get_if<Recording>(&emitter.signal);
+        if (recording != nullptr && recording->bandwidth_kHz && *recording->bandwidth_kHz < least_kHz) {
+            return Wrong{support::elementPath("emitters.recordings", index) + ".bandwidth_kHz",
+                "is " + support::numberText(*recording->bandwidth_kHz) + " kHz; must be at least "
+                    + support::numberText(least_kHz) + " kHz, a hundredth of the receiver's filter"};
+        }
+        index += recording != nullptr ? 1 : 0;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 const support::Record<Link>& linkRecord()
@@ -215,6 +232,7 @@ const support::Record<Link>& linkRecord()
             rasterTooNarrow,
             [](const Link& link) { return spacingUnfit(link, link.channelSpacing_kHz, "channel_spacing_kHz"); },
             answerUnfit,
+            recordedTooNarrow,
         }};
     return record;
 }

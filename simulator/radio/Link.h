@@ -13,6 +13,8 @@
 
 namespace simulator {
 
+inline constexpr double leastSettlingTime_ms = 0.01;
+
 /// All that describes one radio channel of a simulated terminal: the unit, its receiver, and what is on the air.
 struct Link {
     std::string unitTypeText;

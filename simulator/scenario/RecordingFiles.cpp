@@ -1,12 +1,12 @@
 #include "simulator/scenario/RecordingFiles.h"
 
-#include "simulator/radio/emitters/RecordedBins.h"
 #include "simulator/scenario/RecordedSweep.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Text.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
-#include <memory>
 #include <utility>
 
 namespace simulator {
@@ -16,24 +16,32 @@ RecordingFiles::RecordingFiles(TextOf textOf)
 {
 }
 
-const std::shared_ptr<const RecordedBins>& RecordingFiles::bins(const std::string& name)
+void RecordingFiles::read(Recording& recording)
 {
-    const std::string key = std::filesystem::path(name).lexically_normal().string();
-    const auto known = m_read.find(key);
-    return known != m_read.end() ? known->second : m_read.emplace(key, read(name)).first->second;
+    Recording found;
+    if (recording.file) {
+        const std::string key = std::filesystem::path(*recording.file).lexically_normal().string();
+        const auto known = m_read.find(key);
+        found = known != m_read.end()
+            ? known->second
+            : m_read.emplace(key, parse(m_textOf(*recording.file), support::shown(*recording.file))).first->second;
+    } else {
+        found = parse(fmt::format("{}", fmt::join(recording.rows, "\n")), "rows");
+    }
+    recording.bins = found.bins;
+    recording.lowest_kHz = recording.lowest_kHz ? recording.lowest_kHz : found.lowest_kHz;
 }
 
-std::shared_ptr<const RecordedBins> RecordingFiles::read(const std::string& name)
+Recording RecordingFiles::parse(std::string_view text, const std::string& name)
 {
-    const std::string text = m_textOf(name);
     m_bytes += text.size();
     if (m_bytes > largest_MiB << 20U) {
-        throw ScenarioError(support::shown(name) + ": the recordings of the scenario are larger than "
-            + std::to_string(largest_MiB) + " MiB together; must be smaller");
+        throw ScenarioError(name + ": the recordings of the scenario are larger than " + std::to_string(largest_MiB)
+            + " MiB together; must be smaller");
     }
-    std::shared_ptr<const RecordedBins> bins = readRecordedSweep(text, support::shown(name), mostRecordedBins - m_bins).bins;
-    m_bins += bins->count();
-    return bins;
+    Recording recording = readRecordedSweep(text, name, mostRecordedBins - m_bins);
+    m_bins += recording.bins->count();
+    return recording;
 }
 
 } // namespace simulator

@@ -55,9 +55,10 @@ void readRecordings(Link& link, const std::string& path, RecordingFiles& files)
             continue;
         }
         try {
-            recording->bins = files.bins(recording->file.value());
+            files.read(*recording);
         } catch (const ScenarioError& error) {
-            throw ScenarioError(support::elementPath(path + ".emitters.recordings", index) + ".file: " + error.what());
+            throw ScenarioError(support::elementPath(path + ".emitters.recordings", index)
+                + (recording->file ? ".file: " : ".") + error.what());
         }
         ++index;
     }
@@ -97,8 +98,6 @@ std::ifstream openFile(const std::filesystem::path& file)
     return stream;
 }
 
-constexpr std::size_t largestScenario_MiB = 1;
-
 std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB)
 {
     std::ifstream stream = openFile(file);
@@ -109,14 +108,18 @@ std::string readWhole(const std::filesystem::path& file, std::size_t largest_MiB
     }
 }
 
-/// Recordings of built-in scenarios are built in as well.
-std::string builtInRecording(const std::string& file)
+constexpr std::string_view builtIn = "built-in:"; ///< before the name of a recording that is part of the program
+
+std::string builtInRecording(std::string_view name)
 {
-    const embedded::Text* text = findIn(embedded::recordings(), std::filesystem::path(file).stem().string());
-    if (text == nullptr) {
-        throw ScenarioError(support::shown(file) + ": no such built-in recording");
+    std::vector<std::string> known;
+    for (const embedded::Text& recording : embedded::recordings()) {
+        known.push_back(std::string(builtIn) + std::string(recording.name) + ".csv");
+        if (known.back() == name) {
+            return std::string(recording.text);
+        }
     }
-    return std::string(text->text);
+    throw ScenarioError(support::shown(name) + ": no such built-in recording; must be " + support::joined(known));
 }
 
 [[noreturn]] void refuseName(const std::string& name)
@@ -140,8 +143,8 @@ std::span<const embedded::Text> builtInScenarios()
 
 Scenario loadScenario(const std::string& nameOrFile)
 {
-    if (const embedded::Text* builtIn = findIn(builtInScenarios(), nameOrFile)) {
-        return parse(builtIn->text, nameOrFile + ".json", RecordingFiles(builtInRecording));
+    if (const embedded::Text* known = findIn(builtInScenarios(), nameOrFile)) {
+        return parseScenario(known->text, nameOrFile + ".json");
     }
     std::error_code error;
     if (nameOrFile.empty() || !std::filesystem::exists(nameOrFile, error)) {
@@ -154,7 +157,7 @@ Scenario parseScenario(std::string_view text, const std::string& file)
 {
     const std::filesystem::path folder = std::filesystem::path(file).parent_path();
     return parse(text, file, RecordingFiles([&folder](const std::string& name) {
-        return readWhole(folder / name, RecordingFiles::largest_MiB);
+        return name.starts_with(builtIn) ? builtInRecording(name) : readWhole(folder / name, RecordingFiles::largest_MiB);
     }));
 }
 

@@ -5,6 +5,7 @@
 
 #include "Platform/Host/RadioChannel.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <stdexcept>
@@ -41,6 +42,9 @@ std::span<const embedded::Text> builtInScenarios();
 
 /// The scenario of a terminal that is told nothing else.
 inline constexpr std::string_view defaultScenario = "18-f595";
+
+/// Of the file of a scenario, without those of its recordings.
+inline constexpr std::size_t largestScenario_MiB = 1;
 
 /// Loads a built-in scenario by its name, or else the file of that name.
 /// @throws ScenarioError when there is none, or it cannot work; names that are nearly right are suggested

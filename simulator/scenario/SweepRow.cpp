@@ -79,6 +79,10 @@ double frequency(std::string_view text, const char* what, double lowest_Hz)
 
 void checkDate(std::string_view text)
 {
+    if (text.starts_with('{')) {
+        throw std::runtime_error(
+            "begins with \"{\"; must be a row of a sweep; 'sdc scenarios replay' makes a scenario of a result");
+    }
     if (text.empty() || std::isdigit(static_cast<unsigned char>(text.front())) == 0) {
         throw std::runtime_error(
             "begins with " + quoted(text) + "; must be a date or an epoch in seconds, without headers and comments");

@@ -5,8 +5,7 @@
 
 namespace simulator {
 
-/// The powers in the bins of a recorded sweep, from the lower edge of its lowest bin on. Immutable, so all that show the
-/// same recording share one.
+/// The powers of a recorded sweep, one for each bin. Immutable, so all that show the same recording share one.
 class RecordedBins {
 public:
     /// Bins without a gap between them.
@@ -27,9 +26,23 @@ public:
     /// All power below a frequency, which is told as the distance from the lowest bin's lower edge.
     double powerBelow_mW(double offset_kHz) const noexcept;
 
+    /// The power recorded at a place, counted in bins: 0 is the lowest. Between two of them it runs straight in dB; half a
+    /// bin beyond what is known it ends.
+    /// @return 0 where nothing is known
+    double powerAt_mW(double place) const noexcept;
+
 private:
+    static constexpr std::size_t blockSize = 64;
+
+    struct Summed : Stretch {
+        std::vector<double> sums_mW; ///< power below each block of so many bins, and that of all up to the stretch's end
+    };
+
+    const Summed* stretchAt(double place) const noexcept;
+    double powerOfBin_mW(double bin) const noexcept;
+
     double m_step_kHz;
-    std::vector<Stretch> m_sums_mW; ///< power below each bin of a stretch, and that of all up to its end
+    std::vector<Summed> m_stretches;
 };
 
 } // namespace simulator

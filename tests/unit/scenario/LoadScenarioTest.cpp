@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -61,7 +62,7 @@ TEST_F(LoadScenario, findsRecordingsBesideTheFile)
             + ": cannot be read: No such file or directory");
     write("recordings/hops.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50, -60\n");
     const auto link = loadScenario(file).channels[0].link;
-    EXPECT_THAT(tests::levelsOf(std::get<simulator::Recording>(link.emitters.back().signal)),
+    EXPECT_THAT(tests::levelsOf(std::get<simulator::Recording>(link.emitters[4].signal)),
         testing::ElementsAre(testing::DoubleNear(-50.0, 1e-9), testing::DoubleNear(-60.0, 1e-9)));
     write("recordings/hops.csv", "2024-05-14, 09:30:00, 1000, 3000, 1000, 1, -50\n");
     EXPECT_THAT(error(file), testing::HasSubstr("recordings[0].file: recordings/hops.csv: line 1: has 1 levels"));
@@ -79,6 +80,30 @@ TEST_F(LoadScenario, readsEachRecordingOnce)
     EXPECT_EQ(first.bins, last.bins);
     EXPECT_EQ(first.lowest_kHz, 19000000.0);
     EXPECT_EQ(last.lowest_kHz, 19500000.0);
+}
+
+TEST_F(LoadScenario, findsBuiltInRecordingsFromAnywhere)
+{
+    const auto shown = std::ranges::find(simulator::builtInScenarios(), "28-replay", &embedded::Text::name);
+    const auto link = loadScenario(write("mine.json", std::string(shown->text))).channels[0].link;
+    EXPECT_EQ(std::get<simulator::Recording>(link.emitters.back().signal).bins->count(), 100U);
+    auto file = tests::fullScenario();
+    file["channels"][0]["emitters"]["recordings"] = {{{"file", "built-in:hop.csv"}}};
+    const std::string mine = write("mine.json", file.dump());
+    EXPECT_EQ(error(mine),
+        mine
+            + ": $.channels[0].emitters.recordings[0].file: built-in:hop.csv: no such built-in recording; must be "
+              "built-in:hops.csv");
+}
+
+TEST_F(LoadScenario, tellsOfAResultThatIsNoRecording)
+{
+    auto file = tests::fullScenario();
+    file["channels"][0]["emitters"]["recordings"] = {{{"file", "result.json"}}};
+    write("result.json", "{\n");
+    EXPECT_THAT(error(write("mine.json", file.dump())),
+        testing::HasSubstr(
+            "result.json: line 1: begins with \"{\"; must be a row of a sweep; 'sdc scenarios replay' makes"));
 }
 
 TEST_F(LoadScenario, boundsRecordingsTogether)

@@ -92,6 +92,16 @@ TEST(Refusals, sayWhatIsWrongAndWhatWouldBeRight)
             "$.channels[0].fading.notches[0]: is 1; must be an object (a notch that moves through the band)"},
         {[](json& file) { file["channels"].push_back(file["channels"][0]); },
             "$.channels[1].number: is 3; must differ from other channels'"},
+        {[](json& file) { file["channels"][0]["emitters"]["recordings"][1]["file"] = "none.csv"; },
+            "$.channels[0].emitters.recordings[1]: has a file and rows; must have one of them"},
+        {[](json& file) { file["channels"][0]["emitters"]["recordings"][1].erase("rows"); },
+            "$.channels[0].emitters.recordings[1]: is empty; must have a file or rows"},
+        {[](json& file) { file["channels"][0]["emitters"]["recordings"][1]["rows"].push_back("1, , 2, low"); },
+            "$.channels[0].emitters.recordings[1].rows: line 2: has 4 fields; must have 7 or more: date, time, lowest Hz, "
+            "highest Hz, step Hz, samples, levels"},
+        {[](json& file) { file["channels"][0]["emitters"]["recordings"][0]["bandwidth_kHz"] = 269.5; },
+            "$.channels[0].emitters.recordings[0].bandwidth_kHz: is 269.5 kHz; must be at least 270 kHz, a hundredth of "
+            "the receiver's filter"},
         {[](json& file) { file["channels"][0]["emitters"]["recordings"][0]["file"] = "none.csv"; },
             "$.channels[0].emitters.recordings[0].file: " SDC_SCENARIOS
             "/none.csv: cannot be read: No such file or directory"},

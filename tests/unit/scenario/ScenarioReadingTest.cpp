@@ -84,7 +84,7 @@ TEST_F(ScenarioReading, takesTheReceiver)
 
 TEST_F(ScenarioReading, takesEachKindOfEmitters)
 {
-    ASSERT_EQ(link.emitters.size(), 5U);
+    ASSERT_EQ(link.emitters.size(), 6U);
     const auto& carrier = signal<simulator::Carrier>(0);
     EXPECT_EQ(carrier.centre_kHz, 19177500.5);
     EXPECT_EQ(carrier.level_dBm, -35.0);
@@ -112,6 +112,11 @@ TEST_F(ScenarioReading, takesEachKindOfEmitters)
     EXPECT_EQ(recording.lowest_kHz, 19000000.0); // shifted: it was recorded at 2.4 GHz
     EXPECT_EQ(recording.bins->step_kHz(), 1000.0);
     EXPECT_EQ(recording.bins->count(), 100U);
+    EXPECT_EQ(recording.bandwidth_kHz, 3500.0);
+    const auto& rows = signal<simulator::Recording>(5);
+    EXPECT_EQ(rows.lowest_kHz, 19100000.0) << "where it was recorded";
+    EXPECT_EQ(rows.bins->count(), 2U);
+    EXPECT_FALSE(rows.bandwidth_kHz);
 }
 
 TEST_F(ScenarioReading, takesScheduleAndFadingOfEachKind)

@@ -38,8 +38,9 @@ inline nlohmann::json fullScenario()
                     "schedule": {"duration_ms": 18}}],
                 "edges": [{"edge_kHz": 18700003, "density_dBm_per_MHz": -71, "slope_dB_per_MHz": 1.5,
                     "schedule": {"from_ms": 19}}],
-                "recordings": [{"file": "recordings/hops.csv", "lowest_kHz": 19000000, "schedule": {"from_ms": 20},
-                    "fades": true}]
+                "recordings": [{"file": "recordings/hops.csv", "lowest_kHz": 19000000, "bandwidth_kHz": 3500,
+                    "schedule": {"from_ms": 20}, "fades": true},
+                    {"rows": ["1, , 19100000000, 19100002000, 1000, 1, -31, -32"]}]
             },
             "fading": {
                 "rain": [{"from_ms": 21, "rate_dB_per_s": 0.5, "depth_dB": 22, "hold_ms": 23}],

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -260,6 +261,89 @@ TEST(RecordedAir, hasNothingInItsGaps)
             emitted_mW({Recording{centre_kHz, bins}}, centre_kHz + (from_kHz + to_kHz) / 2.0, {to_kHz - from_kHz, 0.0});
         EXPECT_NEAR(power_mW / mW(-60.0), times, 1e-6) << from_kHz << " to " << to_kHz;
     }
+}
+
+/// Readings of a filter of 4 MHz, in steps of 1 MHz: of a line of -50 dBm above the noise of its receiver.
+Recording readings(const std::vector<double>& levels_dBm)
+{
+    Recording recording = recordingOf(centre_kHz, 1000.0, levels_dBm);
+    recording.bandwidth_kHz = 4000.0;
+    return recording;
+}
+
+const Reception sameFilter{4000.0, 5.0, 60.0, -20.0};
+
+double read_dBm(const std::vector<Emitter>& emitters, double tuning_kHz, const Reception& reception, double time_ms = 0.0)
+{
+    return Air(emitters, reception).rssi_dBm(tuning_kHz, time_ms);
+}
+
+TEST(RecordedReadings, areReadAgainByTheSameFilterWhateverTheyAre)
+{
+    const std::vector<double> levels_dBm{-103.0, -99.7, -104.9, -35.0, -21.0, -19.0, 3.0, -140.0};
+    for (std::size_t index = 0; index < levels_dBm.size(); ++index) {
+        EXPECT_NEAR(read_dBm({readings(levels_dBm)}, centre_kHz + 1000.0 * static_cast<double>(index), sameFilter),
+            levels_dBm[index], 1e-6)
+            << index;
+    }
+}
+
+TEST(RecordedReadings, runStraightInDecibelsBetweenFrequenciesAndEndHalfAStepBeyond)
+{
+    const double noise_dBm = thermalNoise_dBm(4000.0, 5.0);
+    const Recording recording = readings({-60.0, -70.0, notANumber, -50.0});
+    const std::pair<double, double> rows[] = {{-501, noise_dBm}, {-499, -60}, {250, -62.5}, {900, -69}, {1499, -70},
+        {1501, noise_dBm}, {2499, noise_dBm}, {2501, -50}, {3499, -50}, {3501, noise_dBm}, {1e6, noise_dBm}};
+    for (const auto& [offset_kHz, level_dBm] : rows) {
+        EXPECT_NEAR(read_dBm({recording}, centre_kHz + offset_kHz, sameFilter), level_dBm, 1e-3) << offset_kHz;
+    }
+}
+
+TEST(RecordedReadings, holdTheNoiseOfTheirReceiverInThePlaceOfTheOthers)
+{
+    const Recording quiet = readings({-110.0, -110.0, -110.0});
+    const double tuning_kHz = centre_kHz + 1000.0;
+    EXPECT_NEAR(read_dBm({quiet}, tuning_kHz, sameFilter), -110.0, 1e-6);
+    EXPECT_NEAR(read_dBm({quiet, ContinuousWave{tuning_kHz, -110.0}}, tuning_kHz, sameFilter), -106.99, 0.01);
+    EXPECT_GT(read_dBm({quiet, quiet, quiet}, tuning_kHz, sameFilter), -500.0) << "a number, whatever is taken off";
+}
+
+/// A line of -50 dBm is in the filter from 2 MHz below it to 2 MHz above it.
+TEST(RecordedReadings, areSeenByAWiderFilterAsThoseOfSeveralSideBySide)
+{
+    std::vector<double> levels_dBm(41, -100.0);
+    std::fill(levels_dBm.begin() + 18, levels_dBm.begin() + 23, -50.0);
+    const Recording recording = readings(levels_dBm);
+    const double middle_kHz = centre_kHz + 20000.0;
+    const Reception twice{8000.0, 5.0, 60.0, 60.0};
+    for (const auto& [offset_kHz, level_dBm] :
+        {std::pair(1000.0, -50.0), {3000.0, -50.0}, {-3000.0, -50.0}, {7000.0, -96.99}}) {
+        EXPECT_NEAR(read_dBm({recording}, middle_kHz + offset_kHz, twice), level_dBm, 0.01) << offset_kHz;
+    }
+    const Recording flat = readings(std::vector<double>(41, -90.0));
+    for (const double width_kHz : {4000.0, 4100.0, 6000.0, 8000.0, 11000.0, 20000.0, 2000.0, 400.0}) {
+        EXPECT_NEAR(
+            read_dBm({flat}, middle_kHz, {width_kHz, 5.0, 60.0, 60.0}), -90.0 + 10.0 * std::log10(width_kHz / 4000.0), 0.001)
+            << width_kHz;
+    }
+}
+
+TEST(RecordedReadings, haveASchedule)
+{
+    const Emitter recorded(readings({-50.0}), Schedule{100.0, {}, {}});
+    EXPECT_NEAR(read_dBm({recorded}, centre_kHz, sameFilter, 99.0), thermalNoise_dBm(4000.0, 5.0), 1e-4);
+    EXPECT_NEAR(read_dBm({recorded}, centre_kHz, sameFilter, 100.0), -50.0, 1e-6);
+}
+
+TEST(RecordedReadings, fadeDownToTheNoise)
+{
+    const Emitter recorded(readings({-50.0}), {}, true);
+    const auto faded_dBm = [&](double depth_dB) {
+        const simulator::Fading fading({simulator::Rain{0.0, 1000.0, depth_dB, 1e6}}, {});
+        return Air({recorded}, sameFilter, fading).rssi_dBm(centre_kHz, 10000.0);
+    };
+    EXPECT_NEAR(faded_dBm(10.0), -60.0, 0.001);
+    EXPECT_NEAR(faded_dBm(200.0), thermalNoise_dBm(4000.0, 5.0), 0.001);
 }
 
 TEST(RecordedBins, areAtLeastOneAndHaveAWidth)

@@ -69,7 +69,7 @@ TEST(Links, thatAProgramHasMadeAreJudgedFieldByField)
             "swing there and back)"},
         {withEmitter(Carrier{19e6, 61.0, 20000.0, 0.25}),
             "emitters.carriers[1].level_dBm: is 61 dBm; must be a number from -200 to 60 dBm (power of the whole carrier)"},
-        {withEmitter(Recording{19e6, nullptr}), "emitters.recordings[0]: is empty; must have at least one bin"},
+        {withEmitter(Recording{19e6, nullptr}), "emitters.recordings[0]: is empty; must have a file or rows"},
         {withEmitter(Recording{19e6, nullptr, "sweep.csv"}), "emitters.recordings: the bins of a recording are not read"},
         {withFaults({{static_cast<Operation>(8), FaultAction::fail}}), "faults[0].operation: is unknown; must be \"setRx"},
         {withFaults({{Operation::readRssi, FaultAction::fail, 0}}), "faults[0].first_call: is 0; must be an integer from 1"},

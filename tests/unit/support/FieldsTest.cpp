@@ -109,7 +109,12 @@ TEST(Fields, areWrittenAsTheyAreRead)
         R"("fifth":{"size_mm":7.0,"spare":false},"notes":["b",""]})";
     Car car;
     EXPECT_EQ(errorsIn(text, car), "");
-    EXPECT_EQ(jsonOf(carRecord(), &car).dump(), text);
+    std::string written = text;
+    const std::string asWithout = R"(,"spare":false)";
+    written.erase(written.find(asWithout), asWithout.size());
+    EXPECT_EQ(jsonOf(carRecord(), &car).dump(), written);
+    car.notes.clear();
+    EXPECT_FALSE(jsonOf(carRecord(), &car).contains("notes"));
     car.fifth.reset();
     EXPECT_FALSE(jsonOf(carRecord(), &car).contains("fifth"));
 }
