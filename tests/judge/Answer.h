@@ -2,9 +2,11 @@
 
 #include "apps/sdc/result/ScanResult.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #if __has_include("apps/sdc/result/Verdict.h")
@@ -22,6 +24,10 @@ enum class RasterState : std::uint8_t { own, occupied, intermittent, free, unkno
 #endif
 
 namespace judge {
+
+// In the order of their enumerators.
+inline constexpr std::array<std::string_view, 4> judgementTexts{"clear", "suspected", "disturbed", "cannot tell"};
+inline constexpr std::array<std::string_view, 5> kindTexts{"carrier", "line", "burst", "sweep", "wideband"};
 
 struct RasterAnswer {
     std::int64_t offset = 0; ///< channels above the configured one

@@ -54,20 +54,33 @@ bool isAlarm(const Outcome& outcome)
     return judgement == sdc::Judgement::suspected || judgement == sdc::Judgement::disturbed;
 }
 
+bool isClear(const Outcome& outcome)
+{
+    return outcome.answer.judgement == sdc::Judgement::clear;
+}
+
 bool cannotTell(const Outcome& outcome)
 {
     return outcome.answer.judgement == sdc::Judgement::cannotTell;
 }
 
-bool mayBeExcused(const Outcome& outcome)
+bool isExcused(const Outcome& outcome)
 {
     const ChannelTruth& truth = outcome.truth.channel;
+    if (outcome.which != Case::disturbed || !cannotTell(outcome)) {
+        return false;
+    }
     switch (outcome.told) {
     case sdc::FarEnd::muted: return truth.isExplainable;
     case sdc::FarEnd::on: return truth.isShapedLikeOwn && !truth.comesAndGoes;
     case sdc::FarEnd::unknown: return !truth.comesAndGoes;
     }
     return false;
+}
+
+std::vector<RasterTruth> rasterOf(const Outcome& outcome)
+{
+    return outcome.which == Case::dead ? std::vector<RasterTruth>{} : outcome.truth.raster;
 }
 
 sdc::ChannelResult scan(const Trial& trial, const Course& course)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "tests/judge/Answer.h"
-#include "tests/judge/Scan.h"
-#include "tests/judge/Trial.h"
-#include "tests/judge/Truth.h"
+#include "tests/judge/trial/Scan.h"
+#include "tests/judge/trial/Trial.h"
+#include "tests/judge/truth/Truth.h"
 
 #include <cstdint>
 #include <vector>
@@ -32,13 +32,17 @@ struct Outcome {
     Answer answer;
 };
 
-/// Both count as an alarm.
+/// A suspicion counts as an alarm.
 bool isAlarm(const Outcome& outcome);
+bool isClear(const Outcome& outcome);
 bool cannotTell(const Outcome& outcome);
 
-/// Whether "cannot tell" is as right an answer to an interferer as an alarm is: to what neighbours may explain with the far
-/// end muted, to what is shaped like the own carrier with the far end on, to all that stays when nothing is known of it.
-bool mayBeExcused(const Outcome& outcome);
+/// "Cannot tell" was said of an interferer where it is as right as an alarm: of what neighbours could explain with the far
+/// end muted, of what is shaped like the own carrier with the far end on, of all that stays when nothing is known of it.
+bool isExcused(const Outcome& outcome);
+
+/// The channels of the raster; none of a dead receiver.
+std::vector<RasterTruth> rasterOf(const Outcome& outcome);
 
 /// The scan of a trial, as a program that scans keeps it.
 sdc::ChannelResult scan(const Trial& trial, const Course& course);

@@ -1,7 +1,7 @@
 #include "simulator/radio/Air.h"
 #include "tests/judge/Answer.h"
-#include "tests/judge/QuietAir.h"
-#include "tests/judge/Reach.h"
+#include "tests/judge/truth/QuietAir.h"
+#include "tests/judge/truth/Reach.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,11 @@
 // Asks of thousands of random links whether they are disturbed, and compares what is said with what the simulator knows.
 
 #include "tests/judge/Answer.h"
+#include "tests/judge/Document.h"
+#include "tests/judge/Failures.h"
 #include "tests/judge/Outcome.h"
-#include "tests/judge/Report.h"
-#include "tests/judge/Trial.h"
+#include "tests/judge/Tables.h"
+#include "tests/judge/trial/Trial.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,6 +13,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -25,8 +28,8 @@ struct Seeds {
 };
 
 /// Rules are fixed on one set and measured on the other.
-constexpr Seeds seedsForRules{1, 12000};
-constexpr Seeds seedsToMeasure{1000001, 1012000};
+constexpr Seeds seedsForRules{1, 20000};
+constexpr Seeds seedsToMeasure{1000001, 1020000};
 
 struct Options {
     std::string seeds = "measure";
@@ -34,6 +37,7 @@ struct Options {
     std::size_t failures = 0;
     unsigned threads = std::thread::hardware_concurrency();
     std::vector<std::string> scenario;
+    std::vector<std::string> document;
 };
 
 /// "rules", "measure", or "5-20".
@@ -63,6 +67,22 @@ int writeScenario(const std::string& seed, const std::string& file)
     return 0;
 }
 
+/// The figures go to the document and its picture; the plain detector is measured beside the other.
+void update(const Options& options, const std::vector<judge::Outcome>& outcomes)
+{
+    const auto [first, last] = parseSeeds(options.seeds);
+    const std::vector<judge::Outcome> plain = judge::tryAll(first, last, judge::plainThreshold, options.threads);
+    std::ostringstream text;
+    text << "```\n" << outcomes.size() << " links, seeds " << first << " to " << last << "\n\n";
+    judge::writeGoals(text, outcomes);
+    text << "\nthe plain detector\n\n";
+    judge::writeGoals(text, plain);
+    judge::writeTables(text, outcomes);
+    text << "```\n";
+    judge::updateDocument(options.document.front(), text.str());
+    std::ofstream(options.document.back()) << judge::picture(outcomes, plain);
+}
+
 int run(const Options& options)
 {
     if (!options.scenario.empty()) {
@@ -75,8 +95,10 @@ int run(const Options& options)
     const bool areMet = judge::writeGoals(std::cout, outcomes);
     judge::writeTables(std::cout, outcomes);
     if (options.failures > 0) {
-        std::cout << "\njudged wrongly\n\n";
         judge::writeFailures(std::cout, outcomes, options.failures);
+    }
+    if (!options.document.empty()) {
+        update(options, outcomes);
     }
     return areMet ? 0 : 1;
 }
@@ -90,8 +112,10 @@ int main(int argc, char** argv)
     app.add_option("--seeds", options.seeds, "rules, measure, or FROM-TO")->capture_default_str();
     app.add_flag("--baseline", options.isBaseline, "ask a plain detector with fixed thresholds");
     app.add_option("--threads", options.threads, "the figures do not depend on it");
-    app.add_option("--failures", options.failures, "show so many links that were judged wrongly");
+    app.add_option("--failures", options.failures, "show so many links that count against each goal");
     app.add_option("--write-scenario", options.scenario, "SEED FILE: write a link as a scenario, and how it is scanned")
+        ->expected(2);
+    app.add_option("--document", options.document, "FILE PICTURE: write the figures into a document, and draw them")
         ->expected(2);
     CLI11_PARSE(app, argc, argv);
     try {

@@ -3,7 +3,7 @@
 #include "simulator/radio/Emitters.h"
 #include "simulator/radio/Link.h"
 #include "tests/judge/Answer.h"
-#include "tests/judge/Scan.h"
+#include "tests/judge/trial/Scan.h"
 
 #include <cstdint>
 #include <span>

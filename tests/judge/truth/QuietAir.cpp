@@ -1,4 +1,4 @@
-#include "tests/judge/QuietAir.h"
+#include "tests/judge/truth/QuietAir.h"
 
 #include "simulator/radio/Air.h"
 

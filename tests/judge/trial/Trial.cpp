@@ -1,11 +1,11 @@
-#include "tests/judge/Trial.h"
+#include "tests/judge/trial/Trial.h"
 
 #include "simulator/radio/Fault.h"
 #include "simulator/scenario/ScenarioRecord.h"
 #include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
-#include "tests/judge/RandomAir.h"
-#include "tests/judge/RandomSite.h"
+#include "tests/judge/trial/RandomAir.h"
+#include "tests/judge/trial/RandomSite.h"
 #include "tests/support/Dice.h"
 
 #include "Platform/Host/RadioChannel.h"

@@ -1,4 +1,4 @@
-#include "tests/judge/Reach.h"
+#include "tests/judge/truth/Reach.h"
 
 #include <algorithm>
 #include <variant>

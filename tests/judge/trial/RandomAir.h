@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/judge/RandomSite.h"
+#include "tests/judge/trial/RandomSite.h"
 
 namespace judge {
 

@@ -1,14 +1,13 @@
-#include "tests/judge/Truth.h"
+#include "tests/judge/truth/ChannelTruth.h"
 
-#include "tests/judge/QuietAir.h"
-#include "tests/judge/RasterTruth.h"
-#include "tests/judge/Reach.h"
+#include "tests/judge/truth/Reach.h"
 
 #include "simulator/radio/Air.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <set>
 #include <utility>
 #include <variant>
@@ -20,13 +19,13 @@ namespace {
 using sdc::InterferenceKind;
 using simulator::Emitter;
 
-constexpr std::int32_t sameShape = 300;  ///< hundredths of a dB
-constexpr std::int32_t silent = 300;     ///< the same
-constexpr std::int32_t asStrong = 600;   ///< the same
-constexpr std::int32_t raisedFrom = 300; ///< the same
-constexpr std::int32_t grazedFrom = 100; ///< the same
-constexpr std::uint32_t samplesOfAShape = 5;
-constexpr std::uint32_t sweepsOfAComing = 3;
+// Hundredths of a dB.
+constexpr std::int32_t leastNoticed = 10;
+constexpr std::int32_t grazedFrom = 100;
+constexpr std::int32_t raisedFrom = 300;
+constexpr std::int32_t gone = 300;
+constexpr std::int32_t sameShape = 300;
+constexpr std::int32_t asStrong = 600;
 
 /// Finds the truth of one trial's configured channel.
 class ChannelExaminer {
@@ -37,6 +36,7 @@ public:
 private:
     void findInterferers();
     void findSamples();
+    std::vector<std::int32_t> risesAt(std::size_t tuning) const;
     void measure(ChannelTruth& truth) const;
     void watch(ChannelTruth& truth) const;
     void name(ChannelTruth& truth) const;
@@ -45,7 +45,8 @@ private:
     std::vector<std::int32_t> raisedBy(const Emitters& emitters) const;
     std::int32_t raised(bool isNarrow) const;
     simulator::Shoulders poorestMask() const;
-    std::int32_t strongestNeighbour(std::uint32_t tuning_kHz, std::uint32_t channelsAway) const;
+    std::int32_t strongestNeighbour(
+        std::uint32_t tuning_kHz, std::uint32_t channelsAway, const std::optional<simulator::Shoulders>& mask) const;
     std::int32_t poorestMasks() const;
 
     const Trial& m_trial;
@@ -134,23 +135,25 @@ std::int32_t ChannelExaminer::raised(bool isNarrow) const
     return highest == rssiFloor ? std::ranges::max(m_floor) : highest;
 }
 
+/// In each sweep, at one tuning of the channel.
+std::vector<std::int32_t> ChannelExaminer::risesAt(std::size_t tuning) const
+{
+    std::vector<std::int32_t> rises;
+    for (std::size_t index = tuning; index < m_rises.size(); index += m_tunings) {
+        rises.push_back(m_rises[index]);
+    }
+    return rises;
+}
+
 /// What the rises tell of one tuning over the sweeps, and of one tuning beside the other.
 void ChannelExaminer::watch(ChannelTruth& truth) const
 {
-    std::int32_t lowestOfHighest = std::numeric_limits<std::int32_t>::max();
-    std::int32_t lowestAtHighest = lowestOfHighest;
+    std::int32_t lowest = truth.over;
     for (std::size_t tuning = 0; tuning < m_tunings; ++tuning) {
-        std::int32_t highest = std::numeric_limits<std::int32_t>::min();
-        for (std::size_t index = tuning; index < m_rises.size(); index += m_tunings) {
-            highest = std::max(highest, m_rises[index]);
-            if (tuning == m_highest % m_tunings) {
-                lowestAtHighest = std::min(lowestAtHighest, m_rises[index]);
-            }
-        }
-        lowestOfHighest = std::min(lowestOfHighest, highest);
+        lowest = std::min(lowest, std::ranges::max(risesAt(tuning)));
     }
-    truth.comesAndGoes = m_trial.sweeps >= sweepsOfAComing && lowestAtHighest <= silent;
-    truth.isShapedLikeOwn = m_tunings >= samplesOfAShape && truth.over - lowestOfHighest <= sameShape;
+    truth.comesAndGoes = isGoneOnce(risesAt(m_highest % m_tunings));
+    truth.isShapedLikeOwn = m_tunings >= samplesOfAShape && truth.over - lowest <= sameShape;
 }
 
 /// Of one emitter: what it is, and what it looks like where it was not on all the time.
@@ -198,8 +201,10 @@ simulator::Shoulders ChannelExaminer::poorestMask() const
     return {static_cast<double>(m_trial.link().channelSpacing_kHz), 25.0, 45.0};
 }
 
-/// The reading at a tuning with a neighbour as strong as there is, through the poorest mask.
-std::int32_t ChannelExaminer::strongestNeighbour(std::uint32_t tuning_kHz, std::uint32_t channelsAway) const
+/// The reading at a tuning with a neighbour as strong as there is, so many channels away, through the poorest mask or, when
+/// that is none, through the receiver's leak alone.
+std::int32_t ChannelExaminer::strongestNeighbour(
+    std::uint32_t tuning_kHz, std::uint32_t channelsAway, const std::optional<simulator::Shoulders>& mask) const
 {
     constexpr double level_dBm = -20.0;
     const simulator::Link& link = m_trial.link();
@@ -208,12 +213,12 @@ std::int32_t ChannelExaminer::strongestNeighbour(std::uint32_t tuning_kHz, std::
     for (const double side : {-1.0, 1.0}) {
         simulator::Carrier neighbour = simulator::carrierInChannel(
             link.rxFrequency_kHz + side * channelsAway * spacing_kHz, level_dBm, spacing_kHz, 0.25, 0.98);
-        neighbour.shoulders = poorestMask();
+        neighbour.shoulders = mask;
         const simulator::Air air(
             {neighbour}, {link.filterWidth_kHz, link.noiseFigure_dB, link.ultimateRejection_dB, link.saturation_dBm});
         strongest_dBm = std::max(strongest_dBm, air.rssi_dBm(tuning_kHz, 0.0));
     }
-    return static_cast<std::int32_t>(std::lround(100.0 * strongest_dBm));
+    return stored(strongest_dBm);
 }
 
 /// The same with all that are there, through the poorest masks.
@@ -231,10 +236,12 @@ std::int32_t ChannelExaminer::poorestMasks() const
 /// Several samples in the channel show the slope of a neighbour beside it, but nothing of one farther away.
 void ChannelExaminer::explain(ChannelTruth& truth) const
 {
+    constexpr std::uint32_t farAway = 3;
     const bool showsSlope = m_tunings >= samplesOfAShape || m_trial.kind == sdc::ScanKind::subBand;
     const std::uint32_t tuning_kHz = m_air.course().tuning_kHz(m_samples[m_highest]);
+    truth.isExplainableByLeak = truth.isNarrow && truth.level <= strongestNeighbour(tuning_kHz, farAway, std::nullopt);
     truth.isExplainable = truth.level <= poorestMasks()
-        || (truth.isNarrow && truth.level <= strongestNeighbour(tuning_kHz, showsSlope ? 2 : 1));
+        || (truth.isNarrow && truth.level <= strongestNeighbour(tuning_kHz, showsSlope ? 2 : 1, poorestMask()));
 }
 
 ChannelTruth ChannelExaminer::examine()
@@ -255,15 +262,24 @@ ChannelTruth ChannelExaminer::examine()
 
 } // namespace
 
+bool isGoneOnce(std::span<const std::int32_t> rises)
+{
+    return rises.size() >= sweepsToComeAndGo && std::ranges::min(rises) <= gone;
+}
+
+bool isClean(const ChannelTruth& truth)
+{
+    return truth.over < leastNoticed && !truth.isGrazed;
+}
+
 bool isRaised(const ChannelTruth& truth)
 {
     return isClean(truth) && truth.raised >= raisedFrom;
 }
 
-Truth truthOf(const Trial& trial, const Course& course)
+ChannelTruth channelTruth(const Trial& trial, const QuietAir& air)
 {
-    const QuietAir air(trial.link(), course);
-    return {ChannelExaminer(trial, air).examine(), rasterTruth(air)};
+    return ChannelExaminer(trial, air).examine();
 }
 
 } // namespace judge

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/scenario/Scenario.h"
-#include "tests/judge/Trial.h"
+#include "tests/judge/trial/Trial.h"
 
 #include "terminal/ScanPlan.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/radio/Link.h"
-#include "tests/judge/ChannelPlans.h"
+#include "tests/judge/trial/ChannelPlans.h"
 #include "tests/support/Dice.h"
 
 #include <cstdint>

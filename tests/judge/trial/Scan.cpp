@@ -1,4 +1,4 @@
-#include "tests/judge/Scan.h"
+#include "tests/judge/trial/Scan.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Radio/IFrequencyController.h"

@@ -1,4 +1,4 @@
-#include "tests/judge/RandomAir.h"
+#include "tests/judge/trial/RandomAir.h"
 
 #include "simulator/radio/Air.h"
 #include "simulator/radio/Band.h"

@@ -1,4 +1,4 @@
-#include "tests/judge/RandomSite.h"
+#include "tests/judge/trial/RandomSite.h"
 
 #include "Platform/Radio/IRadioCapability.h"
 

@@ -1,6 +1,7 @@
-#include "tests/judge/RasterTruth.h"
+#include "tests/judge/truth/RasterTruth.h"
 
-#include "tests/judge/Reach.h"
+#include "tests/judge/truth/ChannelTruth.h"
+#include "tests/judge/truth/Reach.h"
 
 #include "simulator/radio/Air.h"
 #include "simulator/radio/Fading.h"
@@ -16,8 +17,6 @@ namespace {
 constexpr double nothingLeaks_dB = 200.0;
 constexpr std::int32_t noFringeBelow = 50; ///< hundredths of a dB
 constexpr std::int32_t fringeFrom = 500;   ///< the same
-constexpr std::int32_t silent = 300;       ///< the same
-constexpr std::uint32_t sweepsOfAComing = 3;
 
 /// Finds the truth of one channel of the raster.
 class RasterExaminer {
@@ -142,7 +141,7 @@ RasterTruth RasterExaminer::examine() const
         const std::vector<std::int32_t> over = truth.isSeen ? rises(rest) : risesAtCentre(rest);
         truth.occupant = Occupant::somebody;
         truth.over = std::ranges::max(over);
-        truth.comesAndGoes = over.size() >= sweepsOfAComing && std::ranges::min(over) <= silent;
+        truth.comesAndGoes = isGoneOnce(over);
     }
     return truth;
 }
