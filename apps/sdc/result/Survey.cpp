@@ -1,6 +1,8 @@
 #include "apps/sdc/result/Survey.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <numeric>
 
 namespace sdc {
 
@@ -22,7 +24,14 @@ void Survey::add(const Sweep& sweep)
 {
     ++m_sweeps;
     for (const Sample& sample : sweep.samples) {
-        Readings& here = m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, {}}).first->second;
+        const auto [found, isFirst] =
+            m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, sample.rssi, {}});
+        Readings& here = found->second;
+        if (!isFirst && std::min(here.last, sample.rssi) > lowestReading) {
+            const std::int64_t step = std::llabs(std::int64_t{sample.rssi} - here.last);
+            ++m_steps[static_cast<std::size_t>(std::min<std::int64_t>(step, mostStep))];
+        }
+        here.last = sample.rssi;
         here.max = std::max(here.max, sample.rssi);
         here.min = std::min(here.min, sample.rssi);
         here.mean.add(sample.rssi);
@@ -37,6 +46,19 @@ std::vector<Hold> Survey::holds() const
         holds.push_back({frequency_kHz, here.max, here.min, here.mean.mean(), here.mean.count()});
     }
     return holds;
+}
+
+std::optional<double> Survey::medianStep() const
+{
+    const std::size_t count = std::accumulate(m_steps.begin(), m_steps.end(), std::size_t{0});
+    std::size_t below = 0;
+    for (std::size_t step = 0; step < m_steps.size(); ++step) {
+        below += m_steps[step];
+        if (2 * below > count) {
+            return static_cast<double>(step);
+        }
+    }
+    return std::nullopt;
 }
 
 std::vector<SDCResult> Survey::trace(TraceKind kind) const

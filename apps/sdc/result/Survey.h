@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -43,6 +44,10 @@ public:
     /// The holds of all frequencies that any sweep reached, ascending, each over the sweeps that reached it.
     std::vector<Hold> holds() const;
 
+    /// In hundredths of a dB, the median of what the readings at one frequency differ from one sweep to the next, without
+    /// those at the floor of readings; nothing before there are some.
+    std::optional<double> medianStep() const;
+
     /// One level for each frequency, ascending.
     std::vector<SDCResult> trace(TraceKind kind) const;
 
@@ -50,10 +55,15 @@ private:
     struct Readings {
         std::int32_t max;
         std::int32_t min;
+        std::int32_t last;
         PowerMean mean;
     };
 
+    /// A count for each difference of so many hundredths of a dB, the last one for all that are more.
+    static constexpr std::size_t mostStep = 1000;
+
     std::size_t m_sweeps = 0;
+    std::array<std::size_t, mostStep + 1> m_steps{};
     std::map<std::uint32_t, Readings> m_readings; ///< by frequency
 };
 

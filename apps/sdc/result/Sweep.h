@@ -13,6 +13,9 @@ namespace sdc {
 
 using support::TimePoint;
 
+/// The controller raises readings below it to it; hundredths of a dBm.
+inline constexpr std::int32_t lowestReading = -9970;
+
 /// One reading.
 struct Sample {
     std::uint32_t frequency_kHz = 0; ///< where the receiver stood
