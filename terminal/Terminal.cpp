@@ -48,7 +48,24 @@ private:
     host::Clock& m_clock;
 };
 
+/// Of this thread, one within the other.
+thread_local int waits = 0;
+
+/// What its thread asks of controllers while it lives it asks because it waits.
+class Waiting {
+public:
+    Waiting() { ++waits; }
+    ~Waiting() { --waits; }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+};
+
 } // namespace
+
+bool isWaiting() noexcept
+{
+    return waits > 0;
+}
 
 /// In the order of construction: the controller goes before the peers that it uses.
 struct Terminal::Served {
@@ -195,6 +212,7 @@ ESDCStatus Terminal::waitForEnd(RadioChannel channel, const std::function<void()
     constexpr std::chrono::microseconds longestPause{10000}; // small against a scan, whose end is seen that much later
     std::chrono::microseconds pause{100};
     while (isOngoing(channel)) {
+        const Waiting waiting;
         if (onPoll) {
             onPoll();
         }
@@ -206,6 +224,7 @@ ESDCStatus Terminal::waitForEnd(RadioChannel channel, const std::function<void()
 
 bool Terminal::isOngoing(RadioChannel channel) const
 {
+    const Waiting waiting;
     const ESDCStatus status = controller(channel).getStatus();
     const bool isScan = status == SDC_STATUS_CHANNEL_SCAN_ONGOING || status == SDC_STATUS_SUB_BAND_ONGOING;
     return isScan && !workerFailure(channel);
@@ -240,6 +259,7 @@ void Terminal::waitForIdle(RadioChannel channel) const
 {
     constexpr std::chrono::seconds patience{10};
     constexpr std::chrono::microseconds pause{50};
+    const Waiting waiting;
     find(channel).controller->onPhaseStop();
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (m_trace.isSweeping(channel) && std::chrono::steady_clock::now() < deadline) {

@@ -33,6 +33,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Whether what this thread asks of a controller at the moment is asked by a terminal that only waits: again and again,
+/// until something has happened. Sinks of the trace may leave it out.
+bool isWaiting() noexcept;
+
 /// A whole terminal: the host, the peers of each channel's radio, and one spectrum diagnostics controller per channel out of
 /// the module library, brought up as a host does it. For programs and for tests of modules that use the controller's
 /// interface. One at a time per process, because a host is one; its operations belong to the thread that made it.

@@ -6,6 +6,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <cmath>
+#include <map>
+
 namespace {
 
 using testing::AllOf;
@@ -35,6 +39,32 @@ TEST_F(Scan, takesTheWallTimeThatItsSpeedSays)
     EXPECT_THAT(run("scan channel --speed 1000").err, HasSubstr("\ntime       6.6 s of radio time, 0.0 s at this speed\n"));
     EXPECT_THAT(run("scan channel --speed 100 --repeat 3").err,
         HasSubstr("\ntime       6.6 s of radio time a sweep, 19.8 s for 3 sweeps, 0.1 s at this speed\n"));
+}
+
+/// What the documents promise of the radar: it shows in the maximum of ten sweeps, and hardly in the average.
+TEST_F(Scan, tenTimesRepeatedShowsTheRadarInTheMaximum)
+{
+    const Outcome outcome = run("scan channel --scenario 32-radar --repeat 10 --quiet --json -");
+    std::map<int, std::vector<double>> levels;
+    const Json result = Json::parse(outcome.out);
+    for (const Json& sweep : result["channels"][0]["sweeps"]) {
+        for (const Json& sample : sweep["samples"]) {
+            levels[sample["frequency_kHz"]].push_back(sample["level_dBm"]);
+        }
+    }
+    int hit = 0;
+    for (auto& [frequency_kHz, of] : levels) {
+        std::ranges::sort(of);
+        const double usual_dBm = of[of.size() / 2];
+        double sum = 0.0;
+        for (const double level_dBm : of) {
+            sum += std::pow(10.0, (level_dBm - usual_dBm) / 10.0);
+        }
+        EXPECT_LT(10.0 * std::log10(sum / static_cast<double>(of.size())), 2.0) << frequency_kHz;
+        EXPECT_LT(of[of.size() - 2] - usual_dBm, 2.0) << "one reading at most, " << frequency_kHz;
+        hit += of.back() - usual_dBm > 4.0 ? 1 : 0;
+    }
+    EXPECT_EQ(hit, 3);
 }
 
 TEST_F(Scan, isToTheByteTheSameFromAStartTimeOn)
@@ -145,6 +175,22 @@ TEST_F(Scan, tracesErrorsByDefaultAndStepsOnRequest)
     EXPECT_THAT(steps, HasSubstr("ZRP.SDC 7   sweep: Set RX frequency kHz 19164750\n"));
     EXPECT_EQ(steps.find("Set RX frequency kHz 19164750"), steps.rfind("Set RX frequency kHz 19164750")); // once
     EXPECT_THAT(run("scan channel --trace 6").err, Not(HasSubstr("ZRP.SDC 7")));
+}
+
+/// At this speed the program looks at the scan a dozen times.
+TEST_F(Scan, tracesWhatTheControllerDoesAndNotThatTheProgramWaitsForIt)
+{
+    std::map<std::string, int> entries;
+    for (const std::string& line : lines(run("scan channel --trace 7 --speed 100").err)) {
+        const std::size_t name = line.find(" > ");
+        if (line.starts_with("ZRP.SDC 6") && name != std::string::npos) {
+            ++entries[line.substr(name + 3, line.find(':') - name - 3)];
+        }
+    }
+    EXPECT_LE(entries["getStatus"], 1);
+    EXPECT_LE(entries["getResult"], 1);
+    EXPECT_EQ(entries["setCommand"], 1);
+    EXPECT_EQ(entries["runScan"], 1);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "apps/sdc/tty/Screen.h"
 #include "support/Text.h"
 #include "terminal/ControllerTrace.h"
+#include "terminal/Terminal.h"
 
 #include <unistd.h>
 
@@ -31,6 +32,9 @@ ShownTrace::~ShownTrace()
 void ShownTrace::write(const host::TraceRecord& record)
 {
     constexpr std::size_t longestText = 1000;
+    if (record.level > PLX_TRACE_LEVEL_INFO && terminal::isWaiting()) {
+        return; // there are thousands of them
+    }
     host::TraceRecord plain = record;
     plain.text = support::shown(record.text, longestText);
     std::ostringstream text;

@@ -8,7 +8,7 @@
 namespace sdc {
 
 /// Shows the controllers' trace up to a level on standard error for as long as it lives, each record in one piece and on a
-/// line of its own.
+/// line of its own. Calls by which the program only waits for a scan are left out, unless they fail.
 class ShownTrace : public host::TraceSink {
 public:
     explicit ShownTrace(std::uint32_t level);
