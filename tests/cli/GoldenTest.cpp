@@ -50,7 +50,7 @@ TEST_P(Golden, transcriptIsAsItWas)
 const Transcript transcripts[] = {
     {"help",
         {"", "--help", "scan --help", "plan --help", "console --help", "scenarios --help", "scenarios check --help",
-            "plot --help", "compare --help"}},
+            "scenarios replay --help", "schema --help", "plot --help", "compare --help"}},
     {"scan-channel",
         {"scan channel", "scan channel --quiet --sweep -" START, "scan channel --quiet --csv -",
             "scan channel --quiet --json -" START}},

@@ -3,8 +3,11 @@
 #include "tests/cli/SdcFixture.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 namespace {
+
+using nlohmann::json;
 
 using testing::Contains;
 using testing::HasSubstr;
@@ -18,6 +21,35 @@ TEST_F(Scenarios, areListedByNameAlone)
     const std::vector<std::string> names = lines(run("scenarios list --names").out);
     EXPECT_EQ(names.size() + 1, lines(run("scenarios list").out).size());
     EXPECT_THAT(names, Contains("18-f595"));
+}
+
+TEST_F(Scenarios, areListedAsJson)
+{
+    const json listed = json::parse(run("scenarios list --json").out);
+    EXPECT_EQ(listed["schema_version"], 1);
+    std::string names;
+    for (const json& scenario : listed["scenarios"]) {
+        names += scenario["name"].get<std::string>() + "\n";
+        if (scenario["name"] == "8-quad") {
+            EXPECT_EQ(scenario["channels"].size(), 4U);
+            EXPECT_EQ(scenario["channels"][1],
+                json({{"channel", 2}, {"unit_type", "4741 8G"}, {"band_GHz", 8}, {"rx_frequency_kHz", 8114500},
+                    {"channel_spacing_kHz", 28000}}));
+        }
+    }
+    EXPECT_EQ(names, run("scenarios list --names").out);
+}
+
+/// Somebody who changes one begins with what is shown.
+TEST_F(Scenarios, thatAreShownWorkAsFiles)
+{
+    for (const std::string& name : lines(run("scenarios list --names").out)) {
+        ASSERT_EQ(run("scenarios show " + name, "", ">mine.json").status, 0);
+        EXPECT_EQ(run("scenarios check mine.json").out, "mine.json: ok\n") << name;
+    }
+    EXPECT_EQ(run("scenarios check -", "'" SDC_PROGRAM "' scenarios show 28-replay |").out, "-: ok\n");
+    EXPECT_EQ(
+        run("plan --scenario -", "'" SDC_PROGRAM "' scenarios show 28-replay |").out, run("plan --scenario 28-replay").out);
 }
 
 TEST_F(Scenarios, thatAreBuiltInAllPassTheirCheckAndHaveAPlan)

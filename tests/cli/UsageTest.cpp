@@ -37,7 +37,7 @@ constexpr Row commandRows[] = {
     {"scna", "unknown command 'sdc scna'; did you mean 'scan'?"},
     {"--verison", "unknown option '--verison'; did you mean '--version'?"},
     {"scenarios shw", "unknown command 'sdc scenarios shw'; did you mean 'show'?"},
-    {"scenarios erase", "unknown command 'sdc scenarios erase'; expected one of list, show, check"},
+    {"scenarios erase", "unknown command 'sdc scenarios erase'; expected one of list, show, check, replay"},
     {"scenarios", "'sdc scenarios' needs a command behind it; 'sdc scenarios --help' tells more"},
     {"scenarios show", "'sdc scenarios show' needs NAME behind it; 'sdc scenarios show --help' tells more"},
     {"scenarios check", "'sdc scenarios check' needs FILE behind it; 'sdc scenarios check --help' tells more"},
@@ -71,7 +71,18 @@ constexpr Row scanRows[] = {
     {"scan channel --speed 2 --speed 3", "--speed: is given more than once; 'sdc scan --help' tells more"},
     {"scan channel --speed", "--speed: needs a value behind it; 'sdc scan --help' tells more"},
     {"scan channel --channel 1,1",
-        "--channel: invalid list of channels '1,1'; expected all, or numbers such as 1 or 1,2, each once"},
+        "--channel: invalid list of channels '1,1'; expected all, or numbers such as 1, 1,3 or 1-8, each once"},
+    {"scan channel --channel 3-1",
+        "--channel: invalid list of channels '3-1'; expected all, or numbers such as 1, 1,3 or 1-8, each once"},
+    {"scan channel --scenario 8-quad --channel 2-5",
+        "--channel: scenario '8-quad' has no channel 5; it has channels 1, 2, 3, 4"},
+    {"help scna", "unknown command 'sdc scna'; did you mean 'scan'?"},
+    {"schema", "'sdc schema' needs DOCUMENT behind it; 'sdc schema --help' tells more"},
+    {"schema result plan", "unexpected word 'plan'; 'sdc schema --help' tells more"},
+    {"schema plam", "invalid document 'plam'; expected result, scenario or plan; did you mean 'plan'?"},
+    {"scenarios list --json --names", "--names excludes --json; 'sdc scenarios list --help' tells more"},
+    {"console --scenario -", "--scenario: standard input is for the console's commands; expected a name or a file"},
+    {"scan channel --scenario -", "standard input: is empty; must be a JSON object"},
     {"scan channel --channel 7", "--channel: scenario '18-f595' has no channel 7; it has channel 1"},
     {"scan channel --scenario 8-quad --channel 1,5",
         "--channel: scenario '8-quad' has no channel 5; it has channels 1, 2, 3, 4"},
@@ -113,13 +124,23 @@ TEST_F(Usage, helpFitsInto80Columns)
     const std::string help = run("--help").out;
     EXPECT_EQ(run("-h").out, help);
     for (const char* const command : {"", "scan ", "scan channel ", "plan ", "console ", "scenarios ", "scenarios list ",
-             "scenarios show ", "scenarios check ", "plot ", "compare "}) {
+             "scenarios show ", "scenarios check ", "scenarios replay ", "plot ", "compare ", "schema ", "help "}) {
         const Outcome outcome = run(command + std::string("--help"));
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: sdc "));
         for (const std::string& line : lines(outcome.out)) {
             EXPECT_LE(line.size(), 80U) << line;
         }
+    }
+}
+
+TEST_F(Usage, helpOfACommandIsItsOptionHelp)
+{
+    EXPECT_EQ(run("help").out, run("--help").out);
+    for (const std::string command : {"scan", "scenarios", "scenarios replay", "help"}) {
+        const Outcome outcome = run("help " + command);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.out, run(command + " --help").out);
     }
 }
 

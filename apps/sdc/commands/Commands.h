@@ -17,8 +17,9 @@ void addConsole(CLI::App& app, Command& command);
 void addScenarios(CLI::App& app, Command& command);
 void addPlot(CLI::App& app, Command& command);
 void addCompare(CLI::App& app, Command& command);
+void addSchema(CLI::App& app, Command& command);
 
 /// In the order of the help.
-inline constexpr AddSubcommand subcommands[] = {addScan, addPlan, addConsole, addScenarios, addPlot, addCompare};
+inline constexpr AddSubcommand subcommands[] = {addScan, addPlan, addConsole, addScenarios, addPlot, addCompare, addSchema};
 
 } // namespace sdc

@@ -31,6 +31,9 @@ struct ConsoleOptions {
 
 ExitStatus talk(const ConsoleOptions& options, std::ostream& output)
 {
+    if (options.scenario == "-") {
+        throw UsageError("--scenario: standard input is for the console's commands; expected a name or a file");
+    }
     const Site site(options.scenario);
     const std::vector<std::uint32_t> wanted = options.channel ? std::vector{*options.channel} : std::vector<std::uint32_t>{};
     const RadioChannel channel = chooseChannels(site, wanted).front().number;

@@ -1,6 +1,6 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/options/Options.h"
-#include "apps/sdc/result/ResultForm.h"
+#include "apps/sdc/result/PlanForm.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
@@ -23,7 +23,6 @@ namespace sdc {
 namespace {
 
 using support::duration;
-using Json = nlohmann::ordered_json;
 
 struct PlanOptions {
     std::string scenario;
@@ -33,7 +32,7 @@ struct PlanOptions {
 };
 
 /// A channel and its scan of each kind.
-struct PlannedScans {
+struct Scans {
     PlannedChannel channelScan;
     PlannedChannel subBandScan;
 };
@@ -73,34 +72,30 @@ support::Row rowOf(const PlannedChannel& planned, ScanKind kind, double speed)
         timeText(plan, speed)};
 }
 
-Json jsonOf(const PlannedChannel& planned, double speed)
+PlannedScan documented(const PlannedChannel& planned, double speed)
 {
     if (!planned.plan) {
-        return {{"refusal", refusal(planned.channel)}};
+        return {.refusal = refusal(planned.channel), .plan = {}, .radioTime_ms = {}, .wallTime_ms = {}};
     }
-    const ScanPlan& plan = *planned.plan;
-    Json json = support::jsonOf(stepsRecord(), &plan);
-    json["radio_time_ms"] = plan.settleTime().count();
-    json["wall_time_ms"] = wallTime(plan.settleTime(), speed).count();
-    return json;
+    const std::chrono::milliseconds radioTime = planned.plan->settleTime();
+    return {.refusal = {},
+        .plan = planned.plan,
+        .radioTime_ms = radioTime.count(),
+        .wallTime_ms = wallTime(radioTime, speed).count()};
 }
 
-void writeJson(std::ostream& output, const Site& site, const std::vector<PlannedScans>& scans, double speed)
+void writeJson(std::ostream& output, const Site& site, const std::vector<Scans>& scans, double speed)
 {
-    Json channels = Json::array();
+    PlanDocument document{.scenario = site.name(), .description = site.description(), .channels = {}};
     for (const auto& [channelScan, subBandScan] : scans) {
-        channels.push_back({{"channel", static_cast<std::uint32_t>(channelScan.channel.number)},
-            {"unit_type", channelScan.channel.unitTypeText},
-            {"plans",
-                {{toText(ScanKind::channel), jsonOf(channelScan, speed)},
-                    {toText(ScanKind::subBand), jsonOf(subBandScan, speed)}}}});
+        document.channels.push_back({static_cast<std::uint32_t>(channelScan.channel.number),
+            channelScan.channel.unitTypeText, {documented(channelScan, speed), documented(subBandScan, speed)}});
     }
-    const Json document{
-        {"schema_version", 1}, {"scenario", site.name()}, {"description", site.description()}, {"channels", channels}};
-    output << document.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    const support::Json json = support::jsonOf(planDocumentRecord(), &document);
+    output << json.dump(2, ' ', false, support::Json::error_handler_t::replace) << '\n';
 }
 
-void writeTable(std::ostream& output, const Site& site, const std::vector<PlannedScans>& scans, double speed)
+void writeTable(std::ostream& output, const Site& site, const std::vector<Scans>& scans, double speed)
 {
     std::vector<support::Row> rows{{"channel", "scan", "from MHz", "to MHz", "step MHz", "samples", "settling", "time"}};
     for (const auto& [channelScan, subBandScan] : scans) {
@@ -114,12 +109,12 @@ void writeTable(std::ostream& output, const Site& site, const std::vector<Planne
 ExitStatus plan(const PlanOptions& options, std::ostream& output)
 {
     const Site site(options.scenario);
-    std::vector<PlannedScans> scans;
+    std::vector<Scans> scans;
     for (const ChannelInfo& channel : chooseChannels(site, options.channels)) {
         scans.push_back({site.planned(channel, ScanKind::channel), site.planned(channel, ScanKind::subBand)});
     }
     (options.isJson ? writeJson : writeTable)(output, site, scans, options.speed);
-    const auto isPlanned = [](const PlannedScans& scan) { return scan.channelScan.plan || scan.subBandScan.plan; };
+    const auto isPlanned = [](const Scans& scan) { return scan.channelScan.plan || scan.subBandScan.plan; };
     return std::ranges::any_of(scans, isPlanned) ? EXIT_COMPLETE : EXIT_FAILED;
 }
 

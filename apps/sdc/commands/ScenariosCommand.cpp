@@ -1,18 +1,32 @@
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
+#include "apps/sdc/result/ResultFile.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/scan/Channels.h"
+#include "apps/sdc/scan/Replay.h"
 #include "apps/sdc/tty/Screen.h"
 #include "simulator/scenario/EmbeddedText.h"
 #include "simulator/scenario/Scenario.h"
+#include "simulator/scenario/ScenarioRecord.h"
+#include "support/FieldsJson.h"
+#include "support/ReadableJson.h"
 #include "support/Table.h"
 #include "support/Text.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <ios>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,17 +68,52 @@ std::optional<std::string_view> builtInText(const std::string& name)
     return found == texts.end() ? std::nullopt : std::optional(found->text);
 }
 
-ExitStatus list(bool isNamesOnly, std::ostream& output)
+/// How the built-in scenarios are listed.
+struct ListOptions {
+    bool isNamesOnly = false;
+    bool isJson = false;
+};
+
+void listNames(std::ostream& output)
+{
+    for (const embedded::Text& text : simulator::builtInScenarios()) {
+        output << text.name << '\n';
+    }
+}
+
+void listAsTable(const std::vector<Scenario>& scenarios, std::ostream& output)
 {
     std::vector<support::Row> rows{{"name", "GHz", "unit", "channels", "description"}};
-    for (const embedded::Text& text : simulator::builtInScenarios()) {
-        if (isNamesOnly) {
-            output << text.name << '\n';
-        } else {
-            rows.push_back(rowOf(simulator::loadScenario(std::string(text.name))));
+    std::ranges::transform(scenarios, std::back_inserter(rows), rowOf);
+    output << support::table(rows, "lllll");
+}
+
+void listAsJson(const std::vector<Scenario>& scenarios, std::ostream& output)
+{
+    support::Json list = support::Json::array();
+    for (const Scenario& scenario : scenarios) {
+        support::Json channels = support::Json::array();
+        for (const auto& [number, link] : scenario.channels) {
+            channels.push_back({{"channel", static_cast<std::uint32_t>(number)}, {"unit_type", link.unitTypeText},
+                {"band_GHz", link.frequencyParameters.frequencyBand_GHz}, {"rx_frequency_kHz", link.rxFrequency_kHz},
+                {"channel_spacing_kHz", link.channelSpacing_kHz}});
         }
+        list.push_back({{"name", scenario.name}, {"description", scenario.description}, {"channels", channels}});
     }
-    output << (isNamesOnly ? "" : support::table(rows, "lllll"));
+    support::writeReadably(output, support::Json{{"schema_version", 1}, {"scenarios", list}});
+}
+
+ExitStatus list(const ListOptions& options, std::ostream& output)
+{
+    if (options.isNamesOnly) {
+        listNames(output);
+        return EXIT_COMPLETE;
+    }
+    std::vector<Scenario> scenarios;
+    for (const embedded::Text& text : simulator::builtInScenarios()) {
+        scenarios.push_back(simulator::loadScenario(std::string(text.name)));
+    }
+    (options.isJson ? listAsJson : listAsTable)(scenarios, output);
     return EXIT_COMPLETE;
 }
 
@@ -89,7 +138,7 @@ ExitStatus check(const std::vector<std::string>& namesOrFiles, std::ostream& out
     ExitStatus status = EXIT_COMPLETE;
     for (const std::string& file : namesOrFiles) {
         try {
-            const Scenario scenario = simulator::loadScenario(file);
+            openScenario(file);
             output << support::shown(file) << ": ok\n";
         } catch (const simulator::ScenarioError& error) {
             output << support::prefixed(error.what(), "");
@@ -99,16 +148,62 @@ ExitStatus check(const std::vector<std::string>& namesOrFiles, std::ostream& out
     return status;
 }
 
+/// The built-in scenario that a result is of, if its radios are those that were scanned.
+Scenario scenarioOf(const ScanResult& result)
+{
+    const std::string otherwise = "; write --scenario and the file of the scenario";
+    if (!builtInText(result.scenario)) {
+        throw UsageError(
+            "the result is of scenario '" + support::shown(result.scenario) + "', which is not built in" + otherwise);
+    }
+    Scenario scenario = simulator::loadScenario(result.scenario);
+    for (const ChannelResult& channel : result.channels) {
+        const auto isTheSame = [&channel](const simulator::TerminalChannel& one) {
+            return one.number == RadioChannel{channel.channel} && one.link.unitTypeText == channel.unitTypeText
+                && one.link.rxFrequency_kHz == channel.plan.rxFrequency_kHz
+                && one.link.channelSpacing_kHz == channel.plan.channelSpacing_kHz;
+        };
+        if (std::ranges::none_of(scenario.channels, isTheSame)) {
+            throw UsageError("channel " + std::to_string(channel.channel)
+                + " of the result is not that of the built-in scenario '" + result.scenario + "'" + otherwise);
+        }
+    }
+    return scenario;
+}
+
+/// @param scenario  whose radios they are; empty: the result's
+ExitStatus replay(const std::string& file, const std::string& scenario, std::ostream& output)
+{
+    if (file == "-" && scenario == "-") {
+        throw UsageError("RESULT and --scenario: both are standard input; expected a file for one of them");
+    }
+    const ScanResult result = readResult(file);
+    const std::string name = file == "-" ? "standard input" : support::shown(file);
+    const Scenario radios = scenario.empty() ? scenarioOf(result) : openScenario(scenario);
+    try {
+        const Scenario again = replayOf(result, radios);
+        std::ostringstream text;
+        support::writeReadably(text, support::jsonOf(simulator::scenarioRecord(), &again));
+        if (text.view().size() > simulator::largestScenario_MiB << 20U) {
+            throw ResultError("has too many samples for a scenario; 'sdc scan --sweep' writes a recording for one");
+        }
+        simulator::parseScenario(text.view(), "scenario"); // it is to work
+        output << text.view();
+    } catch (const std::runtime_error& error) {
+        throw ResultError(name + ": " + error.what());
+    }
+    return EXIT_COMPLETE;
+}
+
 void addList(CLI::App& scenarios, Command& command)
 {
     CLI::App& listing = *scenarios.add_subcommand("list", "List the built-in scenarios");
-    const auto isNamesOnly = std::make_shared<bool>(false);
-    addFlag(listing, "--names", *isNamesOnly, "Names only, one a line");
+    const auto options = std::make_shared<ListOptions>();
+    CLI::Option* const names = addFlag(listing, "--names", options->isNamesOnly, "Names only, one a line");
+    addFlag(listing, "--json", options->isJson, "JSON instead of a table")->excludes(names);
     listing.footer("Example:\n  sdc scenarios list\n");
-    listing.callback([isNamesOnly, &command] {
-        command = [isNamesOnly] {
-            return toStandardOutput([&](std::ostream& output) { return list(*isNamesOnly, output); });
-        };
+    listing.callback([options, &command] {
+        command = [options] { return toStandardOutput([&](std::ostream& output) { return list(*options, output); }); };
     });
 }
 
@@ -121,6 +216,29 @@ void addShow(CLI::App& scenarios, Command& command)
     showing.footer("Example:\n  sdc scenarios show 18-f595\n");
     showing.callback([name, &command] {
         command = [name] { return toStandardOutput([&](std::ostream& output) { return show(*name, output); }); };
+    });
+}
+
+void addReplay(CLI::App& scenarios, Command& command)
+{
+    CLI::App& replaying = *scenarios.add_subcommand("replay", "Print a scenario in which a result is read again");
+    const auto file = std::make_shared<std::string>();
+    const auto scenario = std::make_shared<std::string>();
+    CLI::Option* const result = replaying.add_option("RESULT", *file, "What 'sdc scan --json' wrote; - is standard input");
+    offer(result->required()->type_name(""), {anyFile});
+    CLI::Option* const radios = replaying.add_option("--scenario", *scenario,
+        "Whose radios they are: a built-in scenario or a\nscenario file (the one that was scanned)");
+    offer(radios->type_name("NAME"), scenarioNames());
+    replaying.footer("The same scan of it gives the same levels, without jitter; of several sweeps\n"
+                     "the average power. Add emitters to see what they would change.\n\n"
+                     "Example:\n"
+                     "  sdc scan sub-band --json today.json\n"
+                     "  sdc scenarios replay today.json > again.json\n"
+                     "  sdc scan sub-band --scenario again.json\n");
+    replaying.callback([file, scenario, &command] {
+        command = [file, scenario] {
+            return toStandardOutput([&](std::ostream& output) { return replay(*file, *scenario, output); });
+        };
     });
 }
 
@@ -140,15 +258,17 @@ void addCheck(CLI::App& scenarios, Command& command)
 
 void addScenarios(CLI::App& app, Command& command)
 {
-    CLI::App& scenarios = *app.add_subcommand("scenarios", "List, show and check scenarios");
+    CLI::App& scenarios = *app.add_subcommand("scenarios", "List, show, check and make scenarios");
     scenarios.require_subcommand(1);
     scenarios.footer("Examples:\n"
                      "  sdc scenarios list\n"
                      "  sdc scenarios show 18-f595 > my.json\n"
-                     "  sdc scenarios check my.json\n");
+                     "  sdc scenarios check my.json\n"
+                     "  sdc scenarios replay today.json > again.json\n");
     addList(scenarios, command);
     addShow(scenarios, command);
     addCheck(scenarios, command);
+    addReplay(scenarios, command);
 }
 
 } // namespace sdc

@@ -1,6 +1,7 @@
 #include "apps/sdc/options/CommandLine.h"
 
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
 
 #include <fmt/format.h>
@@ -21,7 +22,7 @@ constexpr const char* shortHelp = "sdc: a command is needed:\n"
                                   "  sdc scan sub-band         scan all that its radio can receive\n"
                                   "  sdc plan                  what both scans would do, and for how long\n"
                                   "  sdc scenarios list        what can be scanned\n"
-                                  "'sdc --help' lists all commands.\n";
+                                  "'sdc help' lists all commands.\n";
 
 constexpr std::string_view completionRequest = "--complete"; ///< of the shell: nothing that a person writes
 
@@ -87,16 +88,41 @@ std::string helpOf(const CLI::App& app)
     return command->help(before);
 }
 
+/// Only for its place in the help: what it asks for is read as --help.
+void addHelp(CLI::App& app)
+{
+    Words names;
+    for (const CLI::App* const subcommand : app.get_subcommands({})) {
+        names.push_back(subcommand->get_name());
+    }
+    CLI::App& help = *app.add_subcommand(std::string(helpCommand), "Tell what --help of a command tells");
+    auto* const option = help.add_option_function<Words>(
+        "COMMAND", [](const Words&) {}, "Such as scenarios show");
+    offer(option->type_name("")->expected(0, -1), names);
+}
+
+/// "help scenarios show" is "scenarios show --help", of words that are known.
+Words helpAsOption(CLI::App& app, Words words)
+{
+    if (!words.empty() && words.front() == helpCommand && (words.size() == 1 || !words[1].starts_with('-'))) {
+        words.erase(words.begin());
+        requireKnown(app, words);
+        words.emplace_back("--help");
+    }
+    return words;
+}
+
 void addAll(CLI::App& app, Command& command)
 {
     app.set_version_flag("--version", "sdc " SDC_VERSION, "Print the version and leave");
-    app.footer(
-        exitStatusHelp() + environmentHelp + "'sdc COMMAND --help' tells the options of a command and gives examples.");
+    app.footer(exitStatusHelp() + environmentHelp + "'sdc help COMMAND' tells the options of a command and gives examples.");
     app.formatter(std::make_shared<HelpFormatter>());
     app.set_help_flag("-h,--help", "Print this help and leave");
+    app.require_subcommand(0, 1); // the name of a second one is a word like any other
     for (const AddSubcommand add : subcommands) {
         add(app, command);
     }
+    addHelp(app);
 }
 
 } // namespace
@@ -106,12 +132,13 @@ Command readCommandLine(int count, const char* const* arguments)
     CLI::App app{"Spectrum diagnostics of a simulated point-to-point microwave terminal", "sdc"};
     Command command;
     addAll(app, command);
-    const std::vector<std::string> words(arguments + 1, arguments + count);
+    Words words(arguments + 1, arguments + count);
     if (!words.empty() && words.front() == completionRequest) {
         return print(completions(app, {words.begin() + 1, words.end()}));
     }
+    words = helpAsOption(app, std::move(words));
     try {
-        app.parse(count, arguments);
+        app.parse(Words(words.rbegin(), words.rend())); // the parser begins at the end
     } catch (const CLI::CallForVersion& version) {
         return print(std::string(version.what()) + "\n");
     } catch (const CLI::Success&) {

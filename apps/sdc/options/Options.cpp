@@ -6,6 +6,7 @@
 #include "simulator/scenario/Scenario.h"
 #include "support/Text.h"
 #include "support/Time.h"
+#include "terminal/Peers.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +15,7 @@
 #include <cmath>
 #include <cstddef>
 #include <system_error>
+#include <utility>
 
 namespace sdc {
 
@@ -34,6 +36,15 @@ std::optional<Number> parseNumber(std::string_view text)
     Number value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+/// "3" or "1-8": the first and the last number.
+std::optional<std::pair<std::uint32_t, std::uint32_t>> parseRange(std::string_view text)
+{
+    const std::size_t dash = text.find('-');
+    const auto first = parseCount(text.substr(0, dash));
+    const auto last = dash == std::string_view::npos ? first : parseCount(text.substr(dash + 1));
+    return first && last && *first <= *last ? std::optional(std::pair(*first, *last)) : std::nullopt;
 }
 
 std::string numbersOf(const std::vector<ChannelInfo>& channels)
@@ -81,15 +92,15 @@ CLI::Option* addScenario(CLI::App& app, std::string& scenario)
 {
     scenario = simulator::defaultScenario;
     CLI::Option* const option = app.add_option("--scenario", scenario,
-        "Built-in scenario or scenario file (" + scenario + ");\n'sdc scenarios list' tells the names");
+        "Built-in scenario or scenario file, - is standard\ninput (" + scenario + "); 'sdc scenarios list' lists names");
     return offer(option->type_name("NAME"), scenarioNames());
 }
 
 CLI::Option* addChannels(CLI::App& app, std::vector<std::uint32_t>& channels)
 {
     const Parsing<std::vector<std::uint32_t>> list{
-        "LIST", "list of channels", "all, or numbers such as 1 or 1,2, each once", parseChannels, {"all"}};
-    return addParsed(app, "--channel", channels, list, "Radio channels of the scenario, such as 1,2 (all)");
+        "LIST", "list of channels", "all, or numbers such as 1, 1,3 or 1-8, each once", parseChannels, {"all"}};
+    return addParsed(app, "--channel", channels, list, "Radio channels of the scenario, such as 1,3 or 1-8\n(all)");
 }
 
 CLI::Option* addSpeed(CLI::App& app, double& speed)
@@ -179,11 +190,16 @@ std::optional<std::vector<std::uint32_t>> parseChannels(std::string_view text)
     }
     for (std::size_t begin = 0, end = 0; end != std::string_view::npos; begin = end + 1) {
         end = text.find(',', begin);
-        const auto channel = parseCount(text.substr(begin, end == std::string_view::npos ? end : end - begin));
-        if (!channel || std::ranges::find(channels, *channel) != channels.end()) {
+        const auto range = parseRange(text.substr(begin, end == std::string_view::npos ? end : end - begin));
+        if (!range || range->second - range->first >= terminal::mostChannels - channels.size()) {
             return std::nullopt;
         }
-        channels.push_back(*channel);
+        for (std::uint64_t channel = range->first; channel <= range->second; ++channel) {
+            if (std::ranges::find(channels, channel) != channels.end()) {
+                return std::nullopt;
+            }
+            channels.push_back(static_cast<std::uint32_t>(channel));
+        }
     }
     return channels;
 }

@@ -82,7 +82,8 @@ std::optional<std::uint32_t> parseCount(std::string_view text);
 /// A level difference in dB: 0 or above.
 std::optional<double> parseLevel(std::string_view text);
 
-/// "all" is an empty list; otherwise channel numbers with commas between them, each once.
+/// "all" is an empty list; otherwise channel numbers and ranges of them such as 1-8 with commas between them, each number
+/// once, and no more of them than a terminal may have.
 std::optional<std::vector<std::uint32_t>> parseChannels(std::string_view text);
 
 /// Number of sweeps, at least 1; "forever" is 0.

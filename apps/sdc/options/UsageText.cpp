@@ -1,11 +1,13 @@
 #include "apps/sdc/options/UsageText.h"
 
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
 #include "support/Suggestion.h"
 #include "support/Text.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -75,6 +77,20 @@ public:
         return enter(word) ? std::nullopt : std::optional(unknownCommand(*m_command, word));
     }
 
+    /// Goes on by words, up to one that is wrong. Returns what is wrong with it, if anything.
+    std::optional<std::string> goThrough(const std::vector<std::string>& words)
+    {
+        for (const std::string& word : words) {
+            if (word == "--" && !isValueNext()) {
+                break;
+            }
+            if (auto unknown = step(word)) {
+                return unknown;
+            }
+        }
+        return std::nullopt;
+    }
+
     CLI::App& command() const { return *m_command; }
 
     /// Whose value comes next: an option's, or a positional's; null where nothing is expected but options.
@@ -119,18 +135,40 @@ private:
     std::size_t m_positionals = 0;   ///< that have been passed
 };
 
-/// All that could stand where a walk has come to, whatever its beginning.
-Words candidatesAt(const Walk& walk, bool isOption)
+Words commandsOf(const CLI::App& command)
 {
+    Words names;
+    for (const CLI::App* const subcommand : command.get_subcommands({})) {
+        names.push_back(subcommand->get_name());
+    }
+    return names;
+}
+
+/// All values of an option that is written with an =, in front of each the option.
+Words valuesBehind(const std::string& option, CLI::App& command)
+{
+    CLI::Option* const known = command.get_option_no_throw(option);
+    Words all;
+    for (const std::string& word : known == nullptr ? Words() : offeredFor(*known)) {
+        all.push_back(word == anyFile || word.empty() ? word : option + "=" + word);
+    }
+    return all;
+}
+
+/// All that could stand where a walk has come to, whatever its beginning.
+Words candidatesAt(const Walk& walk, const std::string& begun)
+{
+    const bool isOption = begun.starts_with('-');
+    if (const std::size_t equals = begun.find('='); begun.starts_with("--") && equals != std::string::npos) {
+        return valuesBehind(begun.substr(0, equals), walk.command());
+    }
     CLI::Option* const expected = walk.expected();
     Words all = expected == nullptr ? Words() : offeredFor(*expected);
     const bool isFile = std::ranges::find(all, anyFile) != all.end();
     if (walk.isValueNext() || (isFile && !isOption)) {
         return all;
     }
-    for (const CLI::App* const subcommand : walk.command().get_subcommands({})) {
-        all.push_back(subcommand->get_name());
-    }
+    std::ranges::copy(commandsOf(walk.command()), std::back_inserter(all));
     for (const CLI::Option* const option : walk.command().get_options()) {
         for (const std::string& name : option->get_lnames()) {
             all.push_back("--" + name);
@@ -188,31 +226,33 @@ std::string suggestion(const std::string& word, std::span<const std::string_view
     return nearest ? "; did you mean '" + std::string(*nearest) + "'?" : otherwise;
 }
 
+void requireKnown(CLI::App& app, const std::vector<std::string>& arguments)
+{
+    Walk walk(app);
+    if (const auto unknown = walk.goThrough(arguments)) {
+        throw UsageError(*unknown);
+    }
+}
+
 std::string explain(CLI::App& app, const std::vector<std::string>& arguments, const CLI::ParseError& error)
 {
     Walk walk(app);
-    for (const std::string& word : arguments) {
-        if (word == "--" && !walk.isValueNext()) {
-            break;
-        }
-        if (const auto unknown = walk.step(word)) {
-            return *unknown;
-        }
-    }
-    return reword(app, walk.command(), error);
+    const auto unknown = walk.goThrough(arguments);
+    return unknown ? *unknown : reword(app, walk.command(), error);
 }
 
 std::string completions(CLI::App& app, const std::vector<std::string>& arguments)
 {
     Walk walk(app);
-    for (std::size_t index = 0; index + 1 < arguments.size(); ++index) {
+    const bool isHelp = arguments.size() > 1 && arguments.front() == helpCommand;
+    for (std::size_t index = isHelp ? 1 : 0; index + 1 < arguments.size(); ++index) {
         if (walk.step(arguments[index])) {
             return "";
         }
     }
     const std::string begun = arguments.empty() ? "" : arguments.back();
     std::string lines;
-    for (const std::string& word : candidatesAt(walk, begun.starts_with('-'))) {
+    for (const std::string& word : isHelp ? commandsOf(walk.command()) : candidatesAt(walk, begun)) {
         lines += !word.empty() && (word.starts_with(begun) || word == anyFile) ? word + "\n" : "";
     }
     return lines;

@@ -9,12 +9,17 @@
 
 namespace sdc {
 
+inline constexpr std::string_view helpCommand = "help"; ///< before the names of other commands
+
+/// @throws UsageError for a command or an option that nobody knows
+void requireKnown(CLI::App& app, const std::vector<std::string>& arguments);
+
 /// What is wrong with the arguments and what would be right, in one line.
 /// @param error  what the parser found; a word that nobody knows is the better explanation of most of what follows it
 std::string explain(CLI::App& app, const std::vector<std::string>& arguments, const CLI::ParseError& error);
 
-/// What may stand in the place of the last of the arguments, one a line: words that begin as it does, and "FILE" where the
-/// name of a file is expected.
+/// What may stand in the place of the last of the arguments, one a line: words that begin as it does, --option=value where
+/// it has come to that, and "FILE" where the name of a file is expected.
 std::string completions(CLI::App& app, const std::vector<std::string>& arguments);
 
 /// "; did you mean 'speed'?" for a word that is nearly right, otherwise @p otherwise.

@@ -1,9 +1,12 @@
 #include "apps/sdc/scan/Channels.h"
 
+#include "support/Text.h"
 #include "terminal/PlanPreview.h"
 
 #include <algorithm>
 #include <cmath>
+#include <iostream>
+#include <stdexcept>
 
 namespace sdc {
 
@@ -19,8 +22,23 @@ std::chrono::milliseconds wallTime(std::chrono::milliseconds radioTime, double s
     return std::chrono::milliseconds(std::llround(std::min(wallTime_ms, longest_ms)));
 }
 
+simulator::Scenario openScenario(const std::string& nameOrFile)
+{
+    if (nameOrFile != "-") {
+        return simulator::loadScenario(nameOrFile);
+    }
+    const std::string name = "standard input";
+    try {
+        return simulator::parseScenario(support::readToEnd(std::cin, simulator::largestScenario_MiB), name);
+    } catch (const simulator::ScenarioError&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        throw simulator::ScenarioError(name + ": " + error.what());
+    }
+}
+
 Site::Site(const std::string& scenario)
-    : m_scenario(simulator::loadScenario(scenario))
+    : m_scenario(openScenario(scenario))
 {
     for (const auto& [number, link] : m_scenario.channels) {
         m_channels.push_back({number, link.unitTypeText, link.rxFrequency_kHz,

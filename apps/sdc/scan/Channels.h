@@ -46,11 +46,15 @@ ESDCCommand startCommand(ScanKind kind);
 /// What settle delays take at a speed: nothing at the highest, which is 0.
 std::chrono::milliseconds wallTime(std::chrono::milliseconds radioTime, double speed);
 
+/// @param nameOrFile  of a built-in scenario, or a file; "-": standard input
+/// @throws simulator::ScenarioError
+simulator::Scenario openScenario(const std::string& nameOrFile);
+
 /// What is scanned: the radios of a terminal, out of a scenario. Of what kind they are is known here alone: all else works
 /// with any radios.
 class Site {
 public:
-    /// @param scenario  name of a built-in scenario, or a file
+    /// @param scenario  as openScenario takes it
     /// @throws simulator::ScenarioError
     explicit Site(const std::string& scenario);
 

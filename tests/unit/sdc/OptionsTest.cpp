@@ -50,7 +50,11 @@ TEST(OptionValues, channelsAreAllOrNumbersEachOnce)
     EXPECT_EQ(sdc::parseChannels("all"), Numbers{});
     EXPECT_EQ(sdc::parseChannels("0"), Numbers{0});
     EXPECT_EQ(sdc::parseChannels("4,1,2"), (Numbers{4, 1, 2}));
-    for (const char* const none : {"", ",", "1,", ",1", "1,,2", "1,1", "1;2", "all,1", "-1", "01"}) {
+    EXPECT_EQ(sdc::parseChannels("1-3"), (Numbers{1, 2, 3}));
+    EXPECT_EQ(sdc::parseChannels("7,4294967294-4294967295,2-2"), (Numbers{7, 4294967294, 4294967295, 2}));
+    EXPECT_EQ(sdc::parseChannels("1-256").value_or(Numbers{}).size(), 256U);
+    for (const char* const none : {"", ",", "1,", ",1", "1,,2", "1,1", "1;2", "all,1", "-1", "01", "1-", "-", "2-1", "1-2-3",
+             "1-3,2", "1-03", "1-4294967296", "0-4294967295", "1-257", "1-256,257", "1--2", "a-b"}) {
         EXPECT_EQ(sdc::parseChannels(none), std::nullopt) << none;
     }
 }
