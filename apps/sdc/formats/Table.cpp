@@ -19,7 +19,7 @@ namespace sdc {
 
 namespace {
 
-// The bar begins at the floor of a reading, rounded, and has a character or more for every 2 dB.
+// The bar begins at the lowest reading, rounded, and has a character or more for every 2 dB.
 constexpr std::int32_t barBegin = -10000;
 constexpr std::int32_t barEnd = -2000;
 constexpr std::int32_t barStep = 200;
@@ -188,7 +188,7 @@ void writeSummary(std::ostream& stream, const Analysis& analysis, const ScanPlan
 {
     std::string lines;
     if (analysis.floor) {
-        lines += line("floor", "", *analysis.floor, fmt::format("lowest tenth, {} at each end left out", edgeSamples));
+        lines += line("noise floor", "", *analysis.floor, fmt::format("lowest tenth, {} at each end left out", edgeSamples));
     }
     if (analysis.configured) {
         lines += line("configured *", inMegahertz(plan.rxFrequency_kHz), analysis.configured->level,

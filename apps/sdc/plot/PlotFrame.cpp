@@ -135,7 +135,7 @@ void PlotFrame::findRange()
     m_highest_kHz += margin_kHz;
 }
 
-/// Always with the floor of a reading, and with room for labels above; what no receiver reads is left outside.
+/// Always with the lowest reading, and with room for labels above; what no receiver reads is left outside.
 void PlotFrame::findLevels()
 {
     constexpr double lowestShown_dBm = -200.0;

@@ -172,7 +172,7 @@ const Record<AnalysisInFile> analysisRecord{"analysis",
     {
         {"floor_dBm", &AnalysisInFile::floor, level, "noise floor: median of the lowest tenth of the levels, dBm",
             support::optional},
-        {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word, "samples that do not count for the floor"},
+        {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word, "samples that do not count for the noise floor"},
         {"configured_channel", &AnalysisInFile::configured, rasterChannelRecord, "the channel that the receiver belongs to",
             support::optional},
         {"peaks", &AnalysisInFile::peaks, support::list(peakRecord, 0, mostItems), "humps, strongest first"},

@@ -380,14 +380,14 @@ TEST(Scenario38Long, hasAMinuteForEachOf344Channels)
     EXPECT_EQ((39478250U - 38277750U) / link.channelSpacing_kHz + 1, 344U);
 }
 
-TEST(Scenario80Wide, hasItsFloorNearMinus82dBm)
+TEST(Scenario80Wide, hasItsNoiseFloorNearMinus82dBm)
 {
     const Link link = linkOf("80-wide");
     const double noise_dBm = -174.0 + 10.0 * std::log10(link.filterWidth_kHz * 1000.0) + link.noiseFigure_dB;
     EXPECT_NEAR(noise_dBm, -82.0, 0.1);
 }
 
-TEST(ScenarioDeadReceiver, readsTheFloorFromTheFirstCallOn)
+TEST(ScenarioDeadReceiver, readsTheLowestReadingFromTheFirstCallOn)
 {
     const Link link = linkOf("dead-receiver");
     ASSERT_EQ(link.faults.size(), 1U);

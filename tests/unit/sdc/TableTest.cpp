@@ -44,7 +44,7 @@ TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
         "  106.000   -95.00  |###\n"
         "  107.000   -96.00  |##\n"
         "\n"
-        "floor                          -99.00 dBm  lowest tenth, 2 at each end left out\n"
+        "noise floor                    -99.00 dBm  lowest tenth, 2 at each end left out\n"
         "configured *    102.000 MHz    -34.64 dBm  2.000 MHz wide\n"
         "peak            102.000 MHz    -30.00 dBm  0.242 MHz wide\n"
         "quietest        104.000 MHz    -97.92 dBm  strongest -97.01 dBm\n"
