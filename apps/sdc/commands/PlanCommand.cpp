@@ -4,6 +4,7 @@
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
+#include "support/Fields.h"
 #include "support/FieldsJson.h"
 #include "support/Table.h"
 #include "support/Text.h"

@@ -10,6 +10,7 @@
 #include "simulator/scenario/EmbeddedText.h"
 #include "simulator/scenario/Scenario.h"
 #include "simulator/scenario/ScenarioRecord.h"
+#include "support/Fields.h"
 #include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
 #include "support/Table.h"

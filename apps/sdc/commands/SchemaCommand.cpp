@@ -6,6 +6,7 @@
 #include "apps/sdc/tty/Screen.h"
 #include "simulator/scenario/ScenarioRecord.h"
 #include "support/Errors.h"
+#include "support/Fields.h"
 #include "support/FieldsJson.h"
 
 #include <algorithm>
