@@ -1,6 +1,8 @@
 #include "apps/sdc/plot/Plot.h"
 
-#include "apps/sdc/plot/ChannelPlot.h"
+#include "apps/sdc/plot/Chart.h"
+#include "apps/sdc/plot/ChartProgram.h"
+#include "apps/sdc/plot/ChartText.h"
 #include "apps/sdc/plot/Gnuplot.h"
 #include "support/Text.h"
 
@@ -9,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <vector>
 
 namespace sdc {
 
@@ -25,50 +28,57 @@ PlotOptions drawable(PlotOptions options)
     return options;
 }
 
-std::string terminal(const PlotOptions& options, std::size_t plots)
+/// One list for each radio channel that any of the results has.
+std::vector<std::vector<Member>> byChannel(const std::vector<Plotted>& results)
 {
-    constexpr std::int64_t mostPixels = 30000; // what pictures can have
-    const bool isText = options.format == PlotFormat::text;
-    const std::int64_t height =
-        isText ? options.height : std::min(mostPixels, options.height * static_cast<std::int64_t>(plots));
-    const std::string size = fmt::format("size {},{} noenhanced", options.width, height);
-    switch (options.format) {
-    case PlotFormat::svg: return fmt::format("set terminal svg {} font 'sans-serif,13' background '#ffffff'\n", size);
-    case PlotFormat::png: return fmt::format("set terminal pngcairo {} font 'sans,10' background '#ffffff'\n", size);
-    case PlotFormat::text: break;
-    }
-    return fmt::format("set terminal dumb {} nofeed {}\n", size, options.isColored ? "ansi" : "mono");
-}
-
-constexpr const char* settings = R"(set encoding utf8
-set samples 2
-set border 15 linecolor rgb '#333333'
-set tics nomirror out
-set key below horizontal Left reverse height 0.4
-)";
-
-/// In a text the grid is dotted, or it would look like a trace.
-const char* grid(PlotFormat format)
-{
-    return format == PlotFormat::text ? "set grid ytics linetype 0\n"
-                                      : "set grid ytics linetype 1 linecolor rgb '#d8d8d8' linewidth 1\n";
-}
-
-/// Without page feeds, blanks at the ends of lines, and empty lines at the begin.
-std::string trimmed(std::string text)
-{
-    std::ranges::replace(text, '\f', ' ');
-    std::string trimmed;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        const std::size_t last = text.find_last_not_of(' ', end - 1);
-        const bool isEmpty = end == begin || last == std::string::npos || last < begin;
-        if (!isEmpty || !trimmed.empty()) {
-            trimmed += (isEmpty ? "" : text.substr(begin, last + 1 - begin)) + "\n";
+    std::vector<std::vector<Member>> all;
+    for (const auto& [name, result] : results) {
+        for (const ChannelResult& channel : result.channels) {
+            const auto isOfIt = [&](const std::vector<Member>& members) {
+                return members.front().channel.channel == channel.channel;
+            };
+            const auto found = std::ranges::find_if(all, isOfIt);
+            std::vector<Member>& members = found == all.end() ? all.emplace_back() : *found;
+            members.push_back({name, result, channel});
         }
-        begin = end + 1;
     }
-    return trimmed;
+    return all;
+}
+
+std::vector<Chart> chartsOf(const std::vector<Plotted>& results, const PlotOptions& options)
+{
+    std::vector<Chart> charts;
+    for (const std::vector<Member>& members : byChannel(results)) {
+        charts.push_back(chartOf(members, options));
+        for (const auto& [name, result] : results) {
+            if (std::ranges::find(members, &result, [](const Member& one) { return &one.result; }) == members.end()) {
+                charts.back().notes.push_back(fmt::format("channel {} is not in {}", members.front().channel.channel, name));
+            }
+        }
+    }
+    return charts;
+}
+
+std::string programOf(const std::vector<Chart>& charts, const PlotOptions& options)
+{
+    std::size_t notes = 0;
+    for (const Chart& chart : charts) {
+        notes = std::max(notes, pictureNotes(chart, options).size());
+    }
+    std::string program = programHead(options, charts.size(), notes);
+    for (const Chart& chart : charts) {
+        program += chartProgram(chart, options);
+    }
+    return program + programTail(charts.size());
+}
+
+std::string textOf(const std::vector<Chart>& charts, const PlotOptions& options)
+{
+    std::string text;
+    for (const Chart& chart : charts) {
+        text += (text.empty() ? "" : "\n") + chartText(chart, options);
+    }
+    return text;
 }
 
 } // namespace
@@ -97,23 +107,21 @@ std::string plotObstacle(const std::string& file)
     return plotFormat(file) == PlotFormat::text ? "" : gnuplotObstacle();
 }
 
-std::string plotProgram(const ScanResult& result, const PlotOptions& wanted)
+std::string plotProgram(const ScanResult& result, const PlotOptions& options)
 {
-    const PlotOptions options = drawable(wanted);
-    const std::size_t plots = result.channels.size();
-    const bool isOnePicture = options.format != PlotFormat::text && plots > 1;
-    std::string program = terminal(options, plots) + settings + grid(options.format);
-    program += isOnePicture ? fmt::format("set multiplot layout {},1\n", plots) : "";
-    for (const ChannelResult& channel : result.channels) {
-        program += ChannelPlot(result, channel, options).program();
-    }
-    return program + (isOnePicture ? "unset multiplot\n" : "");
+    return programOf(chartsOf({{"", result}}, options), drawable(options));
 }
 
 void writePlot(std::ostream& stream, const ScanResult& result, const PlotOptions& options)
 {
-    const std::string picture = runGnuplot(plotProgram(result, options));
-    stream << (options.format == PlotFormat::text ? trimmed(picture) : picture);
+    writeOverlay(stream, {{"", result}}, options);
+}
+
+void writeOverlay(std::ostream& stream, const std::vector<Plotted>& results, const PlotOptions& wanted)
+{
+    const PlotOptions options = drawable(wanted);
+    const std::vector<Chart> charts = chartsOf(results, options);
+    stream << (options.format == PlotFormat::text ? textOf(charts, options) : runGnuplot(programOf(charts, options)));
 }
 
 } // namespace sdc

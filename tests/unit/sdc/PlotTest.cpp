@@ -1,4 +1,5 @@
 #include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/plot/ChartProgram.h"
 
 #include "TestResults.h"
 
@@ -51,6 +52,12 @@ std::string failureOf(const sdc::ScanResult& result)
 
 } // namespace
 
+TEST(PlotPrograms, whatCouldEndAStringOrBeACommandIsANumber)
+{
+    EXPECT_EQ(sdc::inQuotes("it's `a` \"b\" \\n @c $d; {e} %f"), R"("it\047s \140a\140 \042b\042 \134n \100c $d; {e} %f")");
+    EXPECT_EQ(sdc::inQuotes(""), R"("")");
+}
+
 TEST(PlotPrograms, axesAreNamedAndTicked)
 {
     const std::string program = sdc::plotProgram(bandResult(), {});
@@ -75,15 +82,12 @@ TEST(PlotPrograms, rasterTicksWithoutRoomForLabelsHaveNone)
     std::vector<std::int32_t> levels(200, -9000);
     const std::string program = sdc::plotProgram(scanOf(levels), {});
     EXPECT_THAT(program, HasSubstr(R"("0" 102.000, "" 104.000, "" 106.000, "" 108.000, "" 110.000, "" 112.000, )"));
-    EXPECT_THAT(
-        sdc::plotProgram(scanOf(levels), {.format = PlotFormat::text}), HasSubstr(R"("0" 102.000, "+10" 122.000, )"));
 }
 
 TEST(PlotPrograms, configuredChannelIsShadedAndHasEdges)
 {
     const std::string program = sdc::plotProgram(bandResult(), {});
-    EXPECT_THAT(
-        program, HasSubstr("set object 1 rectangle from first 19.174000, graph 0 to first 19.181000, graph 1 behind"));
+    EXPECT_THAT(program, HasSubstr("set object rectangle from first 19.174000, graph 0 to first 19.181000, graph 1 behind"));
     EXPECT_THAT(program, HasSubstr("set arrow from first 19.174000, graph 0 to first 19.174000, graph 1 nohead"));
     EXPECT_THAT(program, HasSubstr("set arrow from first 19.181000, graph 0 to first 19.181000, graph 1 nohead"));
     auto wide = bandResult();
@@ -136,11 +140,11 @@ TEST(PlotPrograms, samplesFurtherApartThanTheFilterIsWideAreNotConnected)
 {
     auto result = bandResult();
     result.channels[0].receiver.filterWidth_kHz = 2000.0;
-    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with linespoints"));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$trace0 using 1:2 with linespoints"));
     EXPECT_THAT(sdc::plotProgram(result, {}), Not(HasSubstr("with vectors")));
     result.channels[0].receiver.filterWidth_kHz = 1999.9;
-    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$samples using 1:2 with points"));
-    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("using 1:(-105):(0):($3-(-105)) with vectors nohead"));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$trace0 using 1:2 with points"));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("$stems using 1:2:(0):3 with vectors nohead"));
 }
 
 TEST(PlotPrograms, manySamplesHaveNoMarkers)
@@ -184,14 +188,16 @@ TEST(PlotPrograms, severalSweepsDrawTheirHolds)
 {
     const std::string program =
         sdc::plotProgram(resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})}), {});
-    EXPECT_THAT(program, HasSubstr("$samples << end\n100.000 -2.60 0.00 -10.00\n101.000 -50.00 -50.00 -50.00\nend\n"));
-    EXPECT_THAT(
-        program, HasSubstr("using 1:3 with linespoints linecolor rgb '#b3261e' linewidth 1.5 dashtype 2 pointtype 8"));
-    EXPECT_THAT(
-        program, HasSubstr("using 1:2 with linespoints linecolor rgb '#0b4f9e' linewidth 1.5 dashtype 1 pointtype 7"));
-    EXPECT_THAT(
-        program, HasSubstr("using 1:4 with linespoints linecolor rgb '#1b7f4b' linewidth 1.5 dashtype 3 pointtype 10"));
-    for (const char* const title : {"title 'max hold'", "title 'average power'", "title 'min hold'"}) {
+    EXPECT_THAT(program, HasSubstr("$trace0 << end\n100.000 -2.60\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$trace1 << end\n100.000 0.00\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$trace2 << end\n100.000 -10.00\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program,
+        HasSubstr("$trace1 using 1:2 with linespoints linecolor rgb '#b3261e' linewidth 1.5 dashtype 2 pointtype 8"));
+    EXPECT_THAT(program,
+        HasSubstr("$trace0 using 1:2 with linespoints linecolor rgb '#0b4f9e' linewidth 1.5 dashtype 1 pointtype 7"));
+    EXPECT_THAT(program,
+        HasSubstr("$trace2 using 1:2 with linespoints linecolor rgb '#1b7f4b' linewidth 1.5 dashtype 3 pointtype 10"));
+    for (const char* const title : {"title \"max hold\"", "title \"average power\"", "title \"min hold\""}) {
         EXPECT_THAT(program, HasSubstr(title));
     }
 }
@@ -201,8 +207,6 @@ TEST(PlotPrograms, channelsStandBelowOneAnother)
     const auto result = resultOf({channelOf(1, {sweepOf({-9000})}), channelOf(2, {sweepOf({-9000})})});
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("size 1000,1120 noenhanced"));
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("set multiplot layout 2,1\n"));
-    EXPECT_THAT(sdc::plotProgram(result, {.format = PlotFormat::text}), HasSubstr("dumb size 80,24 noenhanced"));
-    EXPECT_THAT(sdc::plotProgram(result, {.format = PlotFormat::text}), Not(HasSubstr("multiplot")));
     EXPECT_THAT(sdc::plotProgram(bandResult(), {}), Not(HasSubstr("multiplot")));
 }
 
@@ -213,13 +217,66 @@ TEST(PlotPrograms, sizesThatCannotBeDrawnBecomeTheNearestThatCan)
         const char* size;
     } rows[]{{{}, "svg size 1000,560 "}, {{.width = 299, .height = 199}, " size 300,200 "},
         {{.width = 10001, .height = 10001}, " size 10000,10000 "}, {{.width = 640, .height = 480}, " size 640,480 "},
-        {{.format = PlotFormat::png}, "pngcairo size 1000,560 "}, {{.format = PlotFormat::text}, "dumb size 80,24 "},
-        {{.format = PlotFormat::text, .width = 39, .height = 14}, " size 40,15 "},
-        {{.format = PlotFormat::text, .width = 1001, .height = 501}, " size 1000,500 "},
-        {{.format = PlotFormat::text, .width = -5, .height = -5}, " size 40,15 "}};
+        {{.format = PlotFormat::png}, "pngcairo size 1000,560 "}};
     for (const auto& row : rows) {
         EXPECT_THAT(sdc::plotProgram(bandResult(), row.options), HasSubstr(row.size));
     }
+}
+
+TEST(PlotPrograms, whatIsSaidBelowAddsToTheHeight)
+{
+    const std::string program = sdc::plotProgram(bandResult(), {.marks_kHz = {19'177'500}});
+    EXPECT_THAT(program, HasSubstr("size 1000,576 "));
+    EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, GHz'.\"\\n\".\"mark 1: 19177.500 MHz, level -30.00 dBm\"\n"));
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {.width = 300, .marks_kHz = {19'177'500}}), HasSubstr("size 300,592 "))
+        << "in lines that fit";
+}
+
+TEST(PlotPrograms, marksAreLinesWithTheirNumber)
+{
+    const std::string program = sdc::plotProgram(bandResult(), {.marks_kHz = {19'170'000, 1, 19'180'000}});
+    EXPECT_THAT(program, HasSubstr("set arrow from first 19.170000, graph 0 to first 19.170000, graph 1 nohead front"));
+    EXPECT_THAT(program, HasSubstr("set label '1' at first 19.170000, graph 0.96 "));
+    EXPECT_THAT(program, HasSubstr("set label '3' at first 19.180000, graph 0.96 "));
+    EXPECT_THAT(program, Not(HasSubstr("set label '2'"))) << "outside the plot";
+}
+
+TEST(PlotPrograms, limitIsALineAndInThePicture)
+{
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {.limit = -8500}), HasSubstr("\n    -85.00 with lines linecolor rgb"));
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {.limit = -14000}), HasSubstr("set yrange [-145:"));
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {}), Not(HasSubstr("title 'limit")));
+}
+
+TEST(PlotPrograms, transmitChannelIsShadedWhereItIsInThePicture)
+{
+    const std::string program = sdc::plotProgram(bandResult(), {.duplex_kHz = 7000});
+    EXPECT_THAT(program, HasSubstr("set object rectangle from first 19.181000, graph 0 to first 19.188000, graph 1 behind"));
+    EXPECT_THAT(program, HasSubstr("set label 'TX' at first 19.184500, "));
+    EXPECT_THAT(program, HasSubstr("set label 'RX' at first 19.177500, "));
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {.duplex_kHz = 1'010'000}), Not(HasSubstr("'TX'")));
+}
+
+TEST(PlotPrograms, edgesOfChannelsAreDrawnWhereTheyCanBeTold)
+{
+    constexpr const char* look = "graph 1 nohead back linecolor rgb '#e6e6e6'";
+    const std::string program = sdc::plotProgram(bandResult(), {});
+    for (const char* const edge : {"19.167000", "19.174000", "19.181000", "19.188000"}) {
+        EXPECT_THAT(program, HasSubstr(std::string("to first ") + edge + ", " + look)) << edge;
+    }
+    EXPECT_THAT(sdc::plotProgram(scanOf(std::vector<std::int32_t>(300, -9000)), {}), Not(HasSubstr(look)));
+}
+
+TEST(PlotPrograms, levelsThatNoReceiverReadsStandAtTheEndsOfTheScale)
+{
+    const std::string program = sdc::plotProgram(scanOf({-9000, 2147483647, -9000, -2147483647 - 1, 6000, -20000}), {});
+    EXPECT_THAT(program, HasSubstr("set yrange [-205:90]\n"));
+    EXPECT_THAT(program, HasSubstr("$above << end\n101.000 90.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$below << end\n103.000 -205.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("101.000 90.00\n102.000 -90.00\n103.000 -205.00\n104.000 60.00\n"));
+    EXPECT_THAT(program, HasSubstr("\"^ above the plot, the strongest level: 21474836.47 dBm at 101.000 MHz\""));
+    EXPECT_THAT(program, HasSubstr("\"v below the plot, the weakest level: -21474836.48 dBm at 103.000 MHz\""));
+    EXPECT_THAT(program, HasSubstr("$peaks << end\n104.000 60.00\nend\n"));
 }
 
 TEST(Plots, svgIsTheSameEachTimeAndHasAWhiteGround)
@@ -237,29 +294,11 @@ TEST(Plots, pngIsAPng)
     EXPECT_THAT(plotOf(bandResult(), {.format = PlotFormat::png}), StartsWith("\x89PNG\r\n"));
 }
 
-TEST(Plots, textFitsItsSize)
-{
-    for (const int width : {40, 80, 120}) {
-        const std::string text = plotOf(bandResult(), {.format = PlotFormat::text, .width = width, .height = 20});
-        std::istringstream lines(text);
-        int count = 0;
-        for (std::string line; std::getline(lines, line); ++count) {
-            EXPECT_LE(line.size(), static_cast<std::size_t>(width));
-            EXPECT_TRUE(line.empty() || line.back() != ' ');
-        }
-        EXPECT_LE(count, 20);
-        EXPECT_NE(text.front(), '\n');
-        EXPECT_THAT(text, HasSubstr("sub-band scan\n"));
-        EXPECT_THAT(text, Not(HasSubstr("\033")));
-    }
-    EXPECT_THAT(plotOf(bandResult(), {.format = PlotFormat::text, .isColored = true}), HasSubstr("\033["));
-}
-
 TEST(Plots, everyResultCanBeDrawn)
 {
     auto onePlace = scanOf({-4400});
     onePlace.channels[0].plan.step_kHz = 0;
-    auto odd = scanOf({2147483647, -2147483647, -9000, 2147483647});
+    auto odd = scanOf({2147483647, -2147483647 - 1, -9000, 2147483647});
     odd.channels[0].plan.highest_kHz = 4'294'967'295;
     odd.channels[0].plan.channelSpacing_kHz = 1;
     sdc::ScanResult noPlan = scanOf({});

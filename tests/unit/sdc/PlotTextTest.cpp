@@ -1,39 +1,302 @@
-#include "apps/sdc/plot/PlotFrame.h"
+// Plots as text, read back from what is drawn.
 
+#include "apps/sdc/plot/Looks.h"
+#include "apps/sdc/plot/Plot.h"
+
+#include "TestResults.h"
+
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using sdc::FrequencyAxis;
-using sdc::inQuotes;
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
 
-TEST(PlotTexts, whatCouldEndAStringOrBeACommandIsANumber)
+using namespace testing_results;
+using sdc::PlotFormat;
+using sdc::PlotOptions;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+std::string textOf(const sdc::ScanResult& result, PlotOptions options = {})
 {
-    EXPECT_EQ(inQuotes("it's `a` \"b\" \\n @c $d; {e} %f"), R"("it\047s \140a\140 \042b\042 \134n \100c $d; {e} %f")");
-    EXPECT_EQ(inQuotes(""), R"("")");
+    options.format = PlotFormat::text;
+    return written([&](std::ostream& stream) { sdc::writePlot(stream, result, options); });
 }
 
-TEST(FrequencyAxes, frequenciesAreInMegahertzBelow10Gigahertz)
+std::string overlayOf(const std::vector<sdc::Plotted>& results, PlotOptions options = {})
 {
-    EXPECT_STREQ(FrequencyAxis(9'999'999).unit(), "MHz");
-    EXPECT_EQ(FrequencyAxis(9'999'999).text(7'428'005), "7428.005");
-    EXPECT_STREQ(FrequencyAxis(10'000'000).unit(), "GHz");
-    EXPECT_EQ(FrequencyAxis(10'000'000).text(19'177'500), "19.177500");
-    EXPECT_EQ(FrequencyAxis(10'000'000).text(-1), "-0.000001");
+    options.format = PlotFormat::text;
+    return written([&](std::ostream& stream) { sdc::writeOverlay(stream, results, options); });
 }
 
-TEST(FrequencyAxes, decimalsAreThoseThatTellAFrequencyExactly)
+std::vector<std::string> linesOf(const std::string& text)
 {
-    const FrequencyAxis low(7'000'000);
-    const FrequencyAxis high(19'000'000);
-    const struct {
-        std::int64_t frequency_kHz;
-        int lowDecimals;
-        int highDecimals;
-    } rows[]{{1, 3, 6}, {10, 2, 5}, {1'000, 0, 3}, {27'500, 1, 4}, {1'000'000, 0, 0}, {19'177'500, 1, 4}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(low.decimalsFor(row.frequency_kHz), row.lowDecimals) << row.frequency_kHz;
-        EXPECT_EQ(high.decimalsFor(row.frequency_kHz), row.highDecimals) << row.frequency_kHz;
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
     }
-    EXPECT_EQ(high.text(19'177'500, 4), "19.1775");
-    EXPECT_EQ(high.text(19'000'000, 0), "19");
-    EXPECT_EQ(low.text(7'428'000, 1), "7428.0");
+    return lines;
+}
+
+/// What a plot says of its scales: where labels stand.
+struct Scales {
+    std::map<int, double> level_dBm;   ///< by row
+    std::map<double, int> columns_MHz; ///< of the ticks, by frequency
+    std::size_t left = 0;              ///< column of the frame's left side
+};
+
+Scales scalesOf(const std::vector<std::string>& lines)
+{
+    Scales scales;
+    scales.left = 6;
+    for (int row = 0; row < static_cast<int>(lines.size()); ++row) {
+        const std::string& line = lines[static_cast<std::size_t>(row)];
+        std::smatch found;
+        if (std::regex_search(line, found, std::regex("^ *(-?[0-9]+) [+]"))) {
+            scales.level_dBm[row] = std::stod(found[1]);
+        }
+    }
+    return scales;
+}
+
+/// A sign's rows in a column of the plot.
+std::vector<int> rowsOf(const std::vector<std::string>& lines, std::size_t column, char sign)
+{
+    std::vector<int> rows;
+    for (int row = 3; row < static_cast<int>(lines.size()); ++row) {
+        const std::string& line = lines[static_cast<std::size_t>(row)];
+        if (line.size() > column && line[column] == sign && !line.starts_with("*")) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+/// Where a level belongs between the first and the last label.
+double placeOf(const Scales& scales, double level_dBm)
+{
+    const auto [top, highest] = *scales.level_dBm.begin();
+    const auto [bottom, lowest] = *scales.level_dBm.rbegin();
+    return top + (highest - level_dBm) * (bottom - top) / (highest - lowest);
+}
+
+} // namespace
+
+TEST(TextPlots, labelsAndSamplesStandOnTheRightRowsInEverySize)
+{
+    for (int height = 15; height <= 60; ++height) {
+        for (int width = 40; width <= 200; width += 8) {
+            for (const std::int32_t level : {-9500, -7350, -4512, -3000}) {
+                const auto lines = linesOf(textOf(scanOf({level, level, level}), {.width = width, .height = height}));
+                const Scales scales = scalesOf(lines);
+                ASSERT_GE(scales.level_dBm.size(), 3U) << width << "x" << height;
+                for (const auto& [row, label] : scales.level_dBm) {
+                    ASSERT_LE(std::abs(row - placeOf(scales, label)), 0.5) << width << "x" << height << ", " << label;
+                }
+                const auto rows = rowsOf(lines, static_cast<std::size_t>(width) / 2, '*');
+                ASSERT_EQ(rows.size(), 1U) << width << "x" << height << "\n" << testing::PrintToString(lines);
+                ASSERT_LE(std::abs(rows[0] - placeOf(scales, level / 100.0)), 0.5)
+                    << width << "x" << height << ", " << level;
+            }
+        }
+    }
+}
+
+TEST(TextPlots, endsOfTheScaleAreTheFirstAndTheLastRowOfTheFrame)
+{
+    for (int height = 15; height <= 60; ++height) {
+        const auto lines = linesOf(textOf(scanOf({-9000, -3000, -9000}), {.height = height}));
+        const Scales scales = scalesOf(lines);
+        EXPECT_EQ(scales.level_dBm.begin()->first, 3);
+        EXPECT_EQ(scales.level_dBm.rbegin()->first, height - 3) << "ticks and legend are below";
+    }
+}
+
+TEST(TextPlots, samplesStandInTheRightColumns)
+{
+    for (int width = 40; width <= 200; ++width) {
+        // Of 100 to 106 MHz, half a MHz more at both ends: the peak is at 102.
+        const auto lines = linesOf(textOf(scanOf({-9000, -9000, -3000, -9000, -9000, -9000, -9000}), {.width = width}));
+        const auto top =
+            std::ranges::find_if(lines, [](const std::string& line) { return line.find('*') != std::string::npos; });
+        ASSERT_NE(top, lines.end());
+        const double place = 7.0 + (width - 9) * 2.5 / 7.0;
+        EXPECT_LE(std::abs(static_cast<double>(top->find('*')) - place), 0.5) << width;
+        const std::size_t unit = lines[lines.size() - 2].find("MHz");
+        EXPECT_EQ(unit, 1U);
+    }
+}
+
+TEST(TextPlots, fitTheirSize)
+{
+    for (const int width : {40, 80, 120, 200}) {
+        for (const int height : {15, 16, 24, 50}) {
+            const std::string text = textOf(scanOf({-9000, -9000, -3000, -9000, -9000}), {.width = width, .height = height});
+            const auto lines = linesOf(text);
+            for (const std::string& line : lines) {
+                EXPECT_LE(line.size(), static_cast<std::size_t>(width));
+                EXPECT_TRUE(line.empty() || line.back() != ' ');
+            }
+            EXPECT_EQ(lines.size(), static_cast<std::size_t>(height));
+            EXPECT_THAT(text, HasSubstr("test-link, "));
+            EXPECT_THAT(text, Not(HasSubstr("\033")));
+        }
+    }
+    EXPECT_EQ(linesOf(textOf(scanOf({-9000}), {.width = -5, .height = -5})).size(), 15U);
+    EXPECT_EQ(linesOf(textOf(scanOf({-9000}), {.height = 501})).size(), 500U);
+    EXPECT_EQ(linesOf(textOf(scanOf({-9000}))).size(), 24U);
+}
+
+TEST(TextPlots, tracesAreToldApartByTheirSigns)
+{
+    const auto result = resultOf({channelOf(1, {sweepOf({-3000, -3000, -3000}), sweepOf({-8000, -8000, -8000})})});
+    const auto lines = linesOf(textOf(result));
+    for (const char sign : {'*', '^', 'v'}) {
+        EXPECT_GE(rowsOf(lines, 40, sign).size(), 1U) << sign;
+    }
+    EXPECT_EQ(lines.back(), "* average power   ^ max hold   v min hold   - floor -99.70 dBm");
+}
+
+TEST(TextPlots, saysTheSameInColourAndWithout)
+{
+    const auto result = resultOf({channelOf(1, {sweepOf({-3000, -9000, -3000}), sweepOf({-8000, -8000, -8000})})});
+    const std::string plain = textOf(result, {.limit = -8500});
+    const std::string colored = textOf(result, {.isColored = true, .limit = -8500});
+    EXPECT_THAT(colored, HasSubstr("\033[38;5;27m*\033[0m average power"));
+    EXPECT_EQ(std::regex_replace(colored, std::regex("\033\\[[0-9;]*m"), ""), plain);
+}
+
+TEST(TextPlots, coloursAreSeenOnBlackAndOnWhite)
+{
+    const auto luminance = [](int color) {
+        const auto part = [&](int weight) {
+            const int step = (color - 16) / weight % 6;
+            const double value = (step == 0 ? 0 : 55 + 40 * step) / 255.0;
+            return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * part(36) + 0.7152 * part(6) + 0.0722 * part(1);
+    };
+    std::vector<sdc::Look> looks{sdc::levelLook, sdc::maxLook, sdc::minLook, sdc::limitLook, sdc::floorLook};
+    looks.insert(looks.end(), sdc::overlayLooks.begin(), sdc::overlayLooks.end());
+    for (const sdc::Look& look : looks) {
+        ASSERT_GE(look.ansi, 16) << "others look as each terminal likes";
+        EXPECT_GE((luminance(look.ansi) + 0.05) / 0.05, 3.9) << look.ansi << " on black";
+        EXPECT_GE(1.05 / (luminance(look.ansi) + 0.05), 3.9) << look.ansi << " on white";
+    }
+}
+
+TEST(TextPlots, frameAndTextsHaveTheColourOfTheTerminal)
+{
+    const std::string colored = textOf(scanOf({-9000, -9000, -9000}), {.isColored = true});
+    EXPECT_THAT(colored, HasSubstr("\n  -20 +--"));
+    EXPECT_THAT(colored, HasSubstr("\n      |"));
+}
+
+TEST(TextPlots, everyOverlaidResultHasASignOfItsOwn)
+{
+    std::set<char> signs;
+    for (const sdc::Look& look : sdc::overlayLooks) {
+        signs.insert(look.sign);
+    }
+    EXPECT_EQ(signs.size(), sdc::mostPlotted);
+    const auto a = scanOf({-9000, -9000, -9000});
+    const auto b = scanOf({-5000, -5000, -5000});
+    const auto lines = linesOf(overlayOf({{"a.json", a}, {"b.json", b}}));
+    EXPECT_EQ(rowsOf(lines, 40, '*').size(), 1U);
+    EXPECT_EQ(rowsOf(lines, 40, 'o').size(), 1U);
+    EXPECT_EQ(lines[0], "test-link, KLM6 18G, sub-band scan, 2 results");
+    EXPECT_EQ(lines[lines.size() - 2], "* a.json, 2026-01-02 03:04:05 UTC   o b.json, 2026-01-02 03:04:05 UTC");
+}
+
+TEST(TextPlots, overlayHasAPlotForEachChannelOfAnyResult)
+{
+    const auto a = resultOf({channelOf(1, {sweepOf({-9000})}), channelOf(2, {sweepOf({-9000})})});
+    const auto b = resultOf({channelOf(3, {sweepOf({-9000})}), channelOf(2, {sweepOf({-9000})})});
+    const std::string text = overlayOf({{"a.json", a}, {"b.json", b}});
+    EXPECT_THAT(text, HasSubstr("channel 1 is not in b.json\n"));
+    EXPECT_THAT(text, HasSubstr("channel 2, 2 results\n"));
+    EXPECT_THAT(text, HasSubstr("channel 3 is not in a.json\n"));
+    EXPECT_THAT(text, Not(HasSubstr("channel 2 is not")));
+}
+
+TEST(TextPlots, overlayShowsTheStrongestOfSeveralSweeps)
+{
+    const auto a = scanOf({-9000, -9000, -9000});
+    const auto b = resultOf({channelOf(1, {sweepOf({-3000, -3000, -3000}), sweepOf({-8000, -8000, -8000})})});
+    const std::string text = overlayOf({{"a.json", a}, {"b.json", b}});
+    EXPECT_THAT(text, HasSubstr("o b.json, 2026-01-02 03:04:05 UTC, 2 sweeps, max hold"));
+    const auto lines = linesOf(text);
+    EXPECT_LE(std::abs(rowsOf(lines, 40, 'o').at(0) - placeOf(scalesOf(lines), -30.0)), 0.5);
+}
+
+TEST(TextPlots, pointsThatAreNotConnectedStandOnStems)
+{
+    auto result = scanOf({-9000, -3000, -9000});
+    result.channels[0].receiver.filterWidth_kHz = 999.0;
+    const auto lines = linesOf(textOf(result));
+    const std::size_t column = 43; // of the sample in the middle
+    EXPECT_EQ(rowsOf(lines, column, '*').size(), 1U);
+    EXPECT_GT(rowsOf(lines, column, '|').size(), 5U);
+    EXPECT_TRUE(rowsOf(lines, column - 3, '*').empty());
+}
+
+TEST(TextPlots, whatTheScaleDoesNotReachIsAtItsEnds)
+{
+    const std::string text = textOf(scanOf({-9000, 2147483647, -9000, -9000, -2147483647 - 1, -9000}));
+    const auto lines = linesOf(text);
+    EXPECT_THAT(lines[3], HasSubstr("^"));
+    EXPECT_THAT(lines[lines.size() - 5], HasSubstr("v"));
+    EXPECT_THAT(text, HasSubstr("\n^ above the plot, the strongest level: 21474836.47 dBm at 101.000 MHz\n"));
+    EXPECT_THAT(text, HasSubstr("\nv below the plot, the weakest level: -21474836.48 dBm at 104.000 MHz\n"));
+    EXPECT_EQ(scalesOf(lines).level_dBm.begin()->second, -50.0) << "the scale is that of the others";
+}
+
+TEST(TextPlots, peaksBearTheirFrequencyAboveThem)
+{
+    const auto lines = linesOf(textOf(scanOf({-9000, -9000, -9000, -3000, -9000, -9000, -9000})));
+    const auto label =
+        std::ranges::find_if(lines, [](const std::string& line) { return line.find(" 103 ") != std::string::npos; });
+    ASSERT_NE(label, lines.end());
+    EXPECT_THAT(*std::next(label), HasSubstr("*"));
+}
+
+TEST(TextPlots, marksAndOwnChannelsAreDrawn)
+{
+    const auto lines = linesOf(textOf(scanOf({-9000, -9000, -9000, -9000, -9000, -9000, -9000}),
+        {.marks_kHz = {105'000}, .limit = -5000, .duplex_kHz = 4000}));
+    const std::string& below = lines[5];
+    EXPECT_EQ(std::ranges::count(below, ':'), 3) << "both edges of the receive channel, one of the other is the plot's end";
+    EXPECT_EQ(std::ranges::count(below, '!'), 1);
+    EXPECT_EQ(lines[3][below.find('!')], '1');
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("RX")));
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("TX")));
+    EXPECT_THAT(lines, testing::Contains(testing::ContainsRegex("=====")));
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("= limit -50.00 dBm")));
+}
+
+TEST(TextPlots, rasterIsNumberedAbove)
+{
+    const auto lines = linesOf(textOf(scanOf({-9000, -9000, -9000, -9000, -9000, -9000, -9000})));
+    EXPECT_THAT(lines[2], testing::ContainsRegex("^ dBm +-1 +0 +[+]1 +[+]2$"));
+    EXPECT_THAT(lines[3], testing::ContainsRegex("[+]-+[+]-+[:]-+[:]-+[+]-+[+]"));
+}
+
+TEST(TextPlots, withoutSamplesSaySo)
+{
+    EXPECT_THAT(textOf(scanOf({})), HasSubstr("no samples"));
+}
+
+TEST(TextPlots, lettersOfOtherLanguagesArriveWhole)
+{
+    auto result = scanOf({-9000});
+    result.scenario = "Z\u00FCrich";
+    EXPECT_THAT(textOf(result), testing::StartsWith("Z\u00FCrich, KLM6 18G"));
 }

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "apps/sdc/plot/Axes.h"
+#include "apps/sdc/plot/Looks.h"
+#include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/result/ScanResult.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sdc {
+
+/// Levels beyond these are no receiver's: what the axis shows does not depend on them.
+inline constexpr std::int32_t lowestShown = -20000; // hundredths of a dBm
+inline constexpr std::int32_t highestShown = 6000;
+
+/// A receiver reads no less.
+inline constexpr std::int32_t floorLevel = -9970;
+
+struct Point {
+    std::int64_t frequency_kHz;
+    std::int32_t level; ///< hundredths of a dBm
+
+    bool operator==(const Point&) const = default;
+};
+
+/// One drawn quantity.
+struct Trace {
+    std::string title;
+    std::string name; ///< of it among the others, short
+    Look look;
+    std::vector<Point> points; ///< frequencies ascending
+    std::int64_t step_kHz;     ///< from one to the next
+    bool isConnected;          ///< the receive filter leaves nothing unseen between points
+};
+
+/// A channel in which the terminal receives or transmits.
+struct Band {
+    std::string name;
+    Range range_kHz;
+};
+
+/// A place that the user wants to see.
+struct Mark {
+    std::string label;
+    std::int64_t frequency_kHz;
+};
+
+/// Stands above what is drawn highest near a peak.
+struct PeakLabel {
+    std::string frequency;
+    Point peak;
+    Point place; ///< middle and baseline
+};
+
+/// One of the results that are drawn, and the channel of it.
+struct Member {
+    std::string name;
+    const ScanResult& result;
+    const ChannelResult& channel;
+};
+
+/// What is drawn of one channel, whoever draws it.
+struct Chart {
+    std::string title;
+    std::string subtitle;
+    FrequencyAxis axis;
+    Range range_kHz;
+    std::int64_t step_kHz = 0;    ///< of the samples
+    std::int64_t rx_kHz = 0;      ///< centre of the configured channel
+    std::int64_t spacing_kHz = 0; ///< of the channels of the raster; 0: there is none
+    std::vector<Band> bands;
+    std::vector<Trace> traces; ///< the first one in front
+    bool areHolds = false;     ///< average, max hold and min hold of one channel
+    std::vector<Point> peaks;  ///< strongest first
+    std::vector<Mark> marks;
+    std::optional<std::int32_t> limit; ///< hundredths of a dBm
+    std::vector<std::string> notes;    ///< said below, a line each
+};
+
+/// The scale of a chart's levels, and what stands on it.
+struct LevelScale {
+    Range range_dBm;
+    std::int64_t tick_dB = 10;
+
+    /// A level as it can be shown: one beyond the scale becomes its end.
+    std::int32_t shown(std::int32_t level) const;
+};
+
+/// A line that carries a point of a trace that is not connected.
+struct Stem {
+    std::int64_t frequency_kHz;
+    std::int32_t foot; ///< hundredths of a dBm
+    std::int32_t top;
+};
+
+/// @param members  at least one
+Chart chartOf(const std::vector<Member>& members, const PlotOptions& options);
+
+/// The lowest and the highest level that a chart has to show, hundredths of a dBm: always the floor of readings and the
+/// limit.
+Range levelsOf(const Chart& chart);
+
+/// From the lower end of the scale to each level; of several sweeps from the weakest to the strongest. Several results, one
+/// over the other, have none.
+std::vector<Stem> stemsOf(const Chart& chart, const LevelScale& scale);
+
+/// Of the strongest peaks, as long as labels do not meet.
+/// @param lines  of a label
+std::vector<PeakLabel> peakLabels(const Chart& chart, const LevelScale& scale, const Room& room, int lines);
+
+} // namespace sdc

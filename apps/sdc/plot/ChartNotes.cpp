@@ -1,0 +1,271 @@
+#include "apps/sdc/plot/ChartNotes.h"
+
+#include "apps/sdc/plot/Axes.h"
+#include "apps/sdc/result/Sweep.h"
+#include "support/Text.h"
+#include "support/Time.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <iterator>
+#include <sstream>
+
+namespace sdc {
+
+namespace {
+
+/// Words with a separator between them.
+std::string joined(const std::vector<std::string>& words, const char* separator)
+{
+    return fmt::format("{}", fmt::join(words, separator));
+}
+
+std::string inMegahertz(std::int64_t frequency_kHz)
+{
+    return FrequencyAxis().text(frequency_kHz);
+}
+
+/// Scenario, unit and kind: no scenario's name fills the line.
+std::string whatOf(const Member& member)
+{
+    constexpr std::size_t most = 40;
+    return fmt::format("{}, {}, {} scan", support::shown(member.result.scenario, most),
+        support::shown(member.channel.unitTypeText, most), toText(member.result.kind));
+}
+
+std::string stepsOf(const ChannelResult& channel)
+{
+    const ScanPlan& plan = channel.plan;
+    return fmt::format("{} to {} MHz in steps of {} MHz, receiving at {} MHz, channels of {} MHz",
+        megahertz(plan.lowest_kHz), megahertz(plan.highest_kHz), megahertz(plan.step_kHz), megahertz(plan.rxFrequency_kHz),
+        megahertz(plan.channelSpacing_kHz));
+}
+
+/// Of each of several results, where they are not the same everywhere.
+template <typename Words>
+void tellDifferences(std::vector<std::string>& notes, const std::vector<Member>& members, const Words& wordsOf)
+{
+    const auto isAsTheFirst = [&](const Member& member) { return wordsOf(member) == wordsOf(members.front()); };
+    if (!std::ranges::all_of(members, isAsTheFirst)) {
+        for (const Member& member : members) {
+            notes.push_back(member.name + ": " + wordsOf(member));
+        }
+    }
+}
+
+/// What stands for a frequency: the nearest point, not further away than half a step.
+const Point* readingAt(const Trace& trace, std::int64_t frequency_kHz)
+{
+    const auto distance = [&](const Point& point) { return std::llabs(point.frequency_kHz - frequency_kHz); };
+    const auto nearest = std::ranges::min_element(trace.points, {}, distance);
+    const bool isNear = nearest != trace.points.end() && distance(*nearest) * 2 <= trace.step_kHz;
+    return isNear || (nearest != trace.points.end() && distance(*nearest) == 0) ? &*nearest : nullptr;
+}
+
+std::string readingsAt(const Chart& chart, std::int64_t frequency_kHz)
+{
+    std::vector<std::string> words;
+    for (const Trace& trace : chart.traces) {
+        const Point* const reading = readingAt(trace, frequency_kHz);
+        const bool isBeside = reading != nullptr && reading->frequency_kHz != frequency_kHz;
+        words.push_back(reading == nullptr ? trace.name + " none"
+                                           : fmt::format("{} {} dBm{}", trace.name, hundredths(reading->level),
+                                               isBeside ? " (at " + inMegahertz(reading->frequency_kHz) + ")" : ""));
+    }
+    return joined(words, ", ");
+}
+
+/// Of each mark to the first.
+std::string differenceOf(const Chart& chart, std::int64_t first_kHz, std::int64_t other_kHz)
+{
+    std::vector<std::string> words{fmt::format("{} MHz", inMegahertz(other_kHz - first_kHz))};
+    for (const Trace& trace : chart.traces) {
+        const Point* const here = readingAt(trace, first_kHz);
+        const Point* const there = readingAt(trace, other_kHz);
+        if (here != nullptr && there != nullptr) {
+            words.push_back(
+                fmt::format("{} {} dB", trace.name, hundredths(std::int64_t{there->level} - std::int64_t{here->level})));
+        }
+    }
+    return joined(words, ", ");
+}
+
+void tellMarks(std::vector<std::string>& notes, const Chart& chart, const PlotOptions& options)
+{
+    for (std::size_t index = 0; index < options.marks_kHz.size(); ++index) {
+        const std::int64_t frequency_kHz = options.marks_kHz[index];
+        notes.push_back(fmt::format("mark {}: {} MHz, {}", index + 1, inMegahertz(frequency_kHz),
+            chart.range_kHz.holds(frequency_kHz) ? readingsAt(chart, frequency_kHz) : "outside the plot"));
+        if (index > 0) {
+            notes.push_back(fmt::format(
+                "mark {} - mark 1: {}", index + 1, differenceOf(chart, options.marks_kHz.front(), frequency_kHz)));
+        }
+    }
+}
+
+/// A run of points that are above the limit, one beside the other.
+struct Excess {
+    std::int64_t lowest_kHz;
+    std::int64_t highest_kHz;
+    std::int32_t strongest;
+};
+
+std::vector<Excess> excessesOf(const Trace& trace, std::int32_t limit)
+{
+    std::vector<Excess> excesses;
+    bool goesOn = false;
+    for (const Point& point : trace.points) {
+        const bool isAbove = point.level > limit;
+        if (isAbove && goesOn) {
+            excesses.back().highest_kHz = point.frequency_kHz;
+            excesses.back().strongest = std::max(excesses.back().strongest, point.level);
+        } else if (isAbove) {
+            excesses.push_back({point.frequency_kHz, point.frequency_kHz, point.level});
+        }
+        goesOn = isAbove;
+    }
+    return excesses;
+}
+
+std::string textOf(const Excess& excess)
+{
+    const std::string up = excess.lowest_kHz == excess.highest_kHz ? "" : " to " + inMegahertz(excess.highest_kHz);
+    return fmt::format("{}{} MHz ({} dBm)", inMegahertz(excess.lowest_kHz), up, hundredths(excess.strongest));
+}
+
+/// @param trace  of one channel the strongest levels, of several results each
+void tellExcess(std::vector<std::string>& notes, const Trace& trace, std::int32_t limit, const std::string& who)
+{
+    constexpr std::size_t mostTold = 5;
+    std::vector<std::string> words;
+    const std::vector<Excess> excesses = excessesOf(trace, limit);
+    for (const Excess& excess : excesses) {
+        if (words.size() < mostTold) {
+            words.push_back(textOf(excess));
+        }
+    }
+    if (excesses.size() > words.size()) {
+        words.push_back(fmt::format("and {} more", excesses.size() - words.size()));
+    }
+    notes.push_back(
+        fmt::format("{}above {} dBm: {}", who, hundredths(limit), words.empty() ? "nothing" : joined(words, ", ")));
+}
+
+void tellExcesses(std::vector<std::string>& notes, const Chart& chart)
+{
+    if (!chart.limit) {
+        return;
+    }
+    for (const Trace& trace : chart.traces) {
+        const bool isStrongest = !chart.areHolds || trace.look.sign == maxLook.sign;
+        if (isStrongest) {
+            tellExcess(notes, trace, *chart.limit, chart.traces.size() > 1 ? trace.name + " " : "");
+        }
+    }
+}
+
+void tellDuplex(std::vector<std::string>& notes, const Chart& chart, const PlotOptions& options)
+{
+    if (options.duplex_kHz) {
+        const std::int64_t tx_kHz = chart.rx_kHz + *options.duplex_kHz;
+        notes.push_back(fmt::format("receives (RX) at {} MHz, transmits (TX) at {} MHz{}", inMegahertz(chart.rx_kHz),
+            inMegahertz(tx_kHz), chart.range_kHz.holds(tx_kHz) ? "" : ", outside the plot"));
+    }
+}
+
+/// Levels that the scale does not reach.
+void tellOutsiders(std::vector<std::string>& notes, const Chart& chart)
+{
+    std::vector<Point> points;
+    for (const Trace& trace : chart.traces) {
+        points.insert(points.end(), trace.points.begin(), trace.points.end());
+    }
+    const auto tell = [&](const Point& point, const char* what) {
+        notes.push_back(
+            fmt::format("{}: {} dBm at {} MHz", what, hundredths(point.level), inMegahertz(point.frequency_kHz)));
+    };
+    const auto [weakest, strongest] = std::ranges::minmax_element(points, {}, &Point::level);
+    if (!points.empty() && strongest->level > highestShown) {
+        tell(*strongest, "^ above the plot, the strongest level");
+    }
+    if (!points.empty() && weakest->level < lowestShown) {
+        tell(*weakest, "v below the plot, the weakest level");
+    }
+}
+
+} // namespace
+
+std::string titleOf(const std::vector<Member>& members)
+{
+    const Member& first = members.front();
+    const bool hasChannels = std::ranges::any_of(members, [](const Member& one) { return one.result.channels.size() > 1; });
+    const std::string number = hasChannels ? fmt::format(", channel {}", first.channel.channel) : "";
+    const bool isSame = std::ranges::all_of(members, [&](const Member& one) { return whatOf(one) == whatOf(first); });
+    return (isSame ? whatOf(first) : "several links") + number
+        + (members.size() > 1 ? fmt::format(", {} results", members.size()) : "");
+}
+
+std::string whenOf(const ChannelResult& channel)
+{
+    const Sweep& first = channel.sweeps.front();
+    const std::size_t count = channel.survey.sweeps();
+    return fmt::format("{} {} UTC{}", support::dateText(first.start), support::clockText(first.start),
+        count > 1 ? fmt::format(", {} sweeps", count) : "");
+}
+
+std::string incompletenessOf(const ChannelResult& channel)
+{
+    std::int64_t taken = 0;
+    std::int64_t planned = 0;
+    bool isPartialAnywhere = false;
+    Ending worst = Ending::complete;
+    for (const Sweep& sweep : channel.sweeps) {
+        taken += std::ssize(sweep.samples);
+        planned += channel.plan.samples;
+        isPartialAnywhere = isPartialAnywhere || isPartial(sweep, channel.plan);
+        worst = std::max(worst, sweep.ending);
+    }
+    return (isPartialAnywhere ? fmt::format(", PARTIAL {}/{}", taken, planned) : "")
+        + (worst == Ending::complete ? "" : fmt::format(", {}", toText(worst)));
+}
+
+std::vector<std::string> notesOf(const std::vector<Member>& members, const Chart& chart, const PlotOptions& options)
+{
+    std::vector<std::string> notes;
+    tellDifferences(notes, members, whatOf);
+    tellDifferences(notes, members, [](const Member& member) { return stepsOf(member.channel); });
+    tellDifferences(notes, members, [](const Member& member) {
+        const std::string missing = incompletenessOf(member.channel);
+        return missing.empty() ? "complete" : missing.substr(2);
+    });
+    tellOutsiders(notes, chart);
+    tellDuplex(notes, chart, options);
+    tellMarks(notes, chart, options);
+    tellExcesses(notes, chart);
+    return notes;
+}
+
+std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width)
+{
+    constexpr const char* indent = "  ";
+    std::vector<std::string> lines;
+    for (const std::string& text : texts) {
+        std::istringstream words(text);
+        std::string line;
+        for (std::string word; words >> word;) {
+            const bool isFull = !line.empty() && line.size() + 1 + word.size() > width;
+            if (isFull) {
+                lines.push_back(line);
+            }
+            line = isFull ? indent + word : line + (line.empty() ? "" : " ") + word;
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+} // namespace sdc
