@@ -230,20 +230,25 @@ bool Terminal::isOngoing(RadioChannel channel) const
     return isScan && !workerFailure(channel);
 }
 
+bool Terminal::isSweeping(RadioChannel channel) const
+{
+    return isOngoing(channel) || m_trace.isSweeping(channel);
+}
+
 /// Of all channels. A sweep that has been stopped goes on until its worker is back in its wait.
 int Terminal::sweepsUnderWay() const
 {
-    return static_cast<int>(std::ranges::count_if(m_channels,
-        [this](const auto& channel) { return isOngoing(channel->number) || m_trace.isSweeping(channel->number); }));
+    return static_cast<int>(
+        std::ranges::count_if(m_channels, [this](const auto& channel) { return isSweeping(channel->number); }));
 }
 
 /// Held by the clock, each sweep comes to stand in a settle delay or ends. A stop given then cannot cross its end. The
 /// sweeps are counted before the sleepers, and the scan is looked at once more: one that ends in between is not stopped.
-bool Terminal::stopScan(RadioChannel channel) const
+bool Terminal::stopScan(RadioChannel channel, const std::function<bool()>& isGivenUp) const
 {
     constexpr milliseconds pause{1};
     const ClockHold hold(m_clock);
-    while (isOngoing(channel)) {
+    while (isOngoing(channel) && !(isGivenUp && isGivenUp())) {
         const int sweeps = sweepsUnderWay();
         if (m_clock.sleepers() >= sweeps && isOngoing(channel)) {
             controller(channel).setCommand(SDC_CMD_SCAN_STOP, 0);

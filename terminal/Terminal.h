@@ -69,13 +69,16 @@ public:
     /// Whether the channel's status says that a scan runs, and it has a worker that can run it.
     bool isOngoing(RadioChannel channel) const;
 
+    /// Whether the channel's worker is in a sweep: of a scan that is ongoing, or that was stopped and has a step in hand.
+    bool isSweeping(RadioChannel channel) const;
+
     /// Polls until the channel's scan has ended, or an exception has ended its worker: then the status stays ongoing. Runs
     /// @p onPoll between polls. Returns the status at the end.
     ESDCStatus waitForEnd(RadioChannel channel, const std::function<void()>& onPoll = {}) const;
 
     /// Stops the channel's scan at a moment when that is safe: while its worker is in a settle delay. Returns false, without
-    /// a stop, when the scan has ended by itself.
-    bool stopScan(RadioChannel channel) const;
+    /// a stop, when the scan has ended by itself, or @p isGivenUp before that moment came.
+    bool stopScan(RadioChannel channel, const std::function<bool()>& isGivenUp = {}) const;
 
     /// Waits until the channel's worker has left its sweep and put the receiver back, as after a stop, or an exception has
     /// ended it. The host's stop phase does that.

@@ -94,6 +94,33 @@ TEST_F(Output, intoAFileThatAnotherWritesIsRefused)
     EXPECT_EQ(run("scan channel --csv /dev/null --json /dev/null").status, 0);
 }
 
+TEST_F(Output, intoAFileThatAnotherWritesUnderAnotherNameIsRefused)
+{
+    write("file", "old");
+    fs::create_hard_link(folder / "file", folder / "hard");
+    fs::create_symlink("file", folder / "soft");
+    for (const char* const name : {"hard", "soft", "./file"}) {
+        const Outcome outcome = run(std::string("scan channel --csv file --json ") + name);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_THAT(outcome.err, HasSubstr(std::string("sdc: --csv and --json both write to ") + name + "; "));
+        EXPECT_EQ(read("file"), "old");
+    }
+}
+
+TEST_F(Output, intoTheFileThatTheShellHasOpenedAsStandardOutputIsRefused)
+{
+    for (const char* const name : {"log", "soft", "$PWD/log"}) {
+        fs::remove(folder / "soft");
+        fs::create_symlink("log", folder / "soft");
+        write("log", "a line\n");
+        const Outcome outcome = run(std::string("scan channel --csv ") + name, "", ">>log");
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_THAT(outcome.err, HasSubstr("sdc: --csv and standard output both write to "));
+        EXPECT_EQ(read("log"), "a line\n");
+    }
+    EXPECT_EQ(run("scan channel --table - --csv log", "", ">>log").status, 2);
+}
+
 TEST_F(Output, thatFailsAfterTheScanKeepsNoOtherFromBeingWritten)
 {
     const Outcome full = run("scan channel --csv /dev/full --json result.json --sweep -");

@@ -93,7 +93,8 @@ inline std::vector<std::string> lines(const std::string& text)
 class RunningSdc {
 public:
     /// Its output goes into out.txt and err.txt of the folder.
-    RunningSdc(const std::filesystem::path& folder, std::vector<std::string> arguments)
+    /// @param ignored  a signal that it is started with as ignored
+    RunningSdc(const std::filesystem::path& folder, std::vector<std::string> arguments, int ignored = 0)
     {
         std::filesystem::remove(folder / "out.txt");
         std::filesystem::remove(folder / "err.txt");
@@ -107,7 +108,9 @@ public:
             }
             words.push_back(nullptr);
             std::filesystem::current_path(folder);
-            static_cast<void>(std::signal(SIGINT, SIG_DFL)); // a shell may have let the tests ignore it
+            for (const int signal : {SIGINT, SIGTERM, SIGHUP}) { // a shell may have let the tests ignore some
+                static_cast<void>(std::signal(signal, signal == ignored ? SIG_IGN : SIG_DFL));
+            }
             if (std::freopen("out.txt", "w", stdout) != nullptr && std::freopen("err.txt", "w", stderr) != nullptr) {
                 execv(SDC_PROGRAM, words.data());
             }

@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <sys/stat.h>
+
 namespace {
 
 using testing::HasSubstr;
@@ -74,14 +76,57 @@ TEST_F(Stop, ofSweepsWithoutEndIsAnnounced)
     EXPECT_GE(Json::parse(read("result.json"))["channels"][0]["sweeps"].size(), 2U);
 }
 
-TEST_F(Stop, givenTwiceLeavesAtOnceWithStatus130)
+TEST_F(Stop, isAskedForByTermAndHupToo)
 {
-    RunningSdc sdc(folder, {"scan", "channel", "--speed", "0.0001"}); // the first settle delay alone is 8 hours
-    ASSERT_TRUE(isSaid("\ntime "));
+    for (const int signal : {SIGTERM, SIGHUP}) {
+        RunningSdc sdc(folder, {"scan", "sub-band", "--speed", "3", "--json", "result.json"});
+        ASSERT_TRUE(isSaid("\ntime "));
+        sdc.send(signal);
+        EXPECT_EQ(sdc.waitForExitStatus(), 4) << signal;
+        const Json sweep = Json::parse(read("result.json"))["channels"][0]["sweeps"][0];
+        EXPECT_EQ(sweep["ending"], "stopped");
+        EXPECT_EQ(sweep["rx_after_kHz"], 19177500);
+    }
+}
+
+TEST_F(Stop, isNotAskedForByWhatTheProgramWasStartedToIgnore)
+{
+    for (const int signal : {SIGHUP, SIGINT}) {
+        RunningSdc sdc(folder, {"scan", "sub-band", "--speed", "3"}, signal);
+        ASSERT_TRUE(isSaid("\ntime "));
+        sdc.send(signal);
+        sdc.send(SIGTERM); // the first, not the second
+        EXPECT_EQ(sdc.waitForExitStatus(), 4) << signal;
+    }
+}
+
+TEST_F(Stop, leavesAPipeThatNobodyReads)
+{
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    RunningSdc sdc(folder, {"scan", "channel", "--json", "pipe", "--csv", "a.csv"});
+    ASSERT_TRUE(tests::eventually([&] { return read("err.txt").find("\nreceiver ") != std::string::npos; }));
     sdc.interrupt();
-    ASSERT_TRUE(isSaid("stopping after the step in hand, up to 8 h 20 min 0 s"));
-    sdc.interrupt();
-    EXPECT_EQ(sdc.waitForExitStatus(), 130);
+    EXPECT_EQ(sdc.waitForExitStatus(), 1);
+    EXPECT_THAT(read("err.txt"), HasSubstr("sdc: cannot write to pipe: nobody reads it\n"));
+    EXPECT_EQ(lines(read("a.csv")).size(), 14U);
+}
+
+TEST_F(Stop, givenTwiceLeavesAtOnceAndLosesNothing)
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        // The first settle delay alone is 8 hours.
+        RunningSdc sdc(folder, {"scan", "channel", "--speed", "0.0001", "--json", "result.json"});
+        ASSERT_TRUE(isSaid("\ntime "));
+        sdc.interrupt();
+        ASSERT_TRUE(isSaid("stopping after the step in hand, up to 8 h 20 min 0 s"));
+        sdc.send(signal);
+        EXPECT_EQ(sdc.waitForExitStatus(), 128 + signal);
+        EXPECT_THAT(read("err.txt"), HasSubstr("\nreceiver   19177.500 MHz after\n"));
+        const Json sweep = Json::parse(read("result.json"))["channels"][0]["sweeps"][0];
+        EXPECT_EQ(sweep["ending"], "stopped");
+        EXPECT_EQ(sweep["taken"], 1) << "the step in hand";
+        EXPECT_EQ(sweep["rx_after_kHz"], 19177500);
+    }
 }
 
 } // namespace

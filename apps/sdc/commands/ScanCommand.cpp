@@ -146,8 +146,8 @@ bool write(const ScanResult& result, const OutputOptions& options)
 /// Scans, writes the outputs, and tells on standard error what is done.
 ExitStatus scan(const ScanOptions& options)
 {
-    watchForInterrupt();
     const Site site(options.scenario);
+    watchForInterrupt();
     const std::vector<ChannelInfo> channels = chooseChannels(site, options.channels);
     Report report(options.isQuiet, options.outputs.color);
     report.introduce(site, options.session.kind);
@@ -160,11 +160,18 @@ ExitStatus scan(const ScanOptions& options)
     }
     Collector collector(site);
     const ShownTrace trace(options.traceLevel);
-    Session session(plan, {&report, &collector}, isInterrupted);
+    const auto writeAndLeave = [&] {
+        write(collector.result(), options.outputs);
+        leaveBySignal();
+    };
+    Session session(plan, {&report, &collector}, isInterrupted, {isLeaveWanted, writeAndLeave});
     const std::unique_ptr<host::Clock> clock = host::makeClock(plan.speed);
     const simulator::Radios radios = site.radios(*clock);
     session.run(radios.channels(), *clock);
     const bool isWritten = write(collector.result(), options.outputs);
+    if (isLeaveWanted()) {
+        leaveBySignal();
+    }
     return isWritten ? statusOf(collector.result(), session.isCutShort()) : EXIT_INTERNAL;
 }
 

@@ -1,6 +1,7 @@
 #include "apps/sdc/formats/Outputs.h"
 
 #include "apps/sdc/formats/OutputFile.h"
+#include "apps/sdc/formats/Target.h"
 #include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
@@ -43,15 +44,27 @@ std::string failureOf(const ScanResult& result, const Output& output, const Outp
     }
 }
 
-/// Two outputs into one file would leave the last of them. A device takes as many as come.
+UsageError sharedFile(const std::string& one, const std::string& other, const std::string& file)
+{
+    return UsageError(
+        fmt::format("{} and {} both write to {}; give each a file of its own", one, other, support::shown(file)));
+}
+
+/// Two outputs into one file would leave the last of them, or a mixture. What the shell has opened as standard output may go
+/// by the name of an output, too.
 void checkEachHasItsOwn(const std::vector<Output>& outputs)
 {
-    std::map<std::filesystem::path, const Format*> files;
+    std::map<FileIdentity, std::string> files;
+    const auto shells = usesStandardOutput(outputs) ? std::nullopt : Target(standardOutput).identity();
     for (const Output& output : outputs) {
-        const auto file = regularFile(output.file);
-        if (file && !files.try_emplace(*file, output.format).second) {
-            throw UsageError(fmt::format("--{} and --{} both write to {}; give each a file of its own",
-                files.at(*file)->name, output.format->name, support::shown(output.file)));
+        const Target target(output.file);
+        const auto file = target.identity();
+        const std::string name = std::string("--") + output.format->name;
+        if (file && !files.try_emplace(*file, name).second) {
+            throw sharedFile(files.at(*file), name, output.file);
+        }
+        if (file && file == shells && target.isFile()) {
+            throw sharedFile(name, "standard output", output.file);
         }
     }
 }
@@ -67,7 +80,7 @@ void checkOutputs(const std::vector<Output>& outputs)
 {
     checkEachHasItsOwn(outputs);
     for (const auto& [format, file] : outputs) {
-        checkWritable(file);
+        Target(file).check();
         const std::string obstacle = format->obstacle == nullptr ? "" : format->obstacle(file);
         if (!obstacle.empty()) {
             throw std::runtime_error(fmt::format("--{}: {}", format->name, obstacle));

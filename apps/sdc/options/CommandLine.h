@@ -12,7 +12,7 @@ enum ExitStatus : int {
     EXIT_INTERNAL = 1,
     EXIT_USAGE = 2,
     EXIT_FAILED = 3, ///< a scan could not be started, was aborted, or left the receiver off its frequency
-    EXIT_STOPPED = 4,
+    EXIT_STOPPED = 4,       ///< by Ctrl-C, TERM or HUP
     EXIT_INTERRUPTED = 130, ///< as a shell reports a program that SIGINT has ended
 };
 
@@ -27,7 +27,7 @@ inline constexpr ExitStatusText exitStatusTexts[] = {
     {EXIT_USAGE, "usage or bad scenario"},
     {EXIT_FAILED, "scan failed"},
     {EXIT_STOPPED, "stopped"},
-    {EXIT_INTERRUPTED, "second Ctrl-C"},
+    {EXIT_INTERRUPTED, "second Ctrl-C, as 129 HUP and 143 TERM"},
 };
 
 /// Arguments that cannot be acted upon. what() says what was wrong and what would be right.

@@ -67,6 +67,9 @@ std::string sweepFailure(const SweepFacts& facts)
     if (facts.workerFailure) {
         return "an exception ended the controller's worker" + seenAs(shown(*facts.workerFailure, 300));
     }
+    if (!facts.failure.empty()) {
+        return "the sweep was given up: " + facts.failure;
+    }
     if (facts.isStopped) {
         return "";
     }
@@ -127,25 +130,23 @@ void Lane::begin(Terminal& terminal, ScanKind kind)
 }
 
 /// Where no sweep has begun the controller still shows the samples of the one before.
-std::span<const Sample> Lane::measure(Terminal& terminal)
+void Lane::measure(Terminal& terminal)
 {
     m_facts.rxAfter_kHz = terminal.rxFrequency_kHz(number());
     if (!m_hasBegun) {
-        return {};
+        return;
     }
     m_facts.workerFailure = terminal.workerFailure(number());
-    const std::size_t before = m_samples.size();
     const std::vector<SDCResult> measured = terminal.samples(number());
-    for (std::size_t index = before; index < measured.size(); ++index) {
+    for (std::size_t index = m_samples.size(); index < measured.size(); ++index) {
         const auto [frequency_kHz, rssi] = measured[index];
         m_samples.push_back({frequency_kHz, rssi, m_time + plan().settleTime(static_cast<std::int64_t>(index) + 1)});
     }
-    return std::span(m_samples).subspan(before);
 }
 
-bool Lane::stop(Terminal& terminal)
+bool Lane::stop(Terminal& terminal, const std::function<bool()>& isGivenUp)
 {
-    m_facts.isStopped = m_hasBegun && terminal.stopScan(number());
+    m_facts.isStopped = m_hasBegun && terminal.stopScan(number(), isGivenUp);
     return m_facts.isStopped;
 }
 
@@ -161,6 +162,7 @@ Sweep Lane::finish()
     const SweepEnd end = endOf(m_facts);
     const TimePoint begin = std::exchange(m_time, m_time + plan().settleTime(m_facts.taken));
     m_hasBegun = m_hasBegun && !m_facts.workerFailure;
+    m_told = 0;
     return {
         .start = begin,
         .end = m_time,

@@ -8,9 +8,10 @@
 #include "terminal/Terminal.h"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@ namespace sdc {
 /// How a sweep went, as far as its ending depends on it.
 struct SweepFacts {
     std::string startFailure;                        ///< why it did not start, one line; empty: it did
+    std::string failure;                             ///< what else kept it from its end, one line; empty: nothing
     std::optional<std::string> workerFailure;        ///< what ended the worker, in the controller's words
     bool isStopped = false;                          ///< by the user
     ESDCStatus status = SDC_STATUS_SCAN_NOT_STARTED; ///< at the end
@@ -51,14 +53,20 @@ public:
     /// Whether the sweep in hand was started with success.
     bool hasBegun() const { return m_hasBegun; }
 
-    /// Fetches what has been measured. Returns the new samples.
-    std::span<const Sample> measure(terminal::Terminal& terminal);
+    /// Fetches what has been measured.
+    void measure(terminal::Terminal& terminal);
 
-    /// Stops the sweep in hand. Returns false, without a stop, when it has ended by itself.
-    bool stop(terminal::Terminal& terminal);
+    /// Of the samples that have been fetched in this sweep, the next one each time; null after the last.
+    const Sample* nextSample() { return m_told < m_samples.size() ? &m_samples[m_told++] : nullptr; }
+
+    /// Stops the sweep in hand. Returns false, without a stop, when it has ended by itself or @p isGivenUp.
+    bool stop(terminal::Terminal& terminal, const std::function<bool()>& isGivenUp = {});
 
     void setStatus(ESDCStatus status) { m_facts.status = status; }
     void setStartFailure(const std::string& reason) { m_facts.startFailure = reason; }
+
+    /// What keeps the sweep in hand from its end, beside what the controller tells.
+    void setFailure(const std::string& reason) { m_facts.failure = reason; }
 
     /// What the step in hand takes.
     std::chrono::milliseconds stepTime() const;
@@ -75,6 +83,7 @@ private:
     SweepFacts m_facts;
     std::uint32_t m_rxBefore_kHz = 0;
     std::vector<Sample> m_samples;
+    std::size_t m_told = 0; ///< of the samples
 };
 
 } // namespace sdc

@@ -1,11 +1,14 @@
 #include "apps/sdc/scan/Session.h"
 
+#include "apps/sdc/tty/Interrupt.h"
 #include "support/Text.h"
 #include "terminal/Peers.h"
 
 #include <algorithm>
 #include <exception>
 #include <optional>
+#include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace sdc {
@@ -14,10 +17,23 @@ using host::Clock;
 using std::chrono::milliseconds;
 using terminal::Terminal;
 
-Session::Session(SessionPlan plan, std::vector<Sink*> sinks, std::function<bool()> isStopWanted)
+namespace {
+
+class RadioDoesNotAnswer : public std::runtime_error {
+public:
+    RadioDoesNotAnswer()
+        : std::runtime_error("its radio did not answer, and the user waited no longer")
+    {
+    }
+};
+
+} // namespace
+
+Session::Session(SessionPlan plan, std::vector<Sink*> sinks, std::function<bool()> isStopWanted, Leaving leaving)
     : m_plan(std::move(plan))
     , m_sinks(std::move(sinks))
     , m_isStopWanted(std::move(isStopWanted))
+    , m_leaving(std::move(leaving))
 {
     for (const PlannedChannel& channel : m_plan.channels) {
         m_lanes.emplace_back(channel, m_plan.start);
@@ -29,6 +45,7 @@ void Session::run(const std::vector<terminal::Channel>& channels, Clock& clock)
     tell(&Sink::onPlan, m_plan);
     std::optional<Terminal> terminal;
     try {
+        const SignalsHeld noneForTheWorkers;
         terminal.emplace(channels, clock);
     } catch (const std::exception& exception) {
         for (Lane& lane : m_lanes) {
@@ -36,11 +53,32 @@ void Session::run(const std::vector<terminal::Channel>& channels, Clock& clock)
         }
         finishAll();
     }
-    if (terminal) {
-        sweepAsOftenAsAsked(*terminal, clock);
-    }
-    terminal.reset();
+    const std::exception_ptr failure = terminal ? sweepUntilDoneOrBroken(*terminal, clock) : nullptr;
     tell(&Sink::onEnd);
+    if (m_isAbandoned) {
+        m_leaving.abandon();
+    }
+    if (m_hasHurried) {
+        clock.endHurry();
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+/// Whatever breaks, the sinks get what was measured. Returns it, unless it is a radio that is given up.
+std::exception_ptr Session::sweepUntilDoneOrBroken(Terminal& terminal, Clock& clock)
+{
+    try {
+        sweepAsOftenAsAsked(terminal, clock);
+    } catch (const RadioDoesNotAnswer& silence) {
+        m_isAbandoned = true;
+        breakOff(terminal, silence.what());
+    } catch (const std::exception& exception) {
+        breakOff(terminal, support::shown(exception.what()));
+        return std::current_exception();
+    }
+    return nullptr;
 }
 
 void Session::sweepAsOftenAsAsked(Terminal& terminal, Clock& clock)
@@ -51,6 +89,16 @@ void Session::sweepAsOftenAsAsked(Terminal& terminal, Clock& clock)
         sweepAll(terminal, clock);
     }
     m_isCutShort = m_isStopWanted() && m_sweep != m_plan.sweeps;
+}
+
+void Session::breakOff(Terminal& terminal, const std::string& reason)
+{
+    m_isCutShort = true;
+    for (Lane& lane : m_lanes) {
+        lane.setFailure(reason);
+    }
+    measureAll(terminal);
+    finishAll();
 }
 
 /// Where nothing could be swept this time, nothing can be swept the next.
@@ -68,11 +116,22 @@ void Session::sweepAll(Terminal& terminal, Clock& clock)
         }
     }
     for (const Lane& lane : m_lanes) {
-        terminal.waitForIdle(lane.number()); // after a stop the step in hand still finishes
+        waitForIdle(terminal, clock, lane.number());
     }
     measureAll(terminal);
     tell(&Sink::onPoll);
     finishAll();
+}
+
+/// After a stop the step in hand still finishes, and the user may not want to wait for that.
+void Session::waitForIdle(Terminal& terminal, Clock& clock, RadioChannel channel)
+{
+    constexpr milliseconds pause{1};
+    while (m_isStopping && terminal.isSweeping(channel)) {
+        poll(terminal, clock);
+        std::this_thread::sleep_for(pause);
+    }
+    terminal.waitForIdle(channel);
 }
 
 /// While the clock is held no sweep passes its first settle delay, so that all channels begin together.
@@ -97,6 +156,24 @@ void Session::poll(Terminal& terminal, Clock& clock)
         m_isStopping = true;
         stopAll(terminal, clock);
     }
+    if (m_leaving.isWanted() && !m_hasHurried) {
+        m_hasHurried = true;
+        clock.hurry();
+    }
+    if (isOverdue()) {
+        throw RadioDoesNotAnswer();
+    }
+}
+
+/// Whether a radio has had time to answer since the user waits no longer.
+bool Session::isOverdue()
+{
+    constexpr std::chrono::seconds patience{3}; // far more than a step takes without its settle delay
+    const auto now = std::chrono::steady_clock::now();
+    if (m_leaving.isWanted() && !m_leaveBy) {
+        m_leaveBy = now + patience;
+    }
+    return m_leaveBy && now > *m_leaveBy;
 }
 
 /// Held for all stops together: the terminal lets every sweep come to stand in a settle delay before the first of them, and
@@ -106,7 +183,7 @@ void Session::stopAll(Terminal& terminal, Clock& clock)
     milliseconds longest{};
     clock.hold();
     for (Lane& lane : m_lanes) {
-        if (lane.stop(terminal)) {
+        if (lane.stop(terminal, [this] { return isOverdue(); })) {
             longest = std::max(longest, lane.stepTime());
         }
     }
@@ -117,8 +194,10 @@ void Session::stopAll(Terminal& terminal, Clock& clock)
 void Session::measureAll(Terminal& terminal)
 {
     for (std::size_t channel = 0; channel < m_lanes.size(); ++channel) {
-        for (const Sample& sample : m_lanes[channel].measure(terminal)) {
-            tell(&Sink::onSample, channel, sample);
+        Lane& lane = m_lanes[channel];
+        lane.measure(terminal);
+        while (const Sample* const sample = lane.nextSample()) {
+            tell(&Sink::onSample, channel, *sample);
         }
     }
 }

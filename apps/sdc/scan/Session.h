@@ -11,7 +11,10 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace sdc {
@@ -41,8 +44,18 @@ public:
     /// All sweeps in hand are being stopped, which takes so much radio time at most.
     virtual void onStop(std::chrono::milliseconds /*stepTime*/) {}
 
-    /// The session is over, and its terminal gone. Comes last, once.
+    /// The session is over, whatever has ended it. Comes last, once.
     virtual void onEnd() {}
+};
+
+/// What becomes of a session whose user waits no longer, not even for a stop. No settle delay takes wall time from then on,
+/// so that the receivers are soon back. A radio that does not even then answer is given up, with its terminal.
+struct Leaving {
+    std::function<bool()> isWanted = [] { return false; }; ///< asked again and again
+
+    /// Called after all is told, where a terminal cannot be taken down because a radio has not answered. To return is to
+    /// wait for it.
+    std::function<void()> abandon = [] {};
 };
 
 /// Sweeps channels of a terminal, all at the same time, as often as asked for or until told to stop, and tells its sinks
@@ -51,7 +64,7 @@ class Session {
 public:
     /// @param sinks         must outlive the session
     /// @param isStopWanted  asked again and again
-    Session(SessionPlan plan, std::vector<Sink*> sinks, std::function<bool()> isStopWanted);
+    Session(SessionPlan plan, std::vector<Sink*> sinks, std::function<bool()> isStopWanted, Leaving leaving = {});
 
     /// Brings a terminal up, sweeps, and takes it down. A terminal that does not come up is a failed sweep of each channel.
     /// @param channels  of the terminal, those of the plan among them
@@ -62,11 +75,15 @@ public:
     bool isCutShort() const { return m_isCutShort; }
 
 private:
+    std::exception_ptr sweepUntilDoneOrBroken(terminal::Terminal& terminal, host::Clock& clock);
     void sweepAsOftenAsAsked(terminal::Terminal& terminal, host::Clock& clock);
     void sweepAll(terminal::Terminal& terminal, host::Clock& clock);
+    void waitForIdle(terminal::Terminal& terminal, host::Clock& clock, RadioChannel channel);
     void beginAll(terminal::Terminal& terminal, host::Clock& clock);
     void poll(terminal::Terminal& terminal, host::Clock& clock);
     void stopAll(terminal::Terminal& terminal, host::Clock& clock);
+    void breakOff(terminal::Terminal& terminal, const std::string& reason);
+    bool isOverdue();
     void measureAll(terminal::Terminal& terminal);
     void finishAll();
     bool goesOn() const;
@@ -82,10 +99,14 @@ private:
     SessionPlan m_plan;
     std::vector<Sink*> m_sinks;
     std::function<bool()> m_isStopWanted;
+    Leaving m_leaving;
     std::vector<Lane> m_lanes;
     std::uint32_t m_sweep = 1; ///< the sweep in hand
     bool m_isStopping = false;
+    std::optional<std::chrono::steady_clock::time_point> m_leaveBy; ///< where the user waits no longer
     bool m_isCutShort = false;
+    bool m_hasHurried = false;
+    bool m_isAbandoned = false;
 };
 
 } // namespace sdc

@@ -1,10 +1,12 @@
 #include "apps/sdc/formats/OutputFile.h"
 
-#include "TestResults.h"
+#include "FolderFixture.h"
+#include "apps/sdc/formats/Target.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,7 +14,7 @@
 #include <array>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
+#include <future>
 #include <iostream>
 
 namespace fs = std::filesystem;
@@ -20,33 +22,18 @@ using testing::HasSubstr;
 
 namespace {
 
-class OutputFile : public testing::Test {
+class OutputFile : public FolderFixture {
 protected:
-    OutputFile()
-    {
-        std::string name = (fs::temp_directory_path() / "sdc-output.XXXXXX").string();
-        m_folder = mkdtemp(name.data());
-    }
-    ~OutputFile() override { fs::remove_all(m_folder); }
-
-    std::string in(const std::string& name) const { return (m_folder / name).string(); }
-
-    static std::string contentsOf(const std::string& file)
-    {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-
     static void write(const std::string& file, const std::string& text)
     {
         sdc::writeFile(file, [&](std::ostream& stream) { stream << text; });
     }
 
     /// What is said when a file cannot be written; empty when it can.
-    static std::string failureOf(const std::string& file)
+    static std::string failureOf(const std::string& file, const std::string& text = "text")
     {
         try {
-            write(file, "text");
+            write(file, text);
             return "";
         } catch (const std::runtime_error& error) {
             return error.what();
@@ -58,14 +45,8 @@ protected:
         int number;
         std::string name;
     };
+    static std::optional<sdc::FileIdentity> identityOf(const std::string& name) { return sdc::Target(name).identity(); }
     static Opened openedOf(int number) { return {number, "/dev/fd/" + std::to_string(number)}; }
-
-    std::size_t filesInFolder() const
-    {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()));
-    }
-
-    fs::path m_folder;
 };
 
 } // namespace
@@ -84,6 +65,7 @@ TEST_F(OutputFile, fileIsReplacedAsAWhole)
     sdc::writeFile(in("file"), [&](std::ostream& stream) {
         stream << "short" << std::flush;
         EXPECT_EQ(contentsOf(in("file")), "a long text") << "the old one stands until the new one is whole";
+        EXPECT_EQ(filesInFolder(), 1U) << "no second one that a signal could leave";
     });
     EXPECT_EQ(contentsOf(in("file")), "short");
     EXPECT_EQ(filesInFolder(), 1U);
@@ -165,7 +147,7 @@ TEST_F(OutputFile, ownDescriptorsAreWrittenToWhereTheyStand)
     write(file.name, "text");
     ASSERT_EQ(::write(file.number, " after", 6), 6);
     EXPECT_EQ(contentsOf(in("file")), "before text after");
-    EXPECT_EQ(sdc::regularFile(file.name), fs::canonical(in("file")));
+    EXPECT_EQ(identityOf(file.name), identityOf(in("file")));
     close(file.number);
 }
 
@@ -174,8 +156,8 @@ TEST_F(OutputFile, pipesAreWrittenToByTheNameOfTheirDescriptor)
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     const Opened file = openedOf(ends[1]);
-    EXPECT_NO_THROW(sdc::checkWritable(file.name));
-    EXPECT_EQ(sdc::regularFile(file.name), std::nullopt);
+    EXPECT_NO_THROW(sdc::Target(file.name).check());
+    EXPECT_FALSE(sdc::Target(file.name).isFile());
     write(file.name, "text");
     std::array<char, 8> bytes{};
     EXPECT_EQ(read(ends[0], bytes.data(), bytes.size()), 4);
@@ -253,4 +235,57 @@ TEST_F(OutputFile, standardOutputThatIsFullIsAFailure)
     close(saved);
     std::fclose(full);
     EXPECT_EQ(failure, "cannot write to standard output: No space left on device");
+}
+
+TEST_F(OutputFile, signalThatEndsTheProgramLeavesNoHalfFileAndNoSecondOne)
+{
+    write(in("file"), "old");
+    const pid_t program = fork();
+    if (program == 0) {
+        const rlimit limit{10, RLIM_INFINITY};
+        std::signal(SIGXFSZ, SIG_DFL);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        failureOf(in("file"), std::string(100, 'x'));
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(program, &status, 0), program);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ);
+    EXPECT_EQ(contentsOf(in("file")), "old");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(OutputFile, allNamesOfOneFileHaveOneIdentity)
+{
+    write(in("file"), "text");
+    fs::create_symlink("file", in("link"));
+    fs::create_hard_link(in("file"), in("other"));
+    fs::create_symlink("new", in("to-new"));
+    fs::create_directory_symlink(m_folder, in("folder"));
+    for (const char* const name : {"link", "other", "./file", "folder/link"}) {
+        EXPECT_EQ(identityOf(in(name)), identityOf(in("file"))) << name;
+    }
+    EXPECT_EQ(identityOf(in("to-new")), identityOf(in("folder/new")));
+    EXPECT_NE(identityOf(in("to-new")), identityOf(in("new2")));
+    EXPECT_NE(identityOf(in("new")), identityOf(in("file")));
+    EXPECT_EQ(identityOf("/dev/null"), std::nullopt);
+}
+
+TEST_F(OutputFile, pipesAndSlowReadersGetAll)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const std::string text(1000000, 'x'); // more than a pipe holds
+    auto reading = std::async(std::launch::async, [&] {
+        std::size_t count = 0;
+        std::array<char, 1000> bytes{};
+        while (const ssize_t some = read(ends[0], bytes.data(), bytes.size())) {
+            count += static_cast<std::size_t>(some);
+        }
+        return count;
+    });
+    write("/dev/fd/" + std::to_string(ends[1]), text);
+    close(ends[1]);
+    EXPECT_EQ(reading.get(), text.size());
+    close(ends[0]);
 }

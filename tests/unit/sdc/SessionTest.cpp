@@ -2,8 +2,14 @@
 
 #include "apps/sdc/scan/Session.h"
 
+#include "Platform/Radio/IRssiHandler.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <new>
 
 namespace {
 
@@ -22,12 +28,14 @@ public:
     {
         tell("end " + std::to_string(channel) + (sweep.reason.empty() ? "" : ": " + sweep.reason));
         EXPECT_EQ(samples.at(channel), sweep.samples);
+        kept = sweep.samples.size();
         samples.at(channel).clear();
     }
     void onStop(std::chrono::milliseconds) override { tell("stop"); }
     void onEnd() override { tell("over"); }
 
     std::vector<std::string> told;
+    std::size_t kept = 0; ///< samples of the last sweep that ended
     std::array<std::vector<sdc::Sample>, 2> samples;
 
 private:
@@ -94,6 +102,100 @@ TEST_F(Session, ofATerminalThatDoesNotComeUpIsAFailedSweepOfEachChannel)
     ASSERT_EQ(one.told.size(), 4U);
     EXPECT_THAT(one.told[1], testing::StartsWith("end 0: the terminal did not come up: "));
     EXPECT_THAT(one.told[2], testing::StartsWith("end 1: the terminal did not come up: "));
+}
+
+/// A reading that waits behind a gate, from the fourth on.
+class GatedRssi : public IRssiHandler {
+public:
+    explicit GatedRssi(IRssiHandler& radio)
+        : m_radio(radio)
+    {
+    }
+    std::int32_t readRssi(std::int32_t& rssi) override
+    {
+        if (++m_readings > 3) {
+            m_isReached = true;
+            m_gate.get_future().wait();
+        }
+        return m_radio.readRssi(rssi);
+    }
+    bool isReached() const { return m_isReached; }
+    void open() { m_gate.set_value(); }
+
+private:
+    IRssiHandler& m_radio;
+    int m_readings = 0;
+    std::atomic<bool> m_isReached = false;
+    std::promise<void> m_gate;
+};
+
+TEST_F(Session, whoseRadioDoesNotAnswerIsGivenUpWithAllItsSamplesWhereTheUserWaitsNoLonger)
+{
+    const simulator::Radios radios = site.radios(clock);
+    std::vector<terminal::Channel> channels = radios.channels();
+    GatedRssi rssi(channels[0].peers.rssiHandler);
+    const terminal::Peers& peers = channels[0].peers;
+    const terminal::Channel gated{channels[0].number,
+        {peers.systemPowerController, peers.frameFormat, peers.frequencyController, rssi, peers.radioCapability,
+            peers.radio},
+        channels[0].tunedTo_kHz};
+    std::size_t toldBefore = 0;
+    const auto abandon = [&] {
+        toldBefore = one.told.size();
+        rssi.open();
+    };
+    const auto isReached = [&] { return rssi.isReached(); };
+    sdc::Session session(planOf({0}, 0), {&one}, isReached, {isReached, abandon});
+    session.run({gated}, clock);
+    EXPECT_THAT(one.told,
+        ElementsAre("plan 1", "begin 0 of 14", "stop",
+            testing::StartsWith(
+                "end 0: the sweep was given up: its radio did not answer, and the user waited no longer; the "
+                "receiver was not put back: it stands at "),
+            "over"));
+    EXPECT_EQ(one.kept, 3U);
+    EXPECT_EQ(toldBefore, one.told.size());
+    EXPECT_TRUE(session.isCutShort());
+}
+
+TEST_F(Session, whoseUserWaitsNoLongerTakesNoWallTimeForTheReceiver)
+{
+    host::RealClock slow(1e-9); // a settle delay is longer than a life
+    bool isStopWanted = false;
+    bool isLeaveWanted = false;
+    const auto stop = [&] { return std::exchange(isStopWanted, true); };
+    const auto leave = [&] { return isStopWanted && std::exchange(isLeaveWanted, true); };
+    sdc::Session session(planOf({0}, 0), {&one}, stop, {leave, [] { FAIL(); }});
+    const simulator::Radios radios = site.radios(slow);
+    session.run(radios.channels(), slow);
+    EXPECT_THAT(one.told, ElementsAre("plan 1", "begin 0 of 14", "stop", "end 0", "over"));
+    EXPECT_EQ(one.kept, 1U);
+    EXPECT_EQ(radios.channels().front().tunedTo_kHz(), site.channels().front().rxFrequency_kHz);
+}
+
+/// Cannot take the second sample.
+class FullSink : public sdc::Sink {
+public:
+    void onSample(std::size_t, const sdc::Sample&) override
+    {
+        if (++m_samples == 2) {
+            throw std::bad_alloc();
+        }
+    }
+
+private:
+    int m_samples = 0;
+};
+
+TEST_F(Session, thatBreaksTellsItsEndAndWhatItHad)
+{
+    FullSink full;
+    sdc::Session session(planOf({0}, 0), {&one, &full}, [] { return false; });
+    EXPECT_THROW(run(session), std::bad_alloc);
+    ASSERT_EQ(one.told.size(), 4U);
+    EXPECT_THAT(one.told[2], testing::StartsWith("end 0: the sweep was given up: std::bad_alloc"));
+    EXPECT_EQ(one.told[3], "over");
+    EXPECT_GE(one.kept, 2U);
 }
 
 } // namespace
