@@ -129,6 +129,13 @@ void Lane::begin(Terminal& terminal, ScanKind kind)
     }
 }
 
+void Lane::adopt(const Terminal& terminal, std::uint32_t rxBefore_kHz)
+{
+    m_rxBefore_kHz = rxBefore_kHz;
+    m_facts.plan = terminal.plan(number()).value_or(m_facts.plan);
+    m_hasBegun = true;
+}
+
 /// Where no sweep has begun the controller still shows the samples of the one before.
 void Lane::measure(Terminal& terminal)
 {

@@ -50,6 +50,10 @@ public:
     /// Starts a sweep. What goes wrong is kept for its end.
     void begin(terminal::Terminal& terminal, ScanKind kind);
 
+    /// Takes a sweep over that somebody else has started with success.
+    /// @param rxBefore_kHz  where the receiver stood before
+    void adopt(const terminal::Terminal& terminal, std::uint32_t rxBefore_kHz);
+
     /// Whether the sweep in hand was started with success.
     bool hasBegun() const { return m_hasBegun; }
 
