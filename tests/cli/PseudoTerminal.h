@@ -4,6 +4,7 @@
 
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,7 +61,25 @@ public:
             && m_shown.find(text) != std::string::npos;
     }
 
+    /// The same of what was shown behind the text that was asked for so before.
+    bool goesOnWith(const std::string& text)
+    {
+        std::size_t place = std::string::npos;
+        const auto isThere = [&] { return (place = m_shown.find(text, m_asked)) != std::string::npos; };
+        tests::eventually([&] { return isThere() || (!readSome() && !isThere()); });
+        m_asked = place == std::string::npos ? m_asked : place + text.size();
+        return place != std::string::npos;
+    }
+
     void type(const std::string& keys) const { static_cast<void>(::write(m_terminal, keys.data(), keys.size())); }
+
+    void resize(unsigned short columns) const
+    {
+        const winsize size{.ws_row = 40, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
+        ioctl(m_terminal, TIOCSWINSZ, &size);
+    }
+
+    void signal(int number) const { kill(m_pid, number); }
 
     /// Reads to the end, bounded. Returns the program's exit status.
     int finish()
@@ -95,4 +114,5 @@ private:
     int m_terminal = -1;
     pid_t m_pid = -1;
     std::string m_shown;
+    std::size_t m_asked = 0; ///< so much of it
 };

@@ -1,11 +1,13 @@
-#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/commands/Commands.h"
-#include "apps/sdc/commands/Console.h"
+#include "apps/sdc/console/Console.h"
+#include "apps/sdc/console/LineEditor.h"
+#include "apps/sdc/console/LineHistory.h"
+#include "apps/sdc/console/LineSource.h"
+#include "apps/sdc/console/Signals.h"
 #include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
-#include "host/Clock.h"
 
 #include <unistd.h>
 
@@ -14,7 +16,6 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -25,9 +26,22 @@ namespace {
 struct ConsoleOptions {
     std::string scenario;
     std::optional<std::uint32_t> channel; ///< that commands go to at first; the scenario's first otherwise
-    double speed = 0.0;
-    std::uint32_t traceLevel = 1;
+    ConsoleSetup setup;
+    bool isNotEchoed = false;
 };
+
+/// A person's lines are edited where the terminal can: it shows them as they come, on standard output or, where that goes
+/// somewhere else, on standard error.
+std::unique_ptr<LineSource> lineSource(const Console& console, Signals& signals, LineHistory& history, std::ostream* prompts)
+{
+    const int shown = isTerminal(STDOUT_FILENO) ? STDOUT_FILENO : STDERR_FILENO;
+    if (prompts == nullptr || !isCapableTerminal(shown)) {
+        return std::make_unique<PlainLines>(STDIN_FILENO, signals, prompts);
+    }
+    return makeLineEditor(
+        signals, history, [&console](const std::string& begun) { return console.complete(begun); },
+        shown == STDOUT_FILENO ? stdout : stderr);
+}
 
 ExitStatus talk(const ConsoleOptions& options, std::ostream& output)
 {
@@ -36,14 +50,21 @@ ExitStatus talk(const ConsoleOptions& options, std::ostream& output)
     }
     const Site site(options.scenario);
     const std::vector<std::uint32_t> wanted = options.channel ? std::vector{*options.channel} : std::vector<std::uint32_t>{};
-    const RadioChannel channel = chooseChannels(site, wanted).front().number;
-    const std::unique_ptr<host::Clock> clock = host::makeClock(options.speed);
-    Console console(site, channel, options.traceLevel, *clock, output);
-    const bool isUnderstood = console.obey(std::cin, isTerminal(STDIN_FILENO));
-    if (std::ferror(stdin) != 0) { // the stream takes it for the end
-        throw std::runtime_error("cannot read standard input");
+    ConsoleSetup setup = options.setup;
+    setup.channel = chooseChannels(site, wanted).front().number;
+    setup.isEchoed = !options.isNotEchoed;
+    setup.showsProgress = isCapableTerminal(STDERR_FILENO);
+
+    const bool isTyped = isTerminal(STDIN_FILENO);
+    Signals signals(!isTyped);
+    Console console(site, setup, output, std::cerr);
+    LineHistory history(isTyped ? historyFile() : std::nullopt);
+    const std::unique_ptr<LineSource> lines = lineSource(console, signals, history, isTyped ? &output : nullptr);
+    const ExitStatus status = console.obey(*lines);
+    if (signals.isEndWanted()) {
+        std::cerr << "sdc: stopped by a signal" << std::endl;
     }
-    return isUnderstood ? EXIT_COMPLETE : EXIT_USAGE;
+    return signals.isEndWanted() && status == EXIT_COMPLETE ? EXIT_STOPPED : status;
 }
 
 } // namespace
@@ -55,12 +76,18 @@ void addConsole(CLI::App& app, Command& command)
     addScenario(console, options->scenario);
     const Parsing<std::uint32_t> number{"N", "channel", "a number such as 1", parseCount};
     addParsed(console, "--channel", options->channel, number, "Radio channel of the scenario (its first)");
-    addSpeed(console, options->speed);
-    addTrace(console, options->traceLevel);
-    console.footer("Reads commands from standard input, one a line: 'help' lists them.\n\n"
+    addSpeed(console, options->setup.speed);
+    addFlag(console, "--stop-on-error", options->setup.endsAtError, "End at the first line whose work is not done");
+    addFlag(console, "--no-echo", options->isNotEchoed, "Do not show the lines of a script, only answers");
+    addTrace(console, options->setup.traceLevel);
+    console.footer("Reads commands from standard input, one a line: 'help' lists them. Answers go to\n"
+                   "standard output, errors to standard error; the first is the exit status. On a\n"
+                   "terminal TAB completes, Ctrl-R searches what was typed before, Ctrl-C clears the\n"
+                   "line or ends a wait, Ctrl-D leaves.\n\n"
                    "Examples:\n"
                    "  sdc console\n"
-                   "  printf '%s\\n' channel-scan-start wait get-result | sdc console\n");
+                   "  printf '%s\\n' channel-scan-start wait get-result | sdc console\n"
+                   "  sdc console --stop-on-error --no-echo <script\n");
     console.callback([options, &command] {
         command = [options] { return toStandardOutput([&](std::ostream& output) { return talk(*options, output); }); };
     });

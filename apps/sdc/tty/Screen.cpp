@@ -15,15 +15,11 @@
 
 namespace sdc {
 
-namespace {
-
 std::string_view environment(const char* name)
 {
     const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
     return value == nullptr ? "" : value;
 }
-
-} // namespace
 
 bool isTerminal(int file)
 {
@@ -32,7 +28,8 @@ bool isTerminal(int file)
 
 bool isCapableTerminal(int file)
 {
-    return isTerminal(file) && environment("TERM") != "dumb";
+    const std::string_view kind = environment("TERM");
+    return isTerminal(file) && !kind.empty() && kind != "dumb";
 }
 
 int terminalWidth(int file)

@@ -5,16 +5,20 @@
 #include <cstdint>
 #include <functional>
 #include <ostream>
+#include <string_view>
 
 namespace sdc {
 
 /// When to print in colour.
 enum class ColorMode : std::uint8_t { automatic, always, never };
 
+/// What a variable of the environment says; nothing where it is not set.
+std::string_view environment(const char* name);
+
 /// Whether a person looks at a file descriptor.
 bool isTerminal(int file);
 
-/// Whether a terminal stands behind a file descriptor that can write over a line: TERM is not "dumb".
+/// Whether a terminal stands behind a file descriptor that can write over a line: TERM is set, and not to "dumb".
 bool isCapableTerminal(int file);
 
 /// Columns of the terminal: as the terminal says, or else the environment variable COLUMNS, or else 80.
