@@ -58,7 +58,7 @@ bool hasRightKind(const Outcome& one)
 /// All that counts as an interferer reaches into the channel.
 bool hasRightPlace(const Outcome& one)
 {
-    return one.answer.place == sdc::InterferencePlace::coChannel;
+    return one.answer.place == sdc::InterferencePlace::coChannel || one.truth.channel.isFromBeside;
 }
 
 /// What was said of the links of a row.

@@ -313,12 +313,12 @@ void AirMaker::interferer()
 
 void AirMaker::fading()
 {
-    if (m_dice.happens(0.15)) {
+    if (m_dice.happens(0.1)) {
         m_site.link.rain.push_back({std::round(m_dice.uniform(0.0, 120000.0)), hundredth(m_dice.uniform(0.1, 1.0)),
             hundredth(m_dice.uniform(3.0, 25.0)), std::round(m_dice.uniform(0.0, 60000.0))});
     }
     constexpr std::uint32_t highestWithMultipath_GHz = 13;
-    if (m_site.plan.band_GHz <= highestWithMultipath_GHz && m_dice.happens(0.15)) {
+    if (m_site.plan.band_GHz <= highestWithMultipath_GHz && m_dice.happens(0.04)) {
         const double own_kHz = m_site.link.rxFrequency_kHz;
         const double way_kHz = std::round(m_spacing_kHz * m_dice.uniform(0.5, 2.0));
         m_site.link.notches.push_back({own_kHz - way_kHz, own_kHz + way_kHz, std::round(m_dice.logUniform(10.0, 1000.0)),

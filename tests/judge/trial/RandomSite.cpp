@@ -14,9 +14,10 @@ namespace {
 
 using simulator::Link;
 
-double rounded(double value, double step)
+/// As it is written with so many parts to a whole, such as 10 for one decimal.
+double rounded(double value, double parts)
 {
-    return std::round(value / step) * step;
+    return std::round(value * parts) / parts;
 }
 
 /// The raster, and the slice of it that is the receive range.
@@ -75,17 +76,17 @@ double filterWidth_kHz(Dice& dice, double spacing_kHz)
     const double share = dice.happens(0.3) ? dice.uniform(1.0, 1.15)
         : dice.happens(0.6)                ? dice.uniform(0.5, 1.0)
                                            : dice.uniform(0.1, 0.5);
-    return std::max(rounded(share * spacing_kHz, 50.0), 500.0);
+    return std::max(50.0 * std::round(share * spacing_kHz / 50.0), 500.0);
 }
 
 void chooseReceiver(Dice& dice, Link& link)
 {
     link.filterWidth_kHz = filterWidth_kHz(dice, link.channelSpacing_kHz);
-    link.noiseFigure_dB = rounded(dice.uniform(4.0, 10.0), 0.1);
-    link.jitter_dB = rounded(dice.uniform(0.3, 1.0), 0.01);
-    link.ultimateRejection_dB = rounded(dice.uniform(50.0, 60.0), 0.1);
+    link.noiseFigure_dB = rounded(dice.uniform(4.0, 10.0), 10.0);
+    link.jitter_dB = rounded(dice.uniform(0.3, 1.0), 100.0);
+    link.ultimateRejection_dB = rounded(dice.uniform(50.0, 60.0), 10.0);
     link.saturation_dBm = -20.0;
-    link.settlingTime_ms = dice.happens(0.5) ? 30.0 : rounded(dice.logUniform(30.0, 200.0), 1.0);
+    link.settlingTime_ms = dice.happens(0.5) ? 30.0 : std::round(dice.logUniform(30.0, 200.0));
 }
 
 } // namespace

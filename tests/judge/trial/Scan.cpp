@@ -1,8 +1,8 @@
 #include "tests/judge/trial/Scan.h"
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Radio/IFrequencyController.h"
 #include "Platform/Radio/IRssiHandler.h"
+#include "apps/sdc/scan/Channels.h"
 #include "host/Clock.h"
 #include "simulator/Radios.h"
 #include "simulator/radio/Radio.h"
@@ -69,8 +69,7 @@ std::optional<Course> courseOf(const Trial& trial)
 {
     host::VirtualClock clock;
     const simulator::Radios radios({simulator::withoutFaults(trial.channel())}, clock);
-    const auto start = trial.kind == sdc::ScanKind::channel ? SDC_CMD_CHANNEL_SCAN_START : SDC_CMD_SUB_BAND_SCAN_START;
-    const auto plan = terminal::previewPlan(radios.channels().front(), start);
+    const auto plan = terminal::previewPlan(radios.channels().front(), sdc::startCommand(trial.kind));
     if (!plan || plan->samples < 1 || plan->highest_kHz < plan->lowest_kHz) {
         return std::nullopt;
     }

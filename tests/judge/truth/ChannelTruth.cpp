@@ -5,7 +5,7 @@
 #include "simulator/radio/Air.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <optional>
 #include <set>
@@ -43,7 +43,7 @@ private:
     void explain(ChannelTruth& truth) const;
     std::vector<InterferenceKind> kindsOf(const Emitter& emitter) const;
     std::vector<std::int32_t> raisedBy(const Emitters& emitters) const;
-    std::int32_t raised(bool isNarrow) const;
+    std::int32_t highestFloor(bool isNarrow) const;
     simulator::Shoulders poorestMask() const;
     std::int32_t strongestNeighbour(
         std::uint32_t tuning_kHz, std::uint32_t channelsAway, const std::optional<simulator::Shoulders>& mask) const;
@@ -51,6 +51,7 @@ private:
 
     const Trial& m_trial;
     const QuietAir& m_air;
+    const simulator::Band m_channel;
     std::vector<std::int64_t> m_samples; ///< in the channel
     std::uint32_t m_tunings = 0;
     Emitters m_rest; ///< all that are no interferers
@@ -64,6 +65,7 @@ private:
 ChannelExaminer::ChannelExaminer(const Trial& trial, const QuietAir& air)
     : m_trial(trial)
     , m_air(air)
+    , m_channel(channelAround(trial.link().rxFrequency_kHz, trial.link().channelSpacing_kHz))
 {
     findInterferers();
     findSamples();
@@ -74,11 +76,10 @@ ChannelExaminer::ChannelExaminer(const Trial& trial, const QuietAir& air)
 
 void ChannelExaminer::findInterferers()
 {
-    const simulator::Band channel = channelAround(m_trial.link().rxFrequency_kHz, m_trial.link().channelSpacing_kHz);
     const Emitters& all = m_air.emitters();
     for (std::size_t index = 0; index < all.size(); ++index) {
         const bool isOwn = m_trial.isFarEndOn && index == 0;
-        const Reach reach = isOwn ? Reach::none : reachInto(channel, all[index]);
+        const Reach reach = isOwn ? Reach::none : reachInto(m_channel, all[index]);
         Emitters& list = reach == Reach::inside ? m_interferers : reach == Reach::grazing ? m_grazing : m_rest;
         list.push_back(all[index]);
     }
@@ -86,11 +87,9 @@ void ChannelExaminer::findInterferers()
 
 void ChannelExaminer::findSamples()
 {
-    const double centre_kHz = m_trial.link().rxFrequency_kHz;
-    const simulator::Band channel = channelAround(centre_kHz, m_trial.link().channelSpacing_kHz);
     const Course& course = m_air.course();
     for (std::int64_t sample = 0; sample < course.samples(); ++sample) {
-        if (channel.contains(course.tuning_kHz(sample))) {
+        if (m_channel.contains(course.tuning_kHz(sample))) {
             m_samples.push_back(sample);
         }
     }
@@ -117,22 +116,24 @@ void ChannelExaminer::measure(ChannelTruth& truth) const
 {
     truth.over = m_rises[m_highest];
     truth.level = m_floor[m_highest] + truth.over;
-    truth.raised = raised(truth.isNarrow) - m_air.noise();
+    truth.raised = highestFloor(truth.isNarrow) - m_air.noise();
     truth.isGrazed = !m_grazing.empty() && std::ranges::max(raisedBy(with(m_rest, m_grazing))) >= grazedFrom;
 }
 
-/// The highest floor; where no sample is near the centre, of all in the channel.
-std::int32_t ChannelExaminer::raised(bool isNarrow) const
+/// The highest floor, in all samples of the channel or in those nearest to its centre.
+std::int32_t ChannelExaminer::highestFloor(bool isNarrow) const
 {
-    const simulator::Link& link = m_trial.link();
-    const simulator::Band middle = channelAround(link.rxFrequency_kHz, link.channelSpacing_kHz / 2.0);
+    const auto distance_kHz = [this](std::int64_t sample) {
+        return std::llabs(std::int64_t{m_air.course().tuning_kHz(sample)} - m_trial.link().rxFrequency_kHz);
+    };
+    const std::int64_t nearest_kHz = distance_kHz(*std::ranges::min_element(m_samples, {}, distance_kHz));
     std::int32_t highest = rssiFloor;
-    for (std::size_t index = 0; index < m_samples.size() && !isNarrow; ++index) {
-        if (middle.contains(m_air.course().tuning_kHz(m_samples[index]))) {
+    for (std::size_t index = 0; index < m_samples.size(); ++index) {
+        if (isNarrow || distance_kHz(m_samples[index]) == nearest_kHz) {
             highest = std::max(highest, m_floor[index]);
         }
     }
-    return highest == rssiFloor ? std::ranges::max(m_floor) : highest;
+    return highest;
 }
 
 /// In each sweep, at one tuning of the channel.
@@ -191,6 +192,7 @@ void ChannelExaminer::name(ChannelTruth& truth) const
         if (strength >= std::max(strongest - asStrong, leastNoticed)) {
             const std::vector<InterferenceKind> these = kindsOf(*emitter);
             kinds.insert(these.begin(), these.end());
+            truth.isFromBeside = truth.isFromBeside || comesFromBeside(m_channel, *emitter);
         }
     }
     truth.kinds.assign(kinds.begin(), kinds.end());

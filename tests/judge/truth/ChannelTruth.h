@@ -34,15 +34,16 @@ struct ChannelTruth {
     bool comesAndGoes = false;    ///< is gone once from where it raises the floor most
     bool isShapedLikeOwn = false; ///< raises all tunings, five or more, alike: by no more than 3 dB from one to another
 
-    /// What the interferers may rightly be called: those of the strongest and of all that are within 6 dB of it.
+    /// What the interferers may rightly be called: the strongest, and all that are within 6 dB of it.
     std::vector<sdc::InterferenceKind> kinds;
+    bool isFromBeside = false; ///< of those one comes from beside the channel: it may be called adjacent, too
 
     /// The scan shows nothing of the channels beside, or hardly anything: a scan of the channel, or one of fewer than five
     /// samples.
     bool isNarrow = false;
 
-    /// Hundredths of a dB by which the floor lies over the receiver's own noise, at most: in the channel, in a scan that is
-    /// not narrow within a quarter of a spacing of its centre, where no slope of a neighbour should be seen.
+    /// Hundredths of a dB by which the floor lies over the receiver's own noise, at most: in the channel; in a scan that is
+    /// not narrow, and shows the neighbours whose slopes are seen there, in the sample nearest to its centre.
     std::int32_t raised = 0;
 
     /// Neighbours could explain the reading at `level`: those that are there, had they the poorest masks (25 and 45 dB), or

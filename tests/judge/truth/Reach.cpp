@@ -49,7 +49,7 @@ std::vector<Band> filledBy(const simulator::EdgeLeakage& edge)
 
 std::vector<Band> filledBy(const simulator::Recording& recording)
 {
-    return {{recording.lowest_kHz, recording.lowest_kHz + recording.bins->width_kHz()}};
+    return {simulator::BinnedSpectrum(recording).extent()};
 }
 
 Reach reachOf(const Band& filled, const Band& channel)
@@ -74,6 +74,16 @@ Reach reachInto(const Band& channel, const simulator::Emitter& emitter)
         return reach;
     };
     return std::visit(farthest, emitter.signal);
+}
+
+bool comesFromBeside(const Band& channel, const simulator::Emitter& emitter)
+{
+    const auto isBeside = [&](const Band& filled) {
+        const bool leavesSome = filled.low_kHz > channel.low_kHz || filled.high_kHz < channel.high_kHz;
+        return leavesSome && !channel.contains((filled.low_kHz + filled.high_kHz) / 2.0);
+    };
+    const auto areBeside = [&](const auto& signal) { return std::ranges::all_of(filledBy(signal), isBeside); };
+    return std::visit(areBeside, emitter.signal);
 }
 
 Band channelAround(double centre_kHz, double spacing_kHz)
