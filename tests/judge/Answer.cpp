@@ -1,6 +1,6 @@
 #include "tests/judge/Answer.h"
 
-#if __has_include("apps/sdc/result/Verdict.h")
+#if __has_include("apps/sdc/result/Raster.h")
 #include "apps/sdc/result/Analysis.h"
 #endif
 
@@ -14,7 +14,7 @@ sdc::RasterState stateOf(const Answer& answer, std::int64_t offset)
     return found == answer.raster.end() ? sdc::RasterState::unknown : found->state;
 }
 
-#if __has_include("apps/sdc/result/Verdict.h")
+#if __has_include("apps/sdc/result/Raster.h")
 Answer verdictOfSdc(const sdc::ChannelResult& channel, sdc::FarEnd farEnd)
 {
     const sdc::Analysis analysis = sdc::analyse(channel, farEnd);

@@ -3,31 +3,46 @@
 #include "apps/sdc/result/ScanResult.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#if __has_include("apps/sdc/result/Verdict.h")
+#if __has_include("apps/sdc/result/Raster.h")
 #include "apps/sdc/result/Raster.h"
 #include "apps/sdc/result/Verdict.h"
 #else
 namespace sdc {
 
 enum class Judgement : std::uint8_t { clear, suspected, disturbed, cannotTell };
+inline constexpr std::array<std::string_view, 4> judgements{"clear", "suspected", "disturbed", "cannot tell"};
 enum class InterferenceKind : std::uint8_t { carrier, line, burst, sweep, wideband };
+inline constexpr std::array<std::string_view, 5> interferenceKinds{"carrier", "line", "burst", "sweep", "wideband"};
 enum class InterferencePlace : std::uint8_t { coChannel, adjacent };
+inline constexpr std::array<std::string_view, 2> interferencePlaces{"co-channel", "adjacent"};
 enum class RasterState : std::uint8_t { own, occupied, intermittent, free, unknown };
+
+constexpr std::string_view toText(Judgement judgement)
+{
+    return judgements.at(static_cast<std::size_t>(judgement));
+}
+
+constexpr std::string_view toText(InterferenceKind kind)
+{
+    return interferenceKinds.at(static_cast<std::size_t>(kind));
+}
+
+constexpr std::string_view toText(InterferencePlace place)
+{
+    return interferencePlaces.at(static_cast<std::size_t>(place));
+}
 
 } // namespace sdc
 #endif
 
 namespace judge {
-
-// In the order of their enumerators.
-inline constexpr std::array<std::string_view, 4> judgementTexts{"clear", "suspected", "disturbed", "cannot tell"};
-inline constexpr std::array<std::string_view, 5> kindTexts{"carrier", "line", "burst", "sweep", "wideband"};
 
 struct RasterAnswer {
     std::int64_t offset = 0; ///< channels above the configured one

@@ -1,15 +1,19 @@
 #include "tests/judge/Document.h"
 
 #include "apps/sdc/plot/Gnuplot.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "tests/judge/Goals.h"
+#include "tests/judge/truth/ChannelTruth.h"
 
 #include <fmt/format.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 namespace judge {
 

@@ -1,9 +1,14 @@
 #include "tests/judge/Failures.h"
 
+#include "apps/sdc/result/ScanResult.h"
+#include "tests/judge/Answer.h"
 #include "tests/judge/Goals.h"
+#include "tests/judge/truth/ChannelTruth.h"
+#include "tests/judge/truth/RasterTruth.h"
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <string>
 #include <variant>
 
@@ -25,7 +30,7 @@ std::string described(const ChannelTruth& truth)
     }
     text += fmt::format(", {} dBm is {} dB over the floor,", inDecibels(truth.level), inDecibels(truth.over));
     for (const sdc::InterferenceKind kind : truth.kinds) {
-        text += fmt::format(" {}", kindTexts.at(static_cast<std::size_t>(kind)));
+        text += fmt::format(" {}", toText(kind));
     }
     return text + (truth.comesAndGoes ? ", comes and goes" : "")
         + (truth.isShapedLikeOwn ? ", shaped like the own carrier" : "");
@@ -33,12 +38,12 @@ std::string described(const ChannelTruth& truth)
 
 std::string described(const Answer& answer)
 {
-    std::string text(judgementTexts.at(static_cast<std::size_t>(answer.judgement)));
+    std::string text(toText(answer.judgement));
     if (answer.kind) {
-        text += fmt::format(", {}", kindTexts.at(static_cast<std::size_t>(*answer.kind)));
+        text += fmt::format(", {}", toText(*answer.kind));
     }
     if (answer.place) {
-        text += answer.place == sdc::InterferencePlace::adjacent ? ", adjacent" : ", co-channel";
+        text += fmt::format(", {}", toText(*answer.place));
     }
     if (answer.overFloor) {
         text += fmt::format(", {} dB", inDecibels(*answer.overFloor));

@@ -1,5 +1,10 @@
 #include "tests/judge/Goals.h"
 
+#include "apps/sdc/result/ScanResult.h"
+#include "tests/judge/Answer.h"
+#include "tests/judge/truth/ChannelTruth.h"
+#include "tests/judge/truth/RasterTruth.h"
+
 namespace judge {
 
 namespace {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "tests/judge/Answer.h"
 #include "tests/judge/Outcome.h"
+#include "tests/judge/truth/RasterTruth.h"
 
 #include <cstddef>
 #include <cstdint>

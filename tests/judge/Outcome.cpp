@@ -10,6 +10,12 @@
 #include <thread>
 #include <utility>
 
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
+#include "simulator/radio/Link.h"
+#include "tests/judge/truth/ChannelTruth.h"
+#include "tests/judge/truth/RasterTruth.h"
+
 namespace judge {
 
 namespace {

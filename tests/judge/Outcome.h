@@ -1,8 +1,10 @@
 #pragma once
 
+#include "apps/sdc/result/ScanResult.h"
 #include "tests/judge/Answer.h"
 #include "tests/judge/trial/Scan.h"
 #include "tests/judge/trial/Trial.h"
+#include "tests/judge/truth/RasterTruth.h"
 #include "tests/judge/truth/Truth.h"
 
 #include <cstdint>

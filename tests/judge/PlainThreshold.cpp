@@ -1,4 +1,7 @@
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "simulator/radio/Air.h"
+#include "simulator/radio/Band.h"
 #include "tests/judge/Answer.h"
 #include "tests/judge/truth/QuietAir.h"
 #include "tests/judge/truth/Reach.h"
@@ -6,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 
 namespace judge {

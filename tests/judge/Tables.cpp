@@ -1,12 +1,18 @@
 #include "tests/judge/Tables.h"
 
+#include "apps/sdc/result/ScanResult.h"
 #include "support/Table.h"
+#include "tests/judge/Answer.h"
 #include "tests/judge/Goals.h"
+#include "tests/judge/truth/ChannelTruth.h"
+#include "tests/judge/truth/RasterTruth.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -111,8 +117,8 @@ void writeLevels(std::ostream& stream, const Outcomes& outcomes, FarEnd told, Sc
 void writeKinds(std::ostream& stream, const Outcomes& outcomes, FarEnd told)
 {
     SaidTable table(outcomes, "kind");
-    for (std::size_t kind = 0; kind < kindTexts.size(); ++kind) {
-        table.add(std::string(kindTexts.at(kind)), [&](const Outcome& one) {
+    for (std::size_t kind = 0; kind < sdc::interferenceKinds.size(); ++kind) {
+        table.add(std::string(sdc::interferenceKinds.at(kind)), [&](const Outcome& one) {
             return isDisturbed(one, told, strong)
                 && std::ranges::count(one.truth.channel.kinds, static_cast<InterferenceKind>(kind)) > 0;
         });
@@ -124,15 +130,15 @@ void writeKinds(std::ostream& stream, const Outcomes& outcomes, FarEnd told)
 void writeConfusion(std::ostream& stream, const Outcomes& outcomes)
 {
     std::vector<support::Row> rows{{"is", "called carrier", "line", "burst", "sweep", "wideband", "no kind"}};
-    for (std::size_t kind = 0; kind < kindTexts.size(); ++kind) {
-        std::array<std::size_t, kindTexts.size() + 1> called{};
+    for (std::size_t kind = 0; kind < sdc::interferenceKinds.size(); ++kind) {
+        std::array<std::size_t, sdc::interferenceKinds.size() + 1> called{};
         for (const Outcome& one : outcomes) {
             const std::vector<InterferenceKind> only{static_cast<InterferenceKind>(kind)};
             if (isDisturbed(one, one.told, strong) && isAlarm(one) && one.truth.channel.kinds == only) {
-                ++called.at(one.answer.kind ? static_cast<std::size_t>(*one.answer.kind) : kindTexts.size());
+                ++called.at(one.answer.kind ? static_cast<std::size_t>(*one.answer.kind) : sdc::interferenceKinds.size());
             }
         }
-        support::Row row{std::string(kindTexts.at(kind))};
+        support::Row row{std::string(sdc::interferenceKinds.at(kind))};
         for (const std::size_t count : called) {
             row.push_back(std::to_string(count));
         }

@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <fstream>
@@ -17,7 +18,6 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 namespace {

@@ -86,7 +86,7 @@ void chooseReceiver(Dice& dice, Link& link)
     link.jitter_dB = rounded(dice.uniform(0.3, 1.0), 100.0);
     link.ultimateRejection_dB = rounded(dice.uniform(50.0, 60.0), 10.0);
     link.saturation_dBm = -20.0;
-    link.settlingTime_ms = dice.happens(0.5) ? 30.0 : std::round(dice.logUniform(30.0, 200.0));
+    link.settlingTime_ms = dice.happens(0.7) ? 30.0 : std::round(dice.logUniform(30.0, 200.0));
 }
 
 } // namespace

@@ -5,11 +5,14 @@
 #include "apps/sdc/scan/Channels.h"
 #include "host/Clock.h"
 #include "simulator/Radios.h"
+#include "simulator/radio/Link.h"
 #include "simulator/radio/Radio.h"
+#include "terminal/Peers.h"
 #include "terminal/PlanPreview.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <numeric>
 
 namespace judge {

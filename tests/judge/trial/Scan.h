@@ -1,10 +1,11 @@
 #pragma once
 
-#include "simulator/scenario/Scenario.h"
 #include "tests/judge/trial/Trial.h"
 
+#include "simulator/radio/Link.h"
 #include "terminal/ScanPlan.h"
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>

@@ -6,7 +6,6 @@
 #include "support/ReadableJson.h"
 #include "tests/judge/trial/RandomAir.h"
 #include "tests/judge/trial/RandomSite.h"
-#include "tests/support/Dice.h"
 
 #include "Platform/Host/RadioChannel.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/sdc/result/ScanResult.h"
+#include "simulator/radio/Link.h"
 #include "simulator/scenario/Scenario.h"
 
 #include <cstdint>

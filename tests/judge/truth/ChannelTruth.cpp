@@ -2,7 +2,13 @@
 
 #include "tests/judge/truth/Reach.h"
 
+#include "apps/sdc/result/ScanResult.h"
 #include "simulator/radio/Air.h"
+#include "simulator/radio/Band.h"
+#include "simulator/radio/Emitters.h"
+#include "simulator/radio/Link.h"
+#include "simulator/radio/emitters/Carrier.h"
+#include "tests/judge/trial/Scan.h"
 
 #include <algorithm>
 #include <cstdlib>

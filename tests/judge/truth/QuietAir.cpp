@@ -1,6 +1,8 @@
 #include "tests/judge/truth/QuietAir.h"
 
 #include "simulator/radio/Air.h"
+#include "simulator/radio/emitters/Carrier.h"
+#include "simulator/radio/emitters/ContinuousWave.h"
 
 #include <algorithm>
 #include <chrono>

@@ -4,7 +4,11 @@
 #include "tests/judge/truth/Reach.h"
 
 #include "simulator/radio/Air.h"
+#include "simulator/radio/Band.h"
+#include "simulator/radio/Emitters.h"
 #include "simulator/radio/Fading.h"
+#include "simulator/radio/Link.h"
+#include "tests/judge/trial/Scan.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,6 +4,12 @@
 #include <variant>
 #include <vector>
 
+#include "simulator/radio/emitters/Carrier.h"
+#include "simulator/radio/emitters/ContinuousWave.h"
+#include "simulator/radio/emitters/EdgeLeakage.h"
+#include "simulator/radio/emitters/NoiseBand.h"
+#include "simulator/radio/emitters/Recording.h"
+
 namespace judge {
 
 namespace {

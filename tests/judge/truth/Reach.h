@@ -18,8 +18,8 @@ enum class Reach : std::uint8_t {
 /// moment does not matter.
 Reach reachInto(const simulator::Band& channel, const simulator::Emitter& emitter);
 
-/// Whether an emitter that reaches into a channel does so from beside it: its middle lies outside, and it leaves a part of the
-/// channel free. Of several carriers in a row, all.
+/// Whether an emitter that reaches into a channel does so from beside it: its middle lies outside, and it leaves a part of
+/// the channel free. Of several carriers in a row, all.
 bool comesFromBeside(const simulator::Band& channel, const simulator::Emitter& emitter);
 
 /// The channel of a raster around a centre.
