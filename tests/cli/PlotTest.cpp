@@ -36,6 +36,35 @@ TEST_F(Plots, arePlainUnlessColourIsAskedFor)
     EXPECT_EQ(read("a.txt"), run("plot a.json").out);
 }
 
+TEST_F(Plots, takeSeveralResults)
+{
+    run("scan channel --quiet --json b.json --repeat 2 --start-time 2026-01-03T03:04:05Z");
+    const Outcome outcome = run("plot a.json b.json");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("\n* a.json, 2026-01-02 03:04:05 UTC\no b.json, 2026-01-03 03:04:05 UTC, 2 sweeps"));
+    EXPECT_EQ(run("plot a.json - <b.json").status, 0);
+    EXPECT_THAT(run("plot a.json - <b.json").out, HasSubstr("o standard input, 2026-01-03"));
+}
+
+TEST_F(Plots, tellWhatIsAskedAtMarksAndLimits)
+{
+    const std::string text = run("plot a.json --mark 19177.5 --mark 19180.750 --limit -35 --duplex -1010").out;
+    EXPECT_THAT(text, HasSubstr("receives (RX) at 19177.500 MHz, transmits (TX) at 18167.500 MHz, outside the plot\n"));
+    EXPECT_THAT(text, HasSubstr("mark 1: 19177.500 MHz, level -34."));
+    EXPECT_THAT(text, HasSubstr("mark 2: 19180.750 MHz, level -35.09 dBm\n"));
+    EXPECT_THAT(text, HasSubstr("mark 2 - mark 1: 3.250 MHz, level -0."));
+    EXPECT_THAT(text, HasSubstr("above -35.00 dBm: 19174.750 to 19178.750 MHz (-34.62 dBm)\n"));
+}
+
+TEST_F(Plots, showSweepsOneBelowTheOther)
+{
+    run("scan channel --quiet --repeat 5 --json b.json --waterfall b.txt --waterfall b.svg --start-time "
+        "2026-01-02T03:04:05Z");
+    EXPECT_THAT(read("b.txt"), HasSubstr("2026-01-02 03:04:05 UTC, 5 sweeps"));
+    EXPECT_THAT(read("b.svg"), HasSubstr("<svg"));
+    EXPECT_EQ(run("plot b.json --waterfall").out, read("b.txt"));
+}
+
 TEST_F(Plots, endTheirGnuplotWhenTheyEnd)
 {
     const tests::FakeGnuplot stuck("echo $$ >>process; exec sleep 1000");

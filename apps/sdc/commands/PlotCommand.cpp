@@ -110,6 +110,10 @@ void checkResults(const PlotCommandOptions& options)
     if (count > mostPlotted) {
         throw UsageError(fmt::format("{} results in one plot cannot be told apart; write at most {}", count, mostPlotted));
     }
+    if (options.isWaterfall && (count > 1 || options.limit)) {
+        throw UsageError(count > 1 ? "--waterfall draws one result; write one"
+                                   : "--waterfall has no line for --limit; write one of them");
+    }
     if (std::ranges::count(options.results, "-") > 1) {
         throw UsageError("standard input holds one result; write - once");
     }
@@ -129,7 +133,11 @@ std::string drawn(const PlotCommandOptions& options, const PlotOptions& plotting
         named.push_back({file == "-" ? "standard input" : support::shown(file, most), results[index]});
     }
     std::ostringstream picture;
-    writeOverlay(picture, named, plotting);
+    if (options.isWaterfall) {
+        writeWaterfall(picture, results.front(), plotting);
+    } else {
+        writeOverlay(picture, named, plotting);
+    }
     return picture.str();
 }
 
@@ -193,6 +201,8 @@ void addPlot(CLI::App& app, Command& command)
     const Parsing<std::uint32_t> size{"N", "size", "a number from 10 to 10000", parseSize};
     addParsed(plotting, "--width", options->width, size, "Pixels; columns of text");
     addParsed(plotting, "--height", options->height, size, "Pixels; rows of text");
+    addFlag(
+        plotting, "--waterfall", options->isWaterfall, "The sweeps one below the other, a colour or sign for\neach level");
     addMarks(plotting, options->marks_kHz);
     const Parsing<std::int32_t> limit{"DBM", "level", "a number of dBm with at most two decimals, such as -85", parseLimit};
     addParsed(plotting, "--limit", options->limit, limit, "Draws a line at a level, and tells what is above it");
@@ -204,6 +214,7 @@ void addPlot(CLI::App& app, Command& command)
     plotting.footer("Examples:\n"
                     "  sdc plot scan.json\n"
                     "  sdc plot scan.json --output scan.svg --width 1600 --height 600\n"
+                    "  sdc plot scan.json --waterfall --output scan.png\n"
                     "  sdc plot yesterday.json today.json\n"
                     "  sdc plot scan.json --mark 19177.5 --mark 19205 --limit -85\n");
     plotting.callback([options, &command] { command = [options] { return plot(*options); }; });

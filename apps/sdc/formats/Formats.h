@@ -54,6 +54,9 @@ void writeSweepRows(std::ostream& stream, const ScanResult& result, const WriteO
 /// A picture, of the kind that the file's name tells.
 void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options);
 
+/// The sweeps one below the other, as a picture of the kind that the file's name tells.
+void writeWaterfallPicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options);
+
 /// All formats. The first one is for people, and goes where nothing else is asked for.
 inline constexpr Format formats[] = {
     {"table", "Table, as on the terminal; - is standard output", writeTable},
@@ -61,6 +64,7 @@ inline constexpr Format formats[] = {
     {"json", "JSON: all that is known of the scan", writeJson},
     {"sweep", "Rows as power scanners of receivers write them", writeSweepRows},
     {"plot", "Picture: .svg, .png or .txt; - is text", writePicture, plotNameError, plotObstacle},
+    {"waterfall", "Picture of sweeps one below the other", writeWaterfallPicture, plotNameError, plotObstacle},
 };
 
 } // namespace sdc

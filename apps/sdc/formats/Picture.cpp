@@ -6,10 +6,23 @@
 
 namespace sdc {
 
+namespace {
+
+PlotOptions plotOptions(const WriteOptions& options)
+{
+    return {.format = plotFormat(options.file).value(), .width = options.width, .isColored = options.isColored};
+}
+
+} // namespace
+
 void writePicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
 {
-    writePlot(stream, result,
-        {.format = plotFormat(options.file).value(), .width = options.width, .isColored = options.isColored});
+    writePlot(stream, result, plotOptions(options));
+}
+
+void writeWaterfallPicture(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
+{
+    writeWaterfall(stream, result, plotOptions(options));
 }
 
 } // namespace sdc

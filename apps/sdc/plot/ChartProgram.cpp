@@ -28,7 +28,7 @@ set key below horizontal Left reverse height 0.4
 )";
 
 constexpr const char* forgotten =
-    "unset label\nunset object\nunset arrow\nunset x2tics\nunset x2label\n"; // of the plot before
+    "unset label\nunset object\nunset arrow\nunset x2tics\nunset x2label\nunset y2tics\n"; // of the plot before
 
 std::string listOf(const std::vector<Tick>& ticks, const FrequencyAxis& axis)
 {

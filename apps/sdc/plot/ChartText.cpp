@@ -42,13 +42,15 @@ LevelScale textScale(const Chart& chart, int rows)
     return {{-300, 100}, 100};
 }
 
+constexpr int columnsOfALabel = 6;
+
 /// Draws what stands on the scale of levels.
 class TextPlot {
 public:
     TextPlot(const Chart& chart, int width, int rows)
         : m_chart(chart)
         , m_scale(textScale(chart, rows))
-        , m_frame(chart, width, rows)
+        , m_frame(chart, {.left = columnsOfALabel, .right = width - 1}, rows)
     {
     }
 

@@ -4,6 +4,7 @@
 #include "apps/sdc/plot/ChartProgram.h"
 #include "apps/sdc/plot/ChartText.h"
 #include "apps/sdc/plot/Gnuplot.h"
+#include "apps/sdc/plot/Waterfall.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace sdc {
@@ -45,40 +47,69 @@ std::vector<std::vector<Member>> byChannel(const std::vector<Plotted>& results)
     return all;
 }
 
-std::vector<Chart> chartsOf(const std::vector<Plotted>& results, const PlotOptions& options)
+/// A chart, and the channel of the first result in it.
+struct Drawn {
+    Chart chart;
+    const ChannelResult& channel;
+};
+
+std::vector<Drawn> plotsOf(const std::vector<Plotted>& results, const PlotOptions& options)
 {
-    std::vector<Chart> charts;
+    std::vector<Drawn> plots;
     for (const std::vector<Member>& members : byChannel(results)) {
-        charts.push_back(chartOf(members, options));
+        Chart chart = chartOf(members, options);
         for (const auto& [name, result] : results) {
             if (std::ranges::find(members, &result, [](const Member& one) { return &one.result; }) == members.end()) {
-                charts.back().notes.push_back(fmt::format("channel {} is not in {}", members.front().channel.channel, name));
+                chart.notes.push_back(fmt::format("channel {} is not in {}", members.front().channel.channel, name));
             }
         }
+        plots.push_back({std::move(chart), members.front().channel});
     }
-    return charts;
+    return plots;
 }
 
-std::string programOf(const std::vector<Chart>& charts, const PlotOptions& options)
+using DrawOne = std::string (*)(const Drawn& drawn, const PlotOptions& options);
+
+/// How one kind of plot is drawn.
+struct Kind {
+    DrawOne program;
+    DrawOne text;
+};
+
+constexpr Kind traces{[](const Drawn& drawn, const PlotOptions& options) { return chartProgram(drawn.chart, options); },
+    [](const Drawn& drawn, const PlotOptions& options) { return chartText(drawn.chart, options); }};
+constexpr Kind waterfalls{
+    [](const Drawn& drawn, const PlotOptions& options) { return waterfallProgram(drawn.channel, drawn.chart, options); },
+    [](const Drawn& drawn, const PlotOptions& options) { return waterfallText(drawn.channel, drawn.chart, options); }};
+
+std::string programOf(const std::vector<Drawn>& plots, const PlotOptions& options, const Kind& kind)
 {
     std::size_t notes = 0;
-    for (const Chart& chart : charts) {
-        notes = std::max(notes, pictureNotes(chart, options).size());
+    for (const Drawn& plot : plots) {
+        notes = std::max(notes, pictureNotes(plot.chart, options).size());
     }
-    std::string program = programHead(options, charts.size(), notes);
-    for (const Chart& chart : charts) {
-        program += chartProgram(chart, options);
+    std::string program = programHead(options, plots.size(), notes);
+    for (const Drawn& plot : plots) {
+        program += kind.program(plot, options);
     }
-    return program + programTail(charts.size());
+    return program + programTail(plots.size());
 }
 
-std::string textOf(const std::vector<Chart>& charts, const PlotOptions& options)
+std::string textOf(const std::vector<Drawn>& plots, const PlotOptions& options, const Kind& kind)
 {
     std::string text;
-    for (const Chart& chart : charts) {
-        text += (text.empty() ? "" : "\n") + chartText(chart, options);
+    for (const Drawn& plot : plots) {
+        text += (text.empty() ? "" : "\n") + kind.text(plot, options);
     }
     return text;
+}
+
+void write(std::ostream& stream, const std::vector<Plotted>& results, const PlotOptions& wanted, const Kind& kind)
+{
+    const PlotOptions options = drawable(wanted);
+    const std::vector<Drawn> plots = plotsOf(results, options);
+    stream << (options.format == PlotFormat::text ? textOf(plots, options, kind)
+                                                  : runGnuplot(programOf(plots, options, kind)));
 }
 
 } // namespace
@@ -109,19 +140,22 @@ std::string plotObstacle(const std::string& file)
 
 std::string plotProgram(const ScanResult& result, const PlotOptions& options)
 {
-    return programOf(chartsOf({{"", result}}, options), drawable(options));
+    return programOf(plotsOf({{"", result}}, options), drawable(options), traces);
 }
 
 void writePlot(std::ostream& stream, const ScanResult& result, const PlotOptions& options)
 {
-    writeOverlay(stream, {{"", result}}, options);
+    write(stream, {{"", result}}, options, traces);
 }
 
-void writeOverlay(std::ostream& stream, const std::vector<Plotted>& results, const PlotOptions& wanted)
+void writeOverlay(std::ostream& stream, const std::vector<Plotted>& results, const PlotOptions& options)
 {
-    const PlotOptions options = drawable(wanted);
-    const std::vector<Chart> charts = chartsOf(results, options);
-    stream << (options.format == PlotFormat::text ? textOf(charts, options) : runGnuplot(programOf(charts, options)));
+    write(stream, results, options, traces);
+}
+
+void writeWaterfall(std::ostream& stream, const ScanResult& result, const PlotOptions& options)
+{
+    write(stream, {{"", result}}, options, waterfalls);
 }
 
 } // namespace sdc

@@ -57,4 +57,9 @@ void writePlot(std::ostream& stream, const ScanResult& result, const PlotOptions
 /// @throws std::runtime_error as writePlot
 void writeOverlay(std::ostream& stream, const std::vector<Plotted>& results, const PlotOptions& options);
 
+/// Draws the sweeps of a result one below the other, with colours or signs for levels: one waterfall for each channel. Where
+/// there are more sweeps than room, each row shows the strongest levels of several, which is said below.
+/// @throws std::runtime_error as writePlot
+void writeWaterfall(std::ostream& stream, const ScanResult& result, const PlotOptions& options);
+
 } // namespace sdc

@@ -60,26 +60,24 @@ std::vector<std::string> legendLines(const std::vector<LegendItem>& items, int w
     return lines;
 }
 
-TextFrame::TextFrame(const Chart& chart, int width, int rows)
+TextFrame::TextFrame(const Chart& chart, const Sides& sides, int rows)
     : m_chart(chart)
+    , m_sides(sides)
     , m_rows(rows)
-    , m_canvas(width, rows + 2)
+    , m_canvas(sides.right + 1, rows + 2)
 {
 }
 
 Room TextFrame::room() const
 {
-    return {.width = static_cast<double>(right() - left() - 2),
-        .height = m_rows - 1.0,
-        .characterWidth = 1.0,
-        .lineHeight = 1.0};
+    return {.width = m_sides.columns() - 1.0, .height = m_rows - 1.0, .characterWidth = 1.0, .lineHeight = 1.0};
 }
 
 int TextFrame::columnOf(std::int64_t frequency_kHz) const
 {
     const double share =
         static_cast<double>(frequency_kHz - m_chart.range_kHz.lowest) / static_cast<double>(m_chart.range_kHz.span());
-    return left() + 1 + static_cast<int>(std::lround(share * (right() - left() - 2)));
+    return left() + 1 + static_cast<int>(std::lround(share * (m_sides.columns() - 1)));
 }
 
 void TextFrame::draw()

@@ -27,14 +27,22 @@ class TextFrame {
 public:
     static constexpr int linesAround = 4; ///< title, raster, ticks; without legend and notes
 
+    /// Columns of the frame's sides; labels of rows stand left of them.
+    struct Sides {
+        int left;
+        int right;
+
+        int columns() const { return right - left - 1; } ///< between them
+    };
+
     /// @param rows  of the frame
-    TextFrame(const Chart& chart, int width, int rows);
+    TextFrame(const Chart& chart, const Sides& sides, int rows);
 
     TextCanvas& canvas() { return m_canvas; }
     Room room() const;
 
-    int left() const { return 6; }
-    int right() const { return m_canvas.columns() - 1; }
+    int left() const { return m_sides.left; }
+    int right() const { return m_sides.right; }
     int top() const { return 1; }
     int bottom() const { return top() + m_rows - 1; }
     int columnOf(std::int64_t frequency_kHz) const;
@@ -52,6 +60,7 @@ private:
     void drawTicks();
 
     const Chart& m_chart;
+    Sides m_sides;
     int m_rows;
     TextCanvas m_canvas;
 };

@@ -28,7 +28,7 @@ std::vector<std::string> notesOf(const sdc::ScanResult& a, const sdc::ScanResult
 
 TEST(PlotNotes, areNoneWhereNothingIsAsked)
 {
-    EXPECT_THAT(notesOf(scanOf({-9000, -3000, -9000}), {}), IsEmpty());
+    EXPECT_THAT(notesOf(scanOf({-9000, -3000, -9000}), PlotOptions()), IsEmpty());
     EXPECT_THAT(notesOf(scanOf({-9000, -3000, -9000}), scanOf({-9000, -9000, -9000})), IsEmpty());
 }
 

@@ -228,7 +228,7 @@ TEST(PlotPrograms, whatIsSaidBelowAddsToTheHeight)
     const std::string program = sdc::plotProgram(bandResult(), {.marks_kHz = {19'177'500}});
     EXPECT_THAT(program, HasSubstr("size 1000,576 "));
     EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, GHz'.\"\\n\".\"mark 1: 19177.500 MHz, level -30.00 dBm\"\n"));
-    EXPECT_THAT(sdc::plotProgram(bandResult(), {.width = 300, .marks_kHz = {19'177'500}}), HasSubstr("size 300,592 "))
+    EXPECT_THAT(sdc::plotProgram(bandResult(), {.width = 300, .marks_kHz = {19'177'000}}), HasSubstr("size 300,592 "))
         << "in lines that fit";
 }
 
@@ -270,10 +270,10 @@ TEST(PlotPrograms, edgesOfChannelsAreDrawnWhereTheyCanBeTold)
 TEST(PlotPrograms, levelsThatNoReceiverReadsStandAtTheEndsOfTheScale)
 {
     const std::string program = sdc::plotProgram(scanOf({-9000, 2147483647, -9000, -2147483647 - 1, 6000, -20000}), {});
-    EXPECT_THAT(program, HasSubstr("set yrange [-205:90]\n"));
-    EXPECT_THAT(program, HasSubstr("$above << end\n101.000 90.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("set yrange [-205:100]\n"));
+    EXPECT_THAT(program, HasSubstr("$above << end\n101.000 100.00\nend\n"));
     EXPECT_THAT(program, HasSubstr("$below << end\n103.000 -205.00\nend\n"));
-    EXPECT_THAT(program, HasSubstr("101.000 90.00\n102.000 -90.00\n103.000 -205.00\n104.000 60.00\n"));
+    EXPECT_THAT(program, HasSubstr("101.000 100.00\n102.000 -90.00\n103.000 -205.00\n104.000 60.00\n"));
     EXPECT_THAT(program, HasSubstr("\"^ above the plot, the strongest level: 21474836.47 dBm at 101.000 MHz\""));
     EXPECT_THAT(program, HasSubstr("\"v below the plot, the weakest level: -21474836.48 dBm at 103.000 MHz\""));
     EXPECT_THAT(program, HasSubstr("$peaks << end\n104.000 60.00\nend\n"));

@@ -1,0 +1,198 @@
+#include "apps/sdc/plot/Waterfall.h"
+#include "apps/sdc/plot/Plot.h"
+
+#include "TestResults.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+using namespace testing_results;
+using sdc::PlotFormat;
+using sdc::PlotOptions;
+using sdc::Waterfall;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+constexpr std::int32_t nothing = Waterfall::nothing;
+
+/// A sweep each minute.
+sdc::ScanResult minutes(const std::vector<std::vector<std::int32_t>>& sweeps)
+{
+    std::vector<sdc::Sweep> all;
+    for (const auto& levels : sweeps) {
+        all.push_back(sweepOf(levels, aMoment + all.size() * 1min));
+    }
+    return resultOf({channelOf(1, all)});
+}
+
+std::string textOf(const sdc::ScanResult& result, PlotOptions options = {})
+{
+    options.format = PlotFormat::text;
+    return written([&](std::ostream& stream) { sdc::writeWaterfall(stream, result, options); });
+}
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::string programOf(const sdc::ScanResult& result, const PlotOptions& options = {})
+{
+    const sdc::ChannelResult& channel = result.channels[0];
+    return sdc::waterfallProgram(channel, sdc::chartOf({{"", result, channel}}, options), {.width = 1000, .height = 560});
+}
+
+} // namespace
+
+TEST(Waterfalls, haveARowForEachSweepAndAColumnForEachSample)
+{
+    const auto result = minutes({{-9000, -8000, -7000}, {-6000, -5000, -4000}});
+    const Waterfall waterfall = sdc::gathered(result.channels[0], {100'000, 102'000}, 3, 10);
+    EXPECT_EQ(waterfall.sweeps, 2U);
+    EXPECT_EQ(waterfall.sweepsOfARow, 1U);
+    ASSERT_EQ(waterfall.rows.size(), 2U);
+    EXPECT_THAT(waterfall.rows[0].levels, ElementsAre(-9000, -8000, -7000));
+    EXPECT_THAT(waterfall.rows[1].levels, ElementsAre(-6000, -5000, -4000));
+    EXPECT_EQ(waterfall.rows[1].start, aMoment + 1min);
+}
+
+TEST(Waterfalls, sampleFillsTheSliceThatItStandsFor)
+{
+    const auto result = minutes({{-9000, -8000, -7000}});
+    EXPECT_THAT(sdc::gathered(result.channels[0], {99'500, 102'500}, 7, 10).rows[0].levels,
+        ElementsAre(-9000, -9000, -8000, -8000, -7000, -7000, nothing));
+    EXPECT_THAT(sdc::gathered(result.channels[0], {98'000, 104'000}, 7, 10).rows[0].levels,
+        ElementsAre(nothing, nothing, -9000, -8000, -7000, nothing, nothing));
+}
+
+TEST(Waterfalls, columnShowsTheStrongestOfItsSamples)
+{
+    const auto result = minutes({{-9000, -3000, -7000, -8000, -4000, -9000}});
+    EXPECT_THAT(sdc::gathered(result.channels[0], {100'000, 105'000}, 2, 10).rows[0].levels, ElementsAre(-3000, -4000));
+}
+
+TEST(Waterfalls, moreSweepsThanRowsAreGatheredByTheirStrongest)
+{
+    std::vector<std::vector<std::int32_t>> sweeps(7, {-9000, -9000});
+    sweeps[4] = {-9000, -3000};
+    const auto result = minutes(sweeps);
+    const Waterfall waterfall = sdc::gathered(result.channels[0], {100'000, 101'000}, 2, 3);
+    EXPECT_EQ(waterfall.sweepsOfARow, 3U);
+    ASSERT_EQ(waterfall.rows.size(), 3U);
+    EXPECT_THAT(waterfall.rows[1].levels, ElementsAre(-9000, -3000));
+    EXPECT_EQ(waterfall.rows[1].start, aMoment + 3min);
+    EXPECT_THAT(waterfall.rows[2].levels, ElementsAre(-9000, -9000));
+    EXPECT_EQ(sdc::gathered(result.channels[0], {100'000, 101'000}, 2, 7).sweepsOfARow, 1U);
+}
+
+TEST(Waterfalls, hundredThousandSweepsFit)
+{
+    const std::vector<std::vector<std::int32_t>> sweeps(100'000, {-9000, -3000});
+    const auto result = minutes(sweeps);
+    const auto lines = linesOf(textOf(result, {.height = 24}));
+    EXPECT_LE(lines.size(), 25U);
+    EXPECT_THAT(lines.back(), testing::ContainsRegex("^each row shows the strongest levels of [0-9]+ sweeps$"));
+}
+
+TEST(Waterfalls, whatWasNotReadIsEmpty)
+{
+    auto result = minutes({{-9000, -8000, -7000}, {-9000, -8000, -7000}});
+    result.channels[0] =
+        channelOf(1, {sweepOf({-9000, -8000, -7000}), cutShort(sweepOf({-9000, -8000, -7000}), 1, sdc::Ending::stopped)});
+    EXPECT_THAT(
+        sdc::gathered(result.channels[0], {100'000, 102'000}, 3, 10).rows[1].levels, ElementsAre(-9000, nothing, nothing));
+    EXPECT_THAT(programOf(result), HasSubstr(" NaN NaN "));
+    EXPECT_THAT(textOf(result), HasSubstr("PARTIAL 4/6, stopped"));
+}
+
+TEST(Waterfalls, scaleHoldsAllThatAReceiverReads)
+{
+    const auto scaleOf = [](const std::vector<std::int32_t>& levels) {
+        const auto result = scanOf(levels);
+        const sdc::Range scale = sdc::waterfallScale(sdc::chartOf({{"", result, result.channels[0]}}, {}));
+        return std::pair(scale.lowest, scale.highest);
+    };
+    EXPECT_EQ(scaleOf({-9970, -3001}), std::pair(std::int64_t{-100}, std::int64_t{-30}));
+    EXPECT_EQ(scaleOf({-9000}), std::pair(std::int64_t{-90}, std::int64_t{-85}));
+    EXPECT_EQ(scaleOf({-9000, 2147483647}), std::pair(std::int64_t{-90}, std::int64_t{60}));
+}
+
+TEST(WaterfallTexts, strongerLevelsHaveOtherSigns)
+{
+    const auto lines = linesOf(textOf(minutes({{-9900, -9900, -9900}, {-6200, -6200, -6200}, {-3100, -3100, -3100}})));
+    EXPECT_THAT(lines[4], testing::StartsWith("03:04:05 +.."));
+    EXPECT_THAT(lines[5], HasSubstr("|+++"));
+    EXPECT_THAT(lines[6], HasSubstr("|@@@"));
+    EXPECT_THAT(lines, testing::Contains(testing::StartsWith(". -100.0 dBm and up   : -92.2   - ")));
+}
+
+TEST(WaterfallTexts, fitTheirSize)
+{
+    const std::vector<std::vector<std::int32_t>> sweeps(300, {-9000, -8000, -3000});
+    for (const int width : {40, 80, 200}) {
+        for (const int height : {15, 16, 24, 50}) {
+            const auto lines = linesOf(textOf(minutes(sweeps), {.width = width, .height = height}));
+            EXPECT_TRUE(std::ranges::all_of(
+                lines, [&](const std::string& line) { return line.size() <= static_cast<std::size_t>(width); }));
+            EXPECT_LE(lines.size(), static_cast<std::size_t>(height + 2)) << "with the lines that are said below";
+        }
+    }
+}
+
+TEST(WaterfallTexts, rowsOfMoreThanADayBearTheDay)
+{
+    auto result = minutes({{-9000}, {-9000}, {-9000}, {-9000}, {-9000}});
+    EXPECT_THAT(textOf(result), HasSubstr("\n03:08:05 +"));
+    result.channels[0].sweeps[4].start = aMoment + 24h;
+    EXPECT_THAT(textOf(result), HasSubstr("\n03 03:04 +"));
+}
+
+TEST(WaterfallTexts, channelsStandBelowOneAnother)
+{
+    const auto result = resultOf({channelOf(1, {sweepOf({-9000})}), channelOf(2, {sweepOf({-9000})})});
+    const std::string text = textOf(result);
+    EXPECT_THAT(text, HasSubstr("scan, channel 1\n"));
+    EXPECT_THAT(text, HasSubstr("\n\ntest-link, KLM6 18G, sub-band scan, channel 2\n"));
+}
+
+TEST(WaterfallPrograms, haveColoursForLevelsAndAxesForSweepsAndTheirTimes)
+{
+    const std::string program = programOf(minutes({{-9970, -3001}, {-9000, -9000}}));
+    EXPECT_THAT(program, HasSubstr("set cbrange [-100:-30]\n"));
+    EXPECT_THAT(program, HasSubstr("set yrange [2.5:0.5]\n"));
+    EXPECT_THAT(program, HasSubstr("set ytics (\"1\" 1, \"2\" 2)\n"));
+    EXPECT_THAT(program, HasSubstr("\"03:04:05\" 1, \"03:05:05\" 2)\n"));
+    EXPECT_THAT(program, HasSubstr("plot $levels matrix using (99.500+$1*"));
+    EXPECT_THAT(program, HasSubstr(":(1+$2*1):3 with image"));
+    EXPECT_THAT(program, Not(HasSubstr("rectangle")));
+}
+
+TEST(WaterfallPrograms, rowsOfSeveralSweepsStandInTheirMiddle)
+{
+    const std::vector<std::vector<std::int32_t>> sweeps(1000, {-9000, -3000});
+    const std::string program = programOf(minutes(sweeps));
+    EXPECT_THAT(program, HasSubstr(":(2+$2*3):3 with image"));
+    EXPECT_THAT(program, HasSubstr("set yrange [1002.5:0.5]\n"));
+    EXPECT_THAT(program, HasSubstr("\"each row shows the strongest levels of 3 sweeps\""));
+}
+
+TEST(WaterfallPrograms, areDrawn)
+{
+    for (const auto& [format, beginning] : {std::pair{PlotFormat::svg, "<?xml"}, {PlotFormat::png, "\x89PNG"}}) {
+        const auto picture = written([&, kind = format](std::ostream& stream) {
+            sdc::writeWaterfall(stream, minutes({{-9970, -3001}, {-9000, -9000}}), {.format = kind});
+        });
+        EXPECT_THAT(picture, testing::StartsWith(beginning));
+    }
+}
