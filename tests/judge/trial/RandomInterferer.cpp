@@ -138,9 +138,6 @@ Emitter InterfererMaker::wideband(double centre_kHz)
 
 Emitter InterfererMaker::emitterAt(double centre_kHz)
 {
-    using Make = Emitter (InterfererMaker::*)(double);
-    constexpr Make kinds[] = {
-        &InterfererMaker::modulated, &InterfererMaker::modulated, &InterfererMaker::line, &InterfererMaker::line};
     const double draw = m_dice.uniform(0.0, 1.0);
     if (draw < 0.08) {
         return radar(centre_kHz);
@@ -148,7 +145,7 @@ Emitter InterfererMaker::emitterAt(double centre_kHz)
     if (draw < 0.16) {
         return sweepingLine(centre_kHz);
     }
-    Emitter emitter = draw < 0.3 ? wideband(centre_kHz) : (this->*m_dice.pick(kinds))(centre_kHz);
+    Emitter emitter = draw < 0.3 ? wideband(centre_kHz) : draw < 0.65 ? modulated(centre_kHz) : line(centre_kHz);
     if (m_dice.happens(0.4)) {
         emitter.schedule = turns();
     }
