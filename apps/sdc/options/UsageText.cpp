@@ -163,7 +163,7 @@ Words candidatesAt(const Walk& walk, const std::string& begun)
         return valuesBehind(begun.substr(0, equals), walk.command());
     }
     CLI::Option* const expected = walk.expected();
-    Words all = expected == nullptr ? Words() : offeredFor(*expected);
+    Words all = expected == nullptr || (isOption && !walk.isValueNext()) ? Words() : offeredFor(*expected);
     const bool isFile = std::ranges::find(all, anyFile) != all.end();
     if (walk.isValueNext() || (isFile && !isOption)) {
         return all;

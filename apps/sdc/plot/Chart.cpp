@@ -2,8 +2,8 @@
 
 #include "apps/sdc/plot/ChartNotes.h"
 #include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/Peaks.h"
 #include "apps/sdc/result/Survey.h"
-#include "apps/sdc/result/Sweep.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 

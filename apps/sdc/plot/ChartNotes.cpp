@@ -1,6 +1,7 @@
 #include "apps/sdc/plot/ChartNotes.h"
 
 #include "apps/sdc/plot/Axes.h"
+#include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/result/Sweep.h"
 #include "support/Text.h"
 #include "support/Time.h"

@@ -1,5 +1,7 @@
 #include "apps/sdc/plot/Axes.h"
+#include "apps/sdc/plot/Chart.h"
 #include "apps/sdc/plot/ChartProgram.h"
+#include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/plot/Waterfall.h"
 #include "apps/sdc/result/ScanResult.h"
 

@@ -1,4 +1,6 @@
 #include "apps/sdc/plot/Axes.h"
+#include "apps/sdc/plot/Chart.h"
+#include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/plot/TextCanvas.h"
 #include "apps/sdc/plot/TextFrame.h"
 #include "apps/sdc/plot/Waterfall.h"
