@@ -21,12 +21,12 @@ TEST_F(Completion, offersCommandsOptionsAndTheirWords)
             {"scan ''",
                 "channel sub-band --help --scenario --channel --speed --repeat --table --csv --json --sweep --plot "
                 "--waterfall --rows "
-                "--color --quiet --trace --start-time"},
+                "--color --quiet --trace --trace-level --start-time"},
             {"scan sub-band --s", "--scenario --speed --sweep --start-time"}, {"scan --quiet s", "sub-band"},
             {"scan --speed ''", "real max"}, {"scan --color a", "auto always"}, {"scan --repeat ''", "forever"},
             {"scan --start-time ''", ""}, {"plan --trace ''", ""}, {"console --trace ''", "0 1 5 6 7"},
-            {"console --s", "--scenario --speed --stop-on-error"}, {"scan --csv a", "FILE"},
-            {"plan --scenario 18-f", "18-f595 FILE"}, {"scenarios show 18-f", "18-f595 FILE"},
+            {"console --s", "--scenario --speed --stop-on-error"}, {"scan --trace ''", "max average min"},
+            {"scan --csv a", "FILE"}, {"plan --scenario 18-f", "18-f595 FILE"}, {"scenarios show 18-f", "18-f595 FILE"},
             {"scenarios check a b sto", "storm FILE"}, {"plot --format ''", "svg png text"}, {"plot ''", "FILE"},
             {"plot a.json --o", "--output"}, {"compare a.json ''", "FILE"},
             {"compare a.json b.json ''", "--help --threshold"}, {"bogus ''", ""},

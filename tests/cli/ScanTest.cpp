@@ -158,7 +158,7 @@ TEST_F(Scan, isQuietOnRequestButForFailures)
     const Outcome quiet = run("scan channel --quiet");
     EXPECT_THAT(quiet.err, IsEmpty());
     EXPECT_THAT(quiet.out, HasSubstr("19188.750"));
-    const Outcome failed = run("scan channel --scenario flaky --quiet --trace 0");
+    const Outcome failed = run("scan channel --scenario flaky --quiet --trace-level 0");
     EXPECT_EQ(failed.status, 3);
     EXPECT_THAT(failed.err, StartsWith("sdc: channel 1: tuning to "));
     EXPECT_EQ(lines(failed.err).size(), 1U);
@@ -168,8 +168,8 @@ TEST_F(Scan, tracesErrorsByDefaultAndStepsOnRequest)
 {
     EXPECT_THAT(run("scan channel").err, Not(HasSubstr("ZRP.SDC")));
     EXPECT_THAT(run("scan channel --scenario flaky").err, HasSubstr("ZRP.SDC 1   sweep: Failed to set RX frequency "));
-    EXPECT_THAT(run("scan channel --scenario flaky --trace 0").err, Not(HasSubstr("ZRP.SDC")));
-    const std::string steps = run("scan channel --trace 7").err;
+    EXPECT_THAT(run("scan channel --scenario flaky --trace-level 0").err, Not(HasSubstr("ZRP.SDC")));
+    const std::string steps = run("scan channel --trace-level 7").err;
     EXPECT_THAT(
         steps, HasSubstr("ZRP.SDC 6 > setCommand: m_radioChannelId=1, SDCStatus::toString(m_status)=scan-not-started"));
     EXPECT_THAT(steps, HasSubstr("ZRP.SDC 7   sweep: Set RX frequency kHz 19164750\n"));

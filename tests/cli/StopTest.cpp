@@ -58,7 +58,7 @@ TEST_F(Stop, reachesAllChannels)
 TEST_F(Stop, endsSweepsThatGoOn)
 {
     for (const char* const sweeps : {"forever", "4000000000"}) {
-        RunningSdc sdc(folder, {"scan", "channel", "--repeat", sweeps, "--json", "result.json", "--trace", "5"});
+        RunningSdc sdc(folder, {"scan", "channel", "--repeat", sweeps, "--json", "result.json", "--trace-level", "5"});
         ASSERT_TRUE(isSaid("m_firstSetRxWait_ms"));
         sdc.interrupt();
         EXPECT_EQ(sdc.waitForExitStatus(), 4) << sweeps;

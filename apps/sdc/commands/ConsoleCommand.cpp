@@ -79,7 +79,7 @@ void addConsole(CLI::App& app, Command& command)
     addSpeed(console, options->setup.speed);
     addFlag(console, "--stop-on-error", options->setup.endsAtError, "End at the first line whose work is not done");
     addFlag(console, "--no-echo", options->isNotEchoed, "Do not show the lines of a script, only answers");
-    addTrace(console, options->setup.traceLevel);
+    addTraceLevel(console, options->setup.traceLevel, "--trace-level,--trace");
     console.footer("Reads commands from standard input, one a line: 'help' lists them. Answers go to\n"
                    "standard output, errors to standard error; the first is the exit status. On a\n"
                    "terminal TAB completes, Ctrl-R searches what was typed before, Ctrl-C clears the\n"

@@ -189,7 +189,8 @@ void addScan(CLI::App& app, Command& command)
     addParsed(scanning, "--repeat", options->session.sweeps, sweeps, "Sweeps of each channel; forever: until Ctrl-C (1)");
     addOutputs(scanning, options->outputs);
     addFlag(scanning, "--quiet", options->isQuiet, "No plan, no progress; only results and failures");
-    addTrace(scanning, options->traceLevel);
+    addTrace(scanning, options->outputs.trace, &options->traceLevel);
+    addTraceLevel(scanning, options->traceLevel);
     const Parsing<TimePoint> time{"TIME", "time", "one such as 2026-01-02T03:04:05Z", parseTime};
     addParsed(
         scanning, "--start-time", options->start, time, "When simulated time begins, such as\n2026-01-02T03:04:05Z (now)");

@@ -2,6 +2,7 @@
 
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 
 #include <cstddef>
 #include <ostream>
@@ -11,10 +12,11 @@ namespace sdc {
 
 /// What the writer of a format is told.
 struct WriteOptions {
-    std::string file{"-"};  ///< name of the file that is written; "-": standard output
-    std::size_t rows = 0;   ///< most rows of a table, 0: one for each sample
-    int width = 0;          ///< columns of the terminal that shows it; 0: none does
-    bool isColored = false; ///< by ANSI sequences; the text says the same without
+    std::string file{"-"};        ///< name of the file that is written; "-": standard output
+    std::size_t rows = 0;         ///< most rows of a table, 0: one for each sample
+    int width = 0;                ///< columns of the terminal that shows it; 0: none does
+    bool isColored = false;       ///< by ANSI sequences; the text says the same without
+    TraceKind trace = usualTrace; ///< of several sweeps, what stands for a frequency
 };
 
 /// A way in which the samples of a scan are written.

@@ -33,7 +33,7 @@ std::optional<HoldsInFile> holdsOf(const ChannelResult& channel)
     return lists;
 }
 
-ChannelInFile inFile(const ChannelResult& channel)
+ChannelInFile inFile(const ChannelResult& channel, TraceKind trace)
 {
     ChannelInFile written{.channel = channel.channel,
         .unitTypeText = channel.unitTypeText,
@@ -41,7 +41,7 @@ ChannelInFile inFile(const ChannelResult& channel)
         .plan = channel.plan,
         .sweeps = {},
         .holds = holdsOf(channel),
-        .analysis = {analyse(traceOf(channel, TraceKind::average), channel.plan)}};
+        .analysis = {analyse(traceOf(channel, trace), channel.plan, resolutionOf(channel)), trace}};
     for (const Sweep& sweep : channel.sweeps) {
         written.sweeps.push_back({sweep, sweep.reason.empty() ? std::nullopt : std::optional(sweep.reason),
             channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
@@ -51,7 +51,7 @@ ChannelInFile inFile(const ChannelResult& channel)
 
 } // namespace
 
-void writeJson(std::ostream& stream, const ScanResult& result, const WriteOptions&)
+void writeJson(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
 {
     ResultInFile written{.programVersion = SDC_VERSION,
         .scenario = result.scenario,
@@ -59,7 +59,8 @@ void writeJson(std::ostream& stream, const ScanResult& result, const WriteOption
         .kind = result.kind,
         .farEnd = result.farEnd,
         .channels = {}};
-    std::ranges::transform(result.channels, std::back_inserter(written.channels), inFile);
+    std::ranges::transform(result.channels, std::back_inserter(written.channels),
+        [&options](const ChannelResult& channel) { return inFile(channel, options.trace); });
     support::writeReadably(stream, support::jsonOf(resultRecord(), &written));
 }
 

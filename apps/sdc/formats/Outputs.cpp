@@ -29,7 +29,8 @@ WriteOptions writeOptions(const Output& output, const OutputOptions& options)
     return {.file = output.file,
         .rows = options.rows,
         .width = isStandard && isTerminal(STDOUT_FILENO) ? terminalWidth(STDOUT_FILENO) : 0,
-        .isColored = isStandard && usesColor(options.color, STDOUT_FILENO)};
+        .isColored = isStandard && usesColor(options.color, STDOUT_FILENO),
+        .trace = options.trace};
 }
 
 /// Returns what went wrong.

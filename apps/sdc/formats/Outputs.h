@@ -2,6 +2,7 @@
 
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/tty/Screen.h"
 
 #include <cstddef>
@@ -20,6 +21,7 @@ struct OutputOptions {
     std::vector<Output> outputs; ///< at most one to standard output; where none goes there, the first format does
     std::size_t rows = 0;        ///< most rows of the table, 0: one for each sample
     ColorMode color{};
+    TraceKind trace = usualTrace; ///< of several sweeps, what stands for a frequency
 };
 
 /// Whether one of the outputs goes to standard output.

@@ -37,6 +37,7 @@ constexpr const char* yellow = "\033[33m";
 /// How the rows of a channel look.
 struct Layout {
     bool hasHolds;
+    TraceKind trace;
     bool isColored;
     std::int32_t perStep; ///< characters of the bar for 2 dB
 };
@@ -46,7 +47,8 @@ Layout layoutOf(const ChannelResult& channel, const WriteOptions& options)
     const bool hasHolds = channel.sweeps.size() > 1;
     const int besideBar = static_cast<int>(2 * column + (hasHolds ? 2 * holdColumn : 0) + 5); // with the last label
     constexpr int steps = (barEnd - barBegin) / barStep;
-    return {hasHolds, options.isColored, std::max(1, (std::max(options.width, leastWidth) - besideBar) / steps)};
+    return {
+        hasHolds, options.trace, options.isColored, std::max(1, (std::max(options.width, leastWidth) - besideBar) / steps)};
 }
 
 std::string colored(const std::string& text, const char* color, const Layout& layout)
@@ -60,12 +62,12 @@ std::size_t barLength(std::int32_t level, const Layout& layout)
     return static_cast<std::size_t>((shown * layout.perStep + barStep / 2) / barStep);
 }
 
-/// The bar of the level and, of several sweeps, beyond it up to the strongest.
+/// The bar of the average and, of several sweeps, beyond it up to the strongest.
 std::string bar(const Hold& row, const Layout& layout)
 {
-    const std::size_t level = barLength(row.average, layout);
-    const std::size_t strongest = std::max(level, barLength(row.max, layout));
-    return std::string(level, '#') + std::string(strongest - level, '+');
+    const std::size_t average = barLength(row.average, layout);
+    const std::size_t strongest = std::max(average, barLength(row.max, layout));
+    return std::string(average, '#') + std::string(strongest - average, '+');
 }
 
 std::string columns(const std::string& frequency, const std::string& level)
@@ -73,14 +75,34 @@ std::string columns(const std::string& frequency, const std::string& level)
     return fmt::format("{:>{}}{:>{}}", frequency, column, level, column);
 }
 
-std::string holdColumns(const std::string& max, const std::string& min)
+/// The levels of several sweeps that do not stand for a frequency.
+std::vector<TraceKind> besides(TraceKind trace)
 {
-    return fmt::format("{:>{}}{:>{}}", max, holdColumn, min, holdColumn);
+    std::vector<TraceKind> others{TraceKind::max, TraceKind::average, TraceKind::min};
+    std::erase(others, trace);
+    return others;
+}
+
+template <typename TextOf>
+std::string holdColumns(const Layout& layout, TextOf textOf)
+{
+    std::string text;
+    for (const TraceKind kind : layout.hasHolds ? besides(layout.trace) : std::vector<TraceKind>()) {
+        text += fmt::format("{:>{}}", textOf(kind), holdColumn);
+    }
+    return text;
+}
+
+/// Of a column.
+std::string shortName(TraceKind kind)
+{
+    return kind == TraceKind::average ? "avg" : std::string(toText(kind));
 }
 
 std::string header(const Layout& layout)
 {
-    std::string text = columns("MHz", "dBm") + (layout.hasHolds ? holdColumns("max", "min") : "") + "  ";
+    const std::string level = layout.hasHolds ? shortName(layout.trace) + " dBm" : "dBm";
+    std::string text = columns("MHz", level) + holdColumns(layout, shortName) + "  ";
     for (const char* const label : {"-100", "-80", "-60", "-40"}) {
         text += fmt::format("{:<{}}", label, 10 * layout.perStep);
     }
@@ -90,20 +112,13 @@ std::string header(const Layout& layout)
 void writeRow(std::ostream& stream, const Hold& row, const Analysis& analysis, const ScanPlan& plan, const Layout& layout)
 {
     const bool isInChannel = isConfigured(row.frequency_kHz, plan);
-    const bool isAboveFloor = analysis.floor && row.average >= *analysis.floor + leastProminence;
+    const std::int32_t level = levelOf(row, layout.trace);
+    const bool isAboveFloor = analysis.floor && level >= *analysis.floor + leastProminence;
     const std::string levels = bar(row, layout);
-    stream << columns(megahertz(row.frequency_kHz), hundredths(row.average))
-           << (layout.hasHolds ? holdColumns(hundredths(row.max), hundredths(row.min)) : "") << (isInChannel ? " *|" : "  |")
+    stream << columns(megahertz(row.frequency_kHz), hundredths(level))
+           << holdColumns(layout, [&row](TraceKind kind) { return hundredths(levelOf(row, kind)); })
+           << (isInChannel ? " *|" : "  |")
            << (isInChannel || isAboveFloor ? colored(levels, isInChannel ? green : yellow, layout) : levels) << '\n';
-}
-
-/// Rows of several frequencies show the strongest of them, and the extremes of all.
-Hold joined(const Hold& left, const Hold& right)
-{
-    Hold row = right.average > left.average ? right : left;
-    row.max = std::max(left.max, right.max);
-    row.min = std::min(left.min, right.min);
-    return row;
 }
 
 /// In the order taken: of one sweep each sample, of several each frequency.
@@ -129,19 +144,24 @@ void writeRows(
     }
     stream << colored(header(layout), bold, layout) << '\n';
     for (std::size_t first = 0; first < rows.size(); first += perRow) {
-        Hold row = rows[first];
-        for (std::size_t next = first + 1; next < std::min(first + perRow, rows.size()); ++next) {
-            row = joined(row, rows[next]);
-        }
-        writeRow(stream, row, analysis, channel.plan, layout);
+        const auto neighbours = std::span(rows).subspan(first, std::min(perRow, rows.size() - first));
+        const auto strongest =
+            std::ranges::max_element(neighbours, {}, [&layout](const Hold& row) { return levelOf(row, layout.trace); });
+        writeRow(stream, *strongest, analysis, channel.plan, layout);
     }
+}
+
+std::string longName(TraceKind kind)
+{
+    return kind == TraceKind::max ? "maximum" : kind == TraceKind::min ? "minimum" : "average power";
 }
 
 void writeState(std::ostream& stream, const ChannelResult& channel, const Layout& layout)
 {
     const std::size_t count = channel.sweeps.size();
     if (count > 1) {
-        stream << fmt::format("{} sweeps: # average power, + up to the strongest (max hold)\n", count);
+        stream << fmt::format(
+            "{} sweeps, by their {}: # average power, + up to the maximum\n", count, longName(layout.trace));
     }
     for (std::size_t index = 0; index < count; ++index) {
         const std::string state = stateOf(channel.sweeps[index], channel.plan);
@@ -163,11 +183,16 @@ std::string inMegahertz(std::uint32_t frequency_kHz)
     return megahertz(frequency_kHz) + " MHz";
 }
 
+std::string widthText(const Peak& peak)
+{
+    return peak.width_kHz ? inMegahertz(*peak.width_kHz) + " wide" : "under " + inMegahertz(peak.widthBelow_kHz.value_or(0));
+}
+
 std::string peakLines(const std::vector<Peak>& peaks)
 {
     std::string lines;
     for (const Peak& peak : std::span(peaks).first(std::min(peaks.size(), mostPeaksShown))) {
-        lines += line("peak", inMegahertz(peak.frequency_kHz), peak.level, inMegahertz(peak.width_kHz) + " wide");
+        lines += line("peak", inMegahertz(peak.frequency_kHz), peak.level, widthText(peak));
     }
     return peaks.size() <= mostPeaksShown
         ? lines
@@ -204,7 +229,7 @@ void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptio
 {
     for (const ChannelResult& channel : result.channels) {
         const Layout layout = layoutOf(channel, options);
-        const Analysis analysis = analyse(traceOf(channel, TraceKind::average), channel.plan);
+        const Analysis analysis = analyse(traceOf(channel, options.trace), channel.plan, resolutionOf(channel));
         if (result.channels.size() > 1) {
             stream << (&channel == &result.channels.front() ? "" : "\n")
                    << colored(

@@ -110,10 +110,29 @@ CLI::Option* addSpeed(CLI::App& app, double& speed)
         app, "--speed", speed, factor, "How fast time goes: real, max (no waiting), or a\nfactor such as 20 (max)");
 }
 
-CLI::Option* addTrace(CLI::App& app, std::uint32_t& level)
+CLI::Option* addTrace(CLI::App& app, TraceKind& kind, std::uint32_t* level)
+{
+    const auto store = [&kind, level](const std::string& text) {
+        const std::optional<TraceKind> named = parseTraceKind(text);
+        const auto number = level == nullptr ? std::nullopt : parseTraceLevel(text);
+        if (!named && !number) {
+            throw CLI::ValidationError("--trace", invalid("trace", text, "max, average or min"));
+        }
+        kind = named.value_or(kind);
+        if (number) {
+            *level = *number;
+        }
+    };
+    CLI::Option* const option = app.add_option_function<std::string>("--trace", store,
+        "Of several sweeps, the level that stands for a\nfrequency: max, average or min (" + std::string(toText(kind))
+            + ")");
+    return offer(option->type_name("WHICH"), Words(traceKinds.begin(), traceKinds.end()));
+}
+
+CLI::Option* addTraceLevel(CLI::App& app, std::uint32_t& level, const std::string& names)
 {
     const Parsing<std::uint32_t> number{"LEVEL", "trace level", "0 to 7", parseTraceLevel, {"0", "1", "5", "6", "7"}};
-    return addParsed(app, "--trace", level, number,
+    return addParsed(app, names, level, number,
         "Controllers' trace on standard error: 0 nothing,\n1 errors, 5 information, 6 calls, 7 steps (1)");
 }
 
@@ -211,6 +230,12 @@ std::optional<std::uint32_t> parseRepeat(std::string_view text)
     }
     const auto count = parseCount(text);
     return count && *count > 0 ? count : std::nullopt;
+}
+
+std::optional<TraceKind> parseTraceKind(std::string_view text)
+{
+    const auto name = std::ranges::find(traceKinds, text);
+    return name == traceKinds.end() ? std::nullopt : std::optional(static_cast<TraceKind>(name - traceKinds.begin()));
 }
 
 std::optional<std::uint32_t> parseTraceLevel(std::string_view text)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
 
@@ -40,18 +41,19 @@ Words offeredFor(CLI::Option& option);
 std::string invalid(const std::string& what, const std::string& text, const std::string& expected);
 
 /// An option whose text is parsed.
+/// @param names  with commas between them, as CLI11 takes them; messages say the first one
 template <typename Target, typename Value>
 CLI::Option* addParsed(
-    CLI::App& app, const std::string& name, Target& target, const Parsing<Value>& parsing, const std::string& help)
+    CLI::App& app, const std::string& names, Target& target, const Parsing<Value>& parsing, const std::string& help)
 {
-    const auto store = [name, &target, parsing](const std::string& text) {
+    const auto store = [name = names.substr(0, names.find(',')), &target, parsing](const std::string& text) {
         const std::optional<Value> parsed = parsing.parse(text);
         if (!parsed) {
             throw CLI::ValidationError(name, invalid(parsing.what, text, parsing.expected));
         }
         target = *parsed;
     };
-    return offer(app.add_option_function<std::string>(name, store, help)->type_name(parsing.typeName), parsing.words);
+    return offer(app.add_option_function<std::string>(names, store, help)->type_name(parsing.typeName), parsing.words);
 }
 
 /// For completion: the built-in scenarios, and files.
@@ -60,9 +62,15 @@ Words scenarioNames();
 CLI::Option* addScenario(CLI::App& app, std::string& scenario);
 CLI::Option* addChannels(CLI::App& app, std::vector<std::uint32_t>& channels);
 CLI::Option* addSpeed(CLI::App& app, double& speed);
-CLI::Option* addTrace(CLI::App& app, std::uint32_t& level);
 CLI::Option* addColor(CLI::App& app, ColorMode& color);
 CLI::Option* addFlag(CLI::App& app, const std::string& name, bool& flag, const std::string& help);
+
+/// Which trace stands for several sweeps.
+/// @param level  of the controllers' trace: what a number is taken for, as scripts write it that are older than the choice
+CLI::Option* addTrace(CLI::App& app, TraceKind& kind, std::uint32_t* level = nullptr);
+
+/// What is shown of the controllers' own trace.
+CLI::Option* addTraceLevel(CLI::App& app, std::uint32_t& level, const std::string& names = "--trace-level");
 
 /// The channels that have these numbers, in the order given; all of them for an empty list.
 /// @throws UsageError that tells which there are
@@ -89,7 +97,10 @@ std::optional<std::vector<std::uint32_t>> parseChannels(std::string_view text);
 /// Number of sweeps, at least 1; "forever" is 0.
 std::optional<std::uint32_t> parseRepeat(std::string_view text);
 
-/// A level of the trace, 0 to 7.
+/// Which of the levels of several sweeps stands for a frequency: "max", "average" or "min".
+std::optional<TraceKind> parseTraceKind(std::string_view text);
+
+/// A level of the controllers' trace, 0 to 7.
 std::optional<std::uint32_t> parseTraceLevel(std::string_view text);
 
 /// A moment such as 2026-01-02T03:04:05Z, in the years 1970 to 8999; up to three decimals of a second are allowed.

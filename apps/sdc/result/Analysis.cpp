@@ -115,13 +115,13 @@ bool isConfigured(std::uint32_t frequency_kHz, const ScanPlan& plan)
     return 2 * std::llabs(std::int64_t{frequency_kHz} - plan.rxFrequency_kHz) <= plan.channelSpacing_kHz;
 }
 
-Analysis analyse(const std::vector<SDCResult>& samples, const ScanPlan& plan)
+Analysis analyse(const std::vector<SDCResult>& samples, const ScanPlan& plan, double resolution_kHz)
 {
     Analysis analysis;
     analysis.floor = floorOf(samples, plan);
     analyseRaster(samples, plan, analysis);
     if (ascend(samples)) {
-        analysis.peaks = findPeaks(samples);
+        analysis.peaks = findPeaks(samples, resolution_kHz);
         analysis.peaks.resize(std::min(analysis.peaks.size(), mostPeaks));
     }
     return analysis;

@@ -43,7 +43,8 @@ struct Analysis {
 ///   its centre. The configured channel counts even when only part of it was seen.
 /// @param samples  frequencies ascending; where they do not ascend, as in a sweep that stays in one place, there are neither
 ///                 peaks nor other channels
-Analysis analyse(const std::vector<SDCResult>& samples, const ScanPlan& plan);
+/// @param resolution_kHz  see resolutionOf
+Analysis analyse(const std::vector<SDCResult>& samples, const ScanPlan& plan, double resolution_kHz);
 
 /// Whether a frequency lies in the channel that the receiver belongs to.
 bool isConfigured(std::uint32_t frequency_kHz, const ScanPlan& plan);

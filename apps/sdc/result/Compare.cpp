@@ -80,8 +80,8 @@ ChannelComparison compareChannels(const ChannelResult& before, const ChannelResu
     }
     comparison.onlyBefore_kHz = missingIn(levelsBefore, levelsAfter);
     comparison.onlyAfter_kHz = missingIn(levelsAfter, levelsBefore);
-    const Analysis analysisBefore = analyse(traceOf(before, TraceKind::average), before.plan);
-    const Analysis analysisAfter = analyse(traceOf(after, TraceKind::average), after.plan);
+    const Analysis analysisBefore = analyse(traceOf(before, TraceKind::average), before.plan, resolutionOf(before));
+    const Analysis analysisAfter = analyse(traceOf(after, TraceKind::average), after.plan, resolutionOf(after));
     comparison.floorBefore = analysisBefore.floor;
     comparison.floorAfter = analysisAfter.floor;
     const std::uint32_t spacing_kHz = before.plan.channelSpacing_kHz;

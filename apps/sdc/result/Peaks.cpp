@@ -41,12 +41,24 @@ double crossing(Iterator top, Iterator end, std::int64_t level)
     return above->frequency_kHz + part * (static_cast<double>(below->frequency_kHz) - above->frequency_kHz);
 }
 
-std::uint32_t widthOf(const std::vector<SDCResult>& samples, std::ptrdiff_t top)
+double widthOf(const std::vector<SDCResult>& samples, std::ptrdiff_t top)
 {
     const std::int64_t level = std::int64_t{samples[static_cast<std::size_t>(top)].rssi} - widthDrop;
     const double upper = crossing(samples.begin() + top, samples.end(), level);
     const double lower = crossing(std::make_reverse_iterator(samples.begin() + top + 1), samples.rend(), level);
-    return static_cast<std::uint32_t>(std::lround(upper - lower));
+    return upper - lower;
+}
+
+/// With its width, where that can be told.
+Peak measured(Peak peak, double width_kHz, double resolution_kHz)
+{
+    const auto whole = [](double kHz) { return static_cast<std::uint32_t>(std::lround(kHz)); };
+    if (width_kHz < resolution_kHz) {
+        peak.widthBelow_kHz = whole(resolution_kHz);
+    } else {
+        peak.width_kHz = whole(width_kHz);
+    }
+    return peak;
 }
 
 bool isStronger(const Peak& left, const Peak& right)
@@ -56,7 +68,7 @@ bool isStronger(const Peak& left, const Peak& right)
 
 } // namespace
 
-std::vector<Peak> findPeaks(const std::vector<SDCResult>& samples)
+std::vector<Peak> findPeaks(const std::vector<SDCResult>& samples, double resolution_kHz, std::int32_t least)
 {
     const std::vector<std::int32_t> leftValleys = valleys(samples.begin(), samples.end());
     const std::vector<std::int32_t> rightValleys = valleys(samples.rbegin(), samples.rend());
@@ -69,10 +81,10 @@ std::vector<Peak> findPeaks(const std::vector<SDCResult>& samples)
         }
         const bool isHigher = samples[first - 1].rssi < level && last + 1 < count && samples[last + 1].rssi < level;
         const std::int64_t prominence = level - std::int64_t{std::max(leftValleys[first], rightValleys[count - 1 - last])};
-        if (isHigher && prominence >= leastProminence) {
+        if (isHigher && prominence >= least) {
             const std::size_t middle = first + (last - first) / 2;
-            peaks.push_back(
-                {samples[middle].frequency_kHz, level, prominence, widthOf(samples, static_cast<std::ptrdiff_t>(middle))});
+            const double width_kHz = widthOf(samples, static_cast<std::ptrdiff_t>(middle));
+            peaks.push_back(measured({samples[middle].frequency_kHz, level, prominence, {}, {}}, width_kHz, resolution_kHz));
         }
     }
     std::sort(peaks.begin(), peaks.end(), isStronger);

@@ -1,5 +1,6 @@
 #include "apps/sdc/result/ResultForm.h"
 
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "support/Errors.h"
 #include "support/Time.h"
@@ -155,7 +156,9 @@ const Record<Peak> peakRecord{"peak", "a hump",
         {"level_dBm", &Peak::level, level, "level, dBm"},
         {"prominence_dB", &Peak::prominence, HundredthsSpec{0.0, highestLevel_dBm - lowestLevel_dBm},
             "above the higher of the two valleys beside it, dB"},
-        {"width_kHz", &Peak::width_kHz, word, "3 dB below the top, kHz"},
+        {"width_kHz", &Peak::width_kHz, word, "3 dB below the top, where the scan resolves it, kHz", support::optional},
+        {"width_below_kHz", &Peak::widthBelow_kHz, word,
+            "otherwise: narrower than this, the wider of step and receive filter, kHz", support::optional},
     }};
 
 const Record<RasterChannel> rasterChannelRecord{"raster_channel", "a channel of the raster",
@@ -168,8 +171,10 @@ const Record<RasterChannel> rasterChannelRecord{"raster_channel", "a channel of 
     }};
 
 const Record<AnalysisInFile> analysisRecord{"analysis",
-    "of the sweep or, of several sweeps, of their averages; what cannot be said is absent",
+    "of the sweep or, of several sweeps, of one of their traces; what cannot be said is absent",
     {
+        {"trace", &AnalysisInFile::trace, support::choice(traceKinds),
+            "which of the levels of several sweeps stands for a frequency"},
         {"floor_dBm", &AnalysisInFile::floor, level, "noise floor: median of the lowest tenth of the levels, dBm",
             support::optional},
         {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word, "samples that do not count for the noise floor"},

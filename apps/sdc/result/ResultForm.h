@@ -2,6 +2,7 @@
 
 #include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "support/Fields.h"
 
@@ -29,6 +30,7 @@ struct HoldsInFile {
 };
 
 struct AnalysisInFile : Analysis {
+    TraceKind trace{};
     std::uint32_t samplesLeftOut = edgeSamples;
 };
 

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 #include <utility>
@@ -40,6 +41,11 @@ std::vector<SDCResult> traceOf(const ChannelResult& channel, TraceKind kind)
         trace.push_back({sample.frequency_kHz, sample.rssi});
     }
     return trace;
+}
+
+double resolutionOf(const ChannelResult& channel)
+{
+    return std::max<double>(channel.plan.step_kHz, channel.receiver.filterWidth_kHz);
 }
 
 bool isPartial(const Sweep& sweep, const ScanPlan& plan)

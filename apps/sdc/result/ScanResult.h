@@ -73,6 +73,9 @@ bool isPartial(const Sweep& sweep, const ScanPlan& plan);
 /// The one trace that stands for a channel: the samples of its sweep or, of several sweeps, one level for each frequency.
 std::vector<SDCResult> traceOf(const ChannelResult& channel, TraceKind kind);
 
+/// What a scan resolves: the wider of step and receive filter, in kHz.
+double resolutionOf(const ChannelResult& channel);
+
 // What is said of results, the same way everywhere and whatever the locale.
 
 /// A number of hundredths with its two decimals: -4512 is "-45.12".

@@ -6,8 +6,6 @@
 
 namespace sdc {
 
-namespace {
-
 std::int32_t levelOf(const Hold& hold, TraceKind kind)
 {
     switch (kind) {
@@ -17,8 +15,6 @@ std::int32_t levelOf(const Hold& hold, TraceKind kind)
     }
     return hold.max;
 }
-
-} // namespace
 
 void Survey::add(const Sweep& sweep)
 {

@@ -34,6 +34,12 @@ constexpr std::string_view toText(TraceKind kind)
     return traceKinds.at(static_cast<std::size_t>(kind));
 }
 
+/// What stands for a frequency unless the user says otherwise: interference that comes and goes shows in the maximum alone.
+inline constexpr TraceKind usualTrace = TraceKind::max;
+
+/// One of the levels.
+std::int32_t levelOf(const Hold& hold, TraceKind kind);
+
 /// What the sweeps of one channel found, in memory that does not grow with their number.
 class Survey {
 public:

@@ -15,7 +15,7 @@ namespace {
 // The receiver belongs to 102000 kHz, channels are 2000 kHz wide: 101000 to 103000 kHz is the configured one.
 Analysis analysisOf(const std::vector<std::int32_t>& levels)
 {
-    return sdc::analyse(traceOf(levels), planOf(static_cast<std::int32_t>(levels.size())));
+    return sdc::analyse(traceOf(levels), planOf(static_cast<std::int32_t>(levels.size())), 0.0);
 }
 
 std::vector<std::int32_t> levelsFrom(std::int32_t first, std::size_t count)
@@ -69,10 +69,10 @@ TEST(Floors, tracesOfTheConfiguredChannelAloneHaveNoFloor)
     // Of seven samples, 101000, 102000 and 103000 kHz are in the channel and 104000 kHz is not; of six, none is outside.
     const std::vector<std::int32_t> levels{-3000, -3000, -3000, -3000, -3000, -3000};
     auto plan = planOf(6);
-    EXPECT_EQ(sdc::analyse(traceOf(levels, 99000), plan).floor, std::nullopt) << "101000 and 102000 kHz count";
-    EXPECT_EQ(sdc::analyse(traceOf(levels, 100000), plan).floor, std::nullopt) << "102000 and 103000 kHz count";
-    EXPECT_EQ(sdc::analyse(traceOf(levels, 101000), plan).floor, -3000) << "103000 and 104000 kHz count";
-    EXPECT_EQ(sdc::analyse(traceOf(levels, 98000), plan).floor, -3000) << "100000 and 101000 kHz count";
+    EXPECT_EQ(sdc::analyse(traceOf(levels, 99000), plan, 0.0).floor, std::nullopt) << "101000 and 102000 kHz count";
+    EXPECT_EQ(sdc::analyse(traceOf(levels, 100000), plan, 0.0).floor, std::nullopt) << "102000 and 103000 kHz count";
+    EXPECT_EQ(sdc::analyse(traceOf(levels, 101000), plan, 0.0).floor, -3000) << "103000 and 104000 kHz count";
+    EXPECT_EQ(sdc::analyse(traceOf(levels, 98000), plan, 0.0).floor, -3000) << "100000 and 101000 kHz count";
 }
 
 TEST(Channels, configuredChannelHasTheMeanPowerOfItsSamples)
@@ -104,9 +104,9 @@ TEST(Channels, channelIsSeenWholeWhenItEndsWhereTheSliceOfASampleEnds)
     auto plan = planOf(3);
     plan.step_kHz = 2000;
     const std::vector<RasterChannel> expected{{-1, 100000, -9000, -9000}, {1, 104000, -8000, -8000}};
-    EXPECT_EQ(sdc::analyse(traceOf({-9000, -3000, -8000}, 100000, 2000), plan).otherChannels, expected);
+    EXPECT_EQ(sdc::analyse(traceOf({-9000, -3000, -8000}, 100000, 2000), plan, 0.0).otherChannels, expected);
     plan.step_kHz = 1999;
-    EXPECT_TRUE(sdc::analyse(traceOf({-9000, -3000, -8000}, 100000, 2000), plan).otherChannels.empty());
+    EXPECT_TRUE(sdc::analyse(traceOf({-9000, -3000, -8000}, 100000, 2000), plan, 0.0).otherChannels.empty());
 }
 
 TEST(Channels, equallyQuietChannelsAreRankedByTheirStrongestSampleThenByTheirDistance)
@@ -116,14 +116,14 @@ TEST(Channels, equallyQuietChannelsAreRankedByTheirStrongestSampleThenByTheirDis
     plan.rxFrequency_kHz = 104000;
     const std::vector<RasterChannel> expected{
         {-1, 102000, -9000, -9000}, {1, 106000, -9000, -9000}, {-2, 100000, -9000, -9000}, {2, 108000, -9000, -9000}};
-    EXPECT_EQ(sdc::analyse(traceOf({-9000, -9000, -3000, -9000, -9000}, 100000, 2000), plan).otherChannels, expected);
+    EXPECT_EQ(sdc::analyse(traceOf({-9000, -9000, -3000, -9000, -9000}, 100000, 2000), plan, 0.0).otherChannels, expected);
 }
 
 TEST(Channels, sampleOnTheEdgeOfTwoChannelsCountsInBoth)
 {
     auto plan = planOf(9);
     const auto samples = traceOf({-9000, -9000, -9000, -3000, -9000, -9000, -9000}, 100000);
-    const Analysis analysis = sdc::analyse(samples, plan);
+    const Analysis analysis = sdc::analyse(samples, plan, 0.0);
     EXPECT_EQ(analysis.configured->strongest, -3000);
     ASSERT_EQ(analysis.otherChannels.size(), 1U);
     EXPECT_EQ(analysis.otherChannels[0].strongest, -3000);
@@ -133,7 +133,7 @@ TEST(Channels, scanOfOnePlaceHasNoOtherChannels)
 {
     auto plan = planOf(2);
     plan.step_kHz = 0;
-    const Analysis analysis = sdc::analyse({{102000, -3000}, {102000, -4000}}, plan);
+    const Analysis analysis = sdc::analyse({{102000, -3000}, {102000, -4000}}, plan, 0.0);
     EXPECT_EQ(analysis.configured, (RasterChannel{0, 102000, -3260, -3000}));
     EXPECT_TRUE(analysis.otherChannels.empty());
     EXPECT_TRUE(analysis.peaks.empty());
@@ -143,7 +143,7 @@ TEST(Channels, linkWithoutAChannelSpacingHasNoChannels)
 {
     auto plan = planOf(7);
     plan.channelSpacing_kHz = 0;
-    const Analysis analysis = sdc::analyse(traceOf({-9000, -9000, -3000, -9000, -9000, -9000, -9000}), plan);
+    const Analysis analysis = sdc::analyse(traceOf({-9000, -9000, -3000, -9000, -9000, -9000, -9000}), plan, 0.0);
     EXPECT_FALSE(analysis.configured.has_value());
     EXPECT_TRUE(analysis.otherChannels.empty());
     EXPECT_EQ(analysis.peaks.size(), 1U);
@@ -151,7 +151,7 @@ TEST(Channels, linkWithoutAChannelSpacingHasNoChannels)
 
 TEST(Analyses, nothingIsSaidOfAScanWithoutSamples)
 {
-    const Analysis analysis = sdc::analyse({}, sdc::ScanPlan{});
+    const Analysis analysis = sdc::analyse({}, sdc::ScanPlan{}, 0.0);
     EXPECT_FALSE(analysis.floor || analysis.configured || !analysis.peaks.empty() || !analysis.otherChannels.empty());
 }
 

@@ -9,9 +9,9 @@ using sdc::Peak;
 
 namespace {
 
-std::vector<Peak> peaksOf(const std::vector<std::int32_t>& levels)
+std::vector<Peak> peaksOf(const std::vector<std::int32_t>& levels, double resolution_kHz = 0.0)
 {
-    return sdc::analyse(traceOf(levels), planOf(static_cast<std::int32_t>(levels.size()))).peaks;
+    return sdc::analyse(traceOf(levels), planOf(static_cast<std::int32_t>(levels.size())), resolution_kHz).peaks;
 }
 
 } // namespace
@@ -33,6 +33,27 @@ TEST(Peaks, sampleExactly3DbBelowIsTheEdgeOfThePeak)
     EXPECT_EQ(peaksOf({-9000, -3300, -3000, -3300, -9000}).at(0).width_kHz, 2000U);
     EXPECT_EQ(peaksOf({-9000, -3299, -3000, -3299, -9000}).at(0).width_kHz, 2000U) << "a hair beyond the sample, rounded";
     EXPECT_EQ(peaksOf({-9000, -3290, -3000, -3290, -9000}).at(0).width_kHz, 2004U) << "10 of 5710 of a step on each side";
+}
+
+TEST(Peaks, peakNarrowerThanTheScanResolvesHasNoWidth)
+{
+    const std::vector<std::int32_t> levels{-9000, -3300, -3000, -3300, -9000}; // 2000 kHz wide
+    const Peak resolved = peaksOf(levels, 2000.0).at(0);
+    EXPECT_EQ(resolved.width_kHz, 2000U);
+    EXPECT_EQ(resolved.widthBelow_kHz, std::nullopt);
+    const Peak narrow = peaksOf(levels, 2000.5).at(0);
+    EXPECT_EQ(narrow.width_kHz, std::nullopt);
+    EXPECT_EQ(narrow.widthBelow_kHz, 2001U);
+}
+
+TEST(Peaks, scanResolvesTheWiderOfStepAndFilter)
+{
+    sdc::ChannelResult channel;
+    channel.plan.step_kHz = 2000;
+    channel.receiver.filterWidth_kHz = 3500.5;
+    EXPECT_EQ(resolutionOf(channel), 3500.5);
+    channel.plan.step_kHz = 10000;
+    EXPECT_EQ(resolutionOf(channel), 10000.0);
 }
 
 TEST(Peaks, peakCountsFrom6DbAboveTheHigherValleyOn)

@@ -116,10 +116,11 @@ TEST(ResultFiles, resultIsOneReadableObject)
         }
       ],
       "analysis": {
+        "trace": "max",
         "samples_left_out_at_each_end": 2,
         "configured_channel": {"offset": 0, "centre_kHz": 102000, "level_dBm": -34.64, "strongest_dBm": -30.0},
         "peaks": [
-          {"frequency_kHz": 102000, "level_dBm": -30.0, "prominence_dB": 69.0, "width_kHz": 242}
+          {"frequency_kHz": 102000, "level_dBm": -30.0, "prominence_dB": 69.0, "width_below_kHz": 27500}
         ],
         "other_channels": [
           {"offset": 1, "centre_kHz": 104000, "level_dBm": -99.0, "strongest_dBm": -99.0}
@@ -139,11 +140,23 @@ TEST(ResultFiles, holdsOfSeveralSweepsStandBesideTheirFrequencies)
     EXPECT_EQ(channel["holds"]["max_dBm"][2], -20.0);
     EXPECT_EQ(channel["holds"]["min_dBm"][2], -30.0);
     EXPECT_EQ(channel["holds"]["average_dBm"][2], -22.6);
-    EXPECT_EQ(channel["analysis"]["peaks"][0]["level_dBm"], -22.6) << "of the averages";
     EXPECT_EQ(channel["analysis"]["floor_dBm"], -99.0);
     EXPECT_EQ(channel["sweeps"][1]["reason"], "tuning failed");
     EXPECT_EQ(channel["sweeps"][1]["ending"], "failed");
     EXPECT_FALSE(json::parse(jsonOf(variedResult()))["channels"][1].contains("holds"));
+}
+
+TEST(ResultFiles, analysisIsOfTheTraceChosen)
+{
+    const auto peakBy = [](const sdc::WriteOptions& options) {
+        const json analysis = json::parse(written(
+            [&](std::ostream& stream) { sdc::writeJson(stream, variedResult(), options); }))["channels"][0]["analysis"];
+        return std::pair(analysis["trace"].get<std::string>(), analysis["peaks"][0]["level_dBm"].get<double>());
+    };
+    EXPECT_EQ(peakBy({}), std::pair("max", -20.0)) << "what comes and goes shows in the maximum alone";
+    EXPECT_EQ(peakBy({.trace = sdc::TraceKind::max}), std::pair("max", -20.0));
+    EXPECT_EQ(peakBy({.trace = sdc::TraceKind::average}), std::pair("average", -22.6));
+    EXPECT_EQ(peakBy({.trace = sdc::TraceKind::min}), std::pair("min", -30.0));
 }
 
 TEST(ResultFiles, longListsFillLines)

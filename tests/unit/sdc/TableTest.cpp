@@ -46,7 +46,7 @@ TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
         "\n"
         "noise floor                    -99.00 dBm  lowest tenth, 2 at each end left out\n"
         "configured *    102.000 MHz    -34.64 dBm  2.000 MHz wide\n"
-        "peak            102.000 MHz    -30.00 dBm  0.242 MHz wide\n"
+        "peak            102.000 MHz    -30.00 dBm  under 27.500 MHz\n"
         "quietest        104.000 MHz    -97.92 dBm  strongest -97.01 dBm\n"
         "quietest        106.000 MHz    -95.93 dBm  strongest -95.00 dBm\n");
 }
@@ -96,17 +96,41 @@ TEST(TableOutput, severalSweepsShowTheirHolds)
 {
     const std::string table = tableOf(resultOf({channelOf(1, {sweepOf({-4000, -9000}), sweepOf({-5000, -9000})})}));
     EXPECT_THAT(table,
-        testing::StartsWith("2 sweeps: # average power, + up to the strongest (max hold)\n"
-                            "      MHz      dBm     max     min  -100      -80       -60       -40       -20\n"
-                            "  100.000   -42.60  -40.00  -50.00  |#############################+\n"
+        testing::StartsWith("2 sweeps, by their maximum: # average power, + up to the maximum\n"
+                            "      MHz  max dBm     avg     min  -100      -80       -60       -40       -20\n"
+                            "  100.000   -40.00  -42.60  -50.00  |#############################+\n"
                             "  101.000   -90.00  -90.00  -90.00 *|#####\n"));
 }
 
-TEST(TableOutput, rowsOfSeveralFrequenciesHoldTheExtremesOfAll)
+TEST(TableOutput, levelsAndPeaksAreOfTheTraceChosen)
 {
-    const std::string table =
-        tableOf(resultOf({channelOf(1, {sweepOf({-4000, -6000}), sweepOf({-5000, -2000})})}), {.rows = 1});
-    EXPECT_THAT(table, HasSubstr("\n  101.000   -23.01  -20.00  -60.00 *|"));
+    const auto result = resultOf({channelOf(1, {sweepOf({-9000, -4000, -9000}), sweepOf({-9000, -5000, -9000})})});
+    const std::string average = tableOf(result, {.trace = sdc::TraceKind::average});
+    EXPECT_THAT(average, testing::StartsWith("2 sweeps, by their average power: # "));
+    EXPECT_THAT(average, HasSubstr("      MHz  avg dBm     max     min  -100"));
+    EXPECT_THAT(average, HasSubstr("\n  101.000   -42.60  -40.00  -50.00 *|"));
+    EXPECT_THAT(average, HasSubstr("\npeak            101.000 MHz    -42.60 dBm"));
+    const std::string min = tableOf(result, {.trace = sdc::TraceKind::min});
+    EXPECT_THAT(min, testing::StartsWith("2 sweeps, by their minimum: # "));
+    EXPECT_THAT(min, HasSubstr("      MHz  min dBm     max     avg  -100"));
+    EXPECT_THAT(min, HasSubstr("\n  101.000   -50.00  -40.00  -42.60 *|"));
+    EXPECT_THAT(min, HasSubstr("\npeak            101.000 MHz    -50.00 dBm"));
+    EXPECT_THAT(tableOf(result), HasSubstr("\npeak            101.000 MHz    -40.00 dBm"));
+}
+
+TEST(TableOutput, widthThatIsResolvedIsShown)
+{
+    auto channel = channelOf(1, {sweepOf({-9000, -3300, -3000, -3300, -9000})});
+    channel.receiver.filterWidth_kHz = 2000.0;
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("  2.000 MHz wide\n"));
+}
+
+TEST(TableOutput, rowOfSeveralFrequenciesIsThatOfTheStrongestByTheTraceChosen)
+{
+    const auto result = resultOf({channelOf(1, {sweepOf({-4000, -6000}), sweepOf({-5000, -2000})})});
+    EXPECT_THAT(tableOf(result, {.rows = 1}), HasSubstr("\n  101.000   -20.00  -23.01  -60.00 *|"));
+    EXPECT_THAT(
+        tableOf(result, {.rows = 1, .trace = sdc::TraceKind::min}), HasSubstr("\n  100.000   -50.00  -40.00  -42.60  |"));
 }
 
 TEST(TableOutput, severalChannelsHaveHeadlines)
@@ -126,7 +150,7 @@ TEST(TableOutput, resultThatIsNotCompleteSaysSoFirst)
     channel.sweeps[0] = cutShort(channel.sweeps[0], 3, Ending::failed, "not put back");
     EXPECT_THAT(tableOf(resultOf({channel})), testing::StartsWith("3/3, failed: not put back\n"));
     channel.sweeps.insert(channel.sweeps.begin(), sweepOf({-4000, -5000, -6000}));
-    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("(max hold)\nsweep 2: 3/3, failed: not put back\n      MHz"));
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("the maximum\nsweep 2: 3/3, failed: not put back\n      MHz"));
 }
 
 TEST(TableOutput, foreignTextsAreShownSoThatNoTerminalObeysThem)
@@ -151,8 +175,8 @@ TEST(TableOutput, summaryShowsTheFirstFewAndCountsTheOthers)
     }
     levels.push_back(-9000);
     const std::string table = tableOf(scanOf(levels));
-    EXPECT_THAT(table, HasSubstr("-44.00 dBm  0.130 MHz wide\n              and 2 weaker peaks\nquietest"));
-    EXPECT_THAT(table, Not(HasSubstr("-45.00 dBm  0")));
+    EXPECT_THAT(table, HasSubstr("-44.00 dBm  under 27.500 MHz\n              and 2 weaker peaks\nquietest"));
+    EXPECT_THAT(table, Not(HasSubstr("-45.00 dBm  under")));
     const std::regex word("quietest");
     EXPECT_EQ(std::distance(std::sregex_iterator(table.begin(), table.end(), word), std::sregex_iterator()), 3);
 }
