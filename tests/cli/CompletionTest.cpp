@@ -29,9 +29,9 @@ TEST_F(Completion, offersCommandsOptionsAndTheirWords)
             {"scan --csv a", "FILE"}, {"plan --scenario 18-f", "18-f595 FILE"}, {"scenarios show 18-f", "18-f595 FILE"},
             {"scenarios check a b sto", "storm FILE"}, {"plot --format ''", "svg png text"}, {"plot ''", "FILE"},
             {"plot a.json --o", "--output"}, {"compare a.json ''", "FILE"},
-            {"compare a.json b.json ''", "--help --threshold"}, {"bogus ''", ""},
+            {"compare a.json b.json ''", "--help --trace --threshold --json --plot"}, {"bogus ''", ""},
             {"help ''", "scan plan console scenarios plot compare schema help"}, {"help scenarios s", "show"},
-            {"help scan ''", ""}, {"schema ''", "result scenario plan --help"},
+            {"help scan ''", ""}, {"schema ''", "result scenario plan compare --help"},
             {"scan --speed=", "--speed=real --speed=max"}, {"scan --speed=m", "--speed=max"},
             {"plan --scenario=18-f", "--scenario=18-f595 FILE"}, {"scan --csv=a", "FILE"}, {"scan --quiet=", ""},
             {"scan --bogus=a", ""}, {"scan --speed=max s", "sub-band"}, {"scan --scenario=1 --speed ''", "real max"}}) {

@@ -59,7 +59,7 @@ TEST_F(ResultCommands, comparesWhatHasNotChanged)
     const Outcome same = run("compare a.json a.json");
     EXPECT_EQ(same.status, 0);
     EXPECT_THAT(same.err, IsEmpty());
-    EXPECT_THAT(same.out, HasSubstr("othing changed"));
+    EXPECT_THAT(same.out, StartsWith("same\n"));
 }
 
 TEST_F(ResultCommands, comparesWhatHasChangedFromAThresholdOn)
@@ -67,10 +67,25 @@ TEST_F(ResultCommands, comparesWhatHasChangedFromAThresholdOn)
     ASSERT_NO_FATAL_FAILURE(writeScenario("mine.json", "18-f595", {{"\"level_dBm\": -35", "\"level_dBm\": -45"}}));
     ASSERT_EQ(run("scan channel --scenario mine.json --quiet --json b.json").status, 0);
     const Outcome changed = run("compare a.json b.json");
-    EXPECT_EQ(changed.status, 0);
-    EXPECT_THAT(changed.out,
-        AllOf(HasSubstr("13 frequencies compared, 13 changed by more than 3.00 dB"), Not(HasSubstr("othing changed"))));
-    EXPECT_THAT(run("compare a.json b.json --threshold 20").out, HasSubstr("othing changed"));
+    EXPECT_EQ(changed.status, 1) << "as diff has it";
+    EXPECT_THAT(
+        changed.out, AllOf(StartsWith("different\n"), HasSubstr("\nchannel 1: different, 13 frequencies compared\n")));
+    const Outcome same = run("compare a.json b.json --threshold 20");
+    EXPECT_EQ(same.status, 0);
+    EXPECT_THAT(same.out, StartsWith("same\n"));
+}
+
+TEST_F(ResultCommands, comparisonAsJsonHasTheStatusOfTheText)
+{
+    const Outcome same = run("compare a.json a.json --json --trace average");
+    EXPECT_EQ(same.status, 0);
+    EXPECT_THAT(
+        same.out, AllOf(StartsWith("{\n"), HasSubstr("\"is_different\": false"), HasSubstr("\"trace\": \"average\"")));
+    ASSERT_NO_FATAL_FAILURE(writeScenario("mine.json", "18-f595", {{"\"level_dBm\": -35", "\"level_dBm\": -45"}}));
+    ASSERT_EQ(run("scan channel --scenario mine.json --quiet --json b.json").status, 0);
+    const Outcome changed = run("compare - b.json --json <a.json");
+    EXPECT_EQ(changed.status, 1);
+    EXPECT_THAT(changed.out, AllOf(HasSubstr("\"is_different\": true"), HasSubstr("\"file\": \"standard input\"")));
 }
 
 TEST_F(ResultCommands, refuseWhatIsNoResult)
@@ -104,11 +119,11 @@ TEST_F(ResultCommands, showNoNameThatATerminalObeys)
     EXPECT_THAT(run("plot a.json --output 'no\033[2J'").err, StartsWith("sdc: --output: 'no\\x1B[2J' tells no kind of"));
 }
 
-TEST_F(ResultCommands, endWithStatus1WhereTheirOutputCannotBeWritten)
+TEST_F(ResultCommands, failWhereTheirOutputCannotBeWritten)
 {
-    for (const char* const arguments : {"plot a.json", "compare a.json a.json"}) {
+    for (const auto& [arguments, status] : {std::pair{"plot a.json", 1}, {"compare a.json a.json", 2}}) {
         const Outcome full = run(arguments, "", ">/dev/full");
-        EXPECT_EQ(full.status, 1);
+        EXPECT_EQ(full.status, status) << "of a comparison, 1 says that something has changed";
         EXPECT_THAT(full.err, HasSubstr("standard output"));
     }
     EXPECT_EQ(run("plot a.json --output missing/a.svg").status, 1);

@@ -1,8 +1,10 @@
 // Saved results: named with what is wrong in them, or read, written and drawn.
 
+#include "apps/sdc/compare/Comparison.h"
+#include "apps/sdc/compare/ComparisonForm.h"
+#include "apps/sdc/compare/ComparisonText.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/plot/Plot.h"
-#include "apps/sdc/result/Compare.h"
 #include "apps/sdc/result/ResultFile.h"
 
 #include <cstddef>
@@ -44,7 +46,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto result = sdc::parseResult({reinterpret_cast<const char*>(data), size}, "input.json");
         isRight = isKept(result) && !sdc::plotProgram(result, {}).empty();
         std::ostringstream comparison;
-        sdc::writeComparison(comparison, sdc::compare(result, result, 0.0));
+        const sdc::Comparison same = sdc::compare({"a", result}, {"b", result}, {});
+        isRight = isRight && !same.isDifferent();
+        sdc::writeComparison(comparison, same);
+        sdc::writeComparisonJson(comparison, same);
     } catch (const sdc::ResultError& error) {
         isRight = isRight || isError(error.what()); // a result without samples has nothing to compare
     }

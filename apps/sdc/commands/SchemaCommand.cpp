@@ -1,4 +1,5 @@
 #include "apps/sdc/commands/Commands.h"
+#include "apps/sdc/compare/ComparisonForm.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
 #include "apps/sdc/result/PlanForm.h"
@@ -30,6 +31,7 @@ constexpr Document documents[] = {
     {"result", []() -> const support::RecordType& { return resultRecord(); }},
     {"scenario", []() -> const support::RecordType& { return simulator::scenarioRecord(); }},
     {"plan", []() -> const support::RecordType& { return planDocumentRecord(); }},
+    {"compare", []() -> const support::RecordType& { return comparisonRecord(); }},
 };
 
 std::vector<std::string_view> documentNames()

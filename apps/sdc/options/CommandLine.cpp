@@ -45,22 +45,6 @@ Command printUsageError(std::string text)
     };
 }
 
-/// "Exit status: 0 complete, ...", in lines of at most 80 columns.
-std::string exitStatusHelp()
-{
-    constexpr std::size_t columns = 80;
-    std::string text = "Exit status:";
-    std::size_t lineBegin = 0;
-    for (const auto& [status, meaning] : exitStatusTexts) {
-        const bool isLast = status == std::end(exitStatusTexts)[-1].status;
-        const std::string item = fmt::format("{} {}{}", static_cast<int>(status), meaning, isLast ? "." : ",");
-        const bool fits = text.size() - lineBegin + 1 + item.size() <= columns;
-        lineBegin = fits ? lineBegin : text.size() + 1;
-        text += (fits ? " " : "\n") + item;
-    }
-    return text;
-}
-
 constexpr const char* environmentHelp = "\n\n"
                                         "Environment: NO_COLOR no colours; TERM=dumb neither colours nor a line that is\n"
                                         "written over; COLUMNS the width where the terminal does not tell it.\n\n";
@@ -115,7 +99,8 @@ Words helpAsOption(CLI::App& app, Words words)
 void addAll(CLI::App& app, Command& command)
 {
     app.set_version_flag("--version", "sdc " SDC_VERSION, "Print the version and leave");
-    app.footer(exitStatusHelp() + environmentHelp + "'sdc help COMMAND' tells the options of a command and gives examples.");
+    app.footer(exitStatusHelp("Exit status:", exitStatusTexts) + "\n" + exitStatusHelp("Of sdc compare:", compareStatusTexts)
+        + environmentHelp + "'sdc help COMMAND' tells the options of a command and gives examples.");
     app.formatter(std::make_shared<HelpFormatter>());
     app.set_help_flag("-h,--help", "Print this help and leave");
     app.require_subcommand(0, 1); // the name of a second one is a word like any other

@@ -11,9 +11,14 @@ enum ExitStatus : int {
     EXIT_COMPLETE = 0,
     EXIT_INTERNAL = 1,
     EXIT_USAGE = 2,
-    EXIT_FAILED = 3, ///< a scan could not be started, was aborted, or left the receiver off its frequency
+    EXIT_FAILED = 3,        ///< a scan could not be started, was aborted, or left the receiver off its frequency
     EXIT_STOPPED = 4,       ///< by Ctrl-C, TERM or HUP
     EXIT_INTERRUPTED = 130, ///< as a shell reports a program that SIGINT has ended
+
+    // Of a comparison, as diff has it.
+    EXIT_SAME = 0,
+    EXIT_DIFFERENT = 1,
+    EXIT_TROUBLE = 2,
 };
 
 struct ExitStatusText {
@@ -28,6 +33,11 @@ inline constexpr ExitStatusText exitStatusTexts[] = {
     {EXIT_FAILED, "scan failed"},
     {EXIT_STOPPED, "stopped"},
     {EXIT_INTERRUPTED, "second Ctrl-C, as 129 HUP and 143 TERM"},
+};
+inline constexpr ExitStatusText compareStatusTexts[] = {
+    {EXIT_SAME, "same"},
+    {EXIT_DIFFERENT, "different"},
+    {EXIT_TROUBLE, "trouble"},
 };
 
 /// Arguments that cannot be acted upon. what() says what was wrong and what would be right.

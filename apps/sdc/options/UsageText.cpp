@@ -5,6 +5,8 @@
 #include "support/Suggestion.h"
 #include "support/Text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -232,6 +234,21 @@ void requireKnown(CLI::App& app, const std::vector<std::string>& arguments)
     if (const auto unknown = walk.goThrough(arguments)) {
         throw UsageError(*unknown);
     }
+}
+
+std::string exitStatusHelp(const std::string& beginning, std::span<const ExitStatusText> texts)
+{
+    constexpr std::size_t columns = 80;
+    std::string text = beginning;
+    std::size_t lineBegin = 0;
+    for (const auto& [status, meaning] : texts) {
+        const bool isLast = status == texts.back().status;
+        const std::string item = fmt::format("{} {}{}", static_cast<int>(status), meaning, isLast ? "." : ",");
+        const bool fits = text.size() - lineBegin + 1 + item.size() <= columns;
+        lineBegin = fits ? lineBegin : text.size() + 1;
+        text += (fits ? " " : "\n") + item;
+    }
+    return text;
 }
 
 std::string explain(CLI::App& app, const std::vector<std::string>& arguments, const CLI::ParseError& error)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/sdc/options/CommandLine.h"
+
 #include <CLI/CLI.hpp>
 
 #include <span>
@@ -13,6 +15,9 @@ inline constexpr std::string_view helpCommand = "help"; ///< before the names of
 
 /// @throws UsageError for a command or an option that nobody knows
 void requireKnown(CLI::App& app, const std::vector<std::string>& arguments);
+
+/// "Exit status: 0 complete, ...", in lines of at most 80 columns.
+std::string exitStatusHelp(const std::string& beginning, std::span<const ExitStatusText> texts);
 
 /// What is wrong with the arguments and what would be right, in one line.
 /// @param error  what the parser found; a word that nobody knows is the better explanation of most of what follows it

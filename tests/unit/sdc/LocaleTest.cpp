@@ -1,5 +1,6 @@
+#include "apps/sdc/compare/Comparison.h"
+#include "apps/sdc/compare/ComparisonText.h"
 #include "apps/sdc/formats/Formats.h"
-#include "apps/sdc/result/Compare.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "tests/support/GroupingLocale.h"
 
@@ -22,7 +23,7 @@ TEST(Locales, noOutputDependsOnTheLocale)
             for (const sdc::Format& format : sdc::formats) {
                 format.write(stream, result, {.rows = 4});
             }
-            sdc::writeComparison(stream, sdc::compare(result, other, 3.0));
+            sdc::writeComparison(stream, sdc::compare({"a.json", result}, {"b.json", other}, {}));
             sdc::writeJson(
                 stream, sdc::parseResult(written([&](std::ostream& json) { sdc::writeJson(json, other); }), "file"));
         });
