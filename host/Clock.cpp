@@ -33,7 +33,13 @@ void Clock::sleepMs(std::uint32_t milliseconds)
 Clock::Duration Clock::now()
 {
     const std::lock_guard<std::mutex> lock(m_guard);
-    return m_timelines[std::this_thread::get_id()];
+    return m_passed + m_timelines[std::this_thread::get_id()];
+}
+
+void Clock::pass(Duration simulated)
+{
+    const std::lock_guard<std::mutex> lock(m_guard);
+    m_passed += simulated;
 }
 
 void Clock::hold()

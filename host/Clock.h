@@ -25,8 +25,11 @@ public:
     /// Lets the time pass for the calling thread. Does not return while the clock is held.
     void sleepMs(std::uint32_t milliseconds) final;
 
-    /// Simulated time of the calling thread: the sum of its sleeps.
+    /// Simulated time of the calling thread: the sum of its sleeps, and of what has passed for all threads.
     Duration now();
+
+    /// Moves the timelines of all threads on at once, those too that begin later. Takes no wall time.
+    void pass(Duration simulated);
 
     /// Holds the clock: no sleep ends until as many releases. What lies between happens at one moment.
     void hold();
@@ -48,6 +51,7 @@ private:
     int m_holds = 0;
     int m_hurries = 0;
     int m_sleepers = 0;
+    Duration m_passed{}; ///< for all threads
     std::map<std::thread::id, Duration> m_timelines;
 };
 

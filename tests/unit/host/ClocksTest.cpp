@@ -59,6 +59,22 @@ TEST(VirtualTime, isNotSharedByTwoClocks)
     EXPECT_EQ(other.now(), milliseconds(0));
 }
 
+TEST(VirtualTime, passesForAllThreadsAtOnce)
+{
+    VirtualClock clock;
+    clock.sleepMs(100);
+    clock.pass(milliseconds(1000));
+    EXPECT_EQ(clock.now(), milliseconds(1100));
+    BackgroundCall other([&clock] {
+        EXPECT_EQ(clock.now(), milliseconds(1000)) << "one that begins later";
+        clock.sleepMs(1);
+        EXPECT_EQ(clock.now(), milliseconds(1001));
+    });
+    EXPECT_TRUE(other.returned());
+    clock.sleepMs(1);
+    EXPECT_EQ(clock.now(), milliseconds(1101));
+}
+
 TEST(HeldClock, letsNoSleepEndUntilItIsReleased)
 {
     VirtualClock clock;
