@@ -81,6 +81,7 @@ Scenario parse(std::string_view text, const std::string& file, RecordingFiles re
     if (!errors.areNone()) {
         throw ScenarioError(errors.listed(file));
     }
+    scenario.text = text;
     return scenario;
 }
 

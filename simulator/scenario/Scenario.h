@@ -28,6 +28,7 @@ struct Scenario {
     std::vector<std::string> sources; ///< where the figures come from, each a sentence
     std::vector<TerminalChannel> channels;
     std::uint64_t seed = 0; ///< from which the seeds of the links are made
+    std::string text;       ///< out of which it was read
 };
 
 /// A scenario that cannot be used. what() names the file, the place in it as a JSON path, what is wrong and what would be

@@ -19,8 +19,8 @@ TEST_F(Completion, offersCommandsOptionsAndTheirWords)
     for (const Row& row :
         {Row{"s", "scan scenarios schema"}, {"--v", "--version"}, {"scenarios ''", "list show check replay --help"},
             {"scan ''",
-                "channel sub-band --help --scenario --channel --speed --repeat --table --csv --json --sweep --plot "
-                "--waterfall --rows "
+                "channel sub-band --help --scenario --channel --speed --repeat --for --every --table --csv --jsonl --json "
+                "--sweep --holds --plot --waterfall --rows "
                 "--color --quiet --trace --trace-level --start-time"},
             {"scan sub-band --s", "--scenario --speed --sweep --start-time"}, {"scan --quiet s", "sub-band"},
             {"scan --speed ''", "real max"}, {"scan --color a", "auto always"}, {"scan --repeat ''", "forever"},

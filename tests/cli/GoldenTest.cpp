@@ -52,7 +52,7 @@ const Transcript transcripts[] = {
         {"", "--help", "scan --help", "plan --help", "console --help", "scenarios --help", "scenarios check --help",
             "scenarios replay --help", "schema --help", "plot --help", "compare --help"}},
     {"scan-channel",
-        {"scan channel", "scan channel --quiet --sweep -" START, "scan channel --quiet --csv -",
+        {"scan channel", "scan channel --quiet --sweep -" START, "scan channel --quiet --csv -" START,
             "scan channel --quiet --json -" START}},
     {"scan-sub-band", {"scan sub-band --rows 50", "scan sub-band --scenario 38-long --rows 10"}},
     {"scan-several",

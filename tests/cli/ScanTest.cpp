@@ -71,14 +71,52 @@ TEST_F(Scan, isToTheByteTheSameFromAStartTimeOn)
 {
     const std::string arguments = "scan channel --start-time 2026-01-02T03:04:05Z --json - --quiet";
     const std::string once = run(arguments).out;
-    EXPECT_EQ(run(arguments + " --speed 1000").out, once);
+    EXPECT_EQ(run(arguments).out, once);
+    EXPECT_EQ(Json::parse(run(arguments + " --speed 1000").out)["channels"], Json::parse(once)["channels"]);
     const Json sweep = Json::parse(once)["channels"][0]["sweeps"][0];
+    EXPECT_EQ(sweep["samples"][0]["time"], "2026-01-02T03:04:08.000Z");
+    EXPECT_EQ(sweep["samples"][12]["time"], sweep["end"]);
     EXPECT_EQ(sweep["start"], "2026-01-02T03:04:05.000Z");
     EXPECT_EQ(sweep["end"], "2026-01-02T03:04:11.600Z");
     EXPECT_EQ(sweep["rx_before_kHz"], 19177500);
     EXPECT_EQ(sweep["rx_after_kHz"], 19177500);
     EXPECT_EQ(sweep["ending"], "complete");
     EXPECT_EQ(sweep["status"], "channel-scan-finished");
+}
+
+TEST_F(Scan, keepsHowItWasMade)
+{
+    const Json provenance = Json::parse(run("scan channel --speed 1000 --json - --quiet").out)["provenance"];
+    write("scenario.json", run("scenarios show 18-f595").out);
+    const std::string command = "cd '" + folder.string() + "' && sha256sum <scenario.json | cut -d' ' -f1 >digest.txt";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(provenance["scenario_sha256"].get<std::string>() + "\n", read("digest.txt"));
+    EXPECT_EQ(provenance["program_version"], SDC_VERSION);
+    EXPECT_EQ(provenance["simulated"], true);
+    EXPECT_EQ(provenance["seed"], Json::parse(read("scenario.json"), nullptr, true, true)["seed"]);
+    EXPECT_EQ(provenance["speed"], 1000.0);
+    EXPECT_EQ(provenance["arguments"], Json({"scan", "channel", "--speed", "1000", "--json", "-", "--quiet"}));
+}
+
+TEST_F(Scan, sweepsForSoLongAndSoOften)
+{
+    const Outcome outcome =
+        run("scan channel --for 1h --every 10min --start-time 2026-01-02T03:04:05Z --json - --holds holds.csv");
+    EXPECT_EQ(outcome.status, 0);
+    const Json sweeps = Json::parse(outcome.out)["channels"][0]["sweeps"];
+    ASSERT_EQ(sweeps.size(), 6U);
+    EXPECT_EQ(sweeps[5]["start"], "2026-01-02T03:54:05.000Z");
+    EXPECT_THAT(lines(read("holds.csv"))[1], testing::EndsWith(",6"));
+    EXPECT_EQ(Json::parse(run("scan channel --for 7s --json -").out)["channels"][0]["sweeps"].size(), 2U);
+    EXPECT_EQ(Json::parse(run("scan channel --for 1h --repeat 3 --json -").out)["channels"][0]["sweeps"].size(), 3U);
+}
+
+TEST_F(Scan, saysBeforeItThatNobodyWouldReadItsResult)
+{
+    const std::string said = "'sdc plot' and 'sdc compare' read no results above 64 MiB, and this one may become larger";
+    RunningSdc sdc(folder, {"scan", "sub-band", "--repeat", "2000", "--json", "a.json", "--speed", "1"});
+    EXPECT_TRUE(tests::eventually([&] { return read("err.txt").find("sdc: 1000000 samples: " + said) != std::string::npos; }));
+    EXPECT_THAT(run("scan channel --repeat 2 --json a.json").err, Not(HasSubstr(said)));
 }
 
 TEST_F(Scan, beginsNowUnlessTold)

@@ -61,6 +61,23 @@ TEST_F(OnATerminal, progressIsOneLineNarrowerThanTheTerminal)
     EXPECT_THAT(narrow, HasSubstr(" dBm  0 s left"));
 }
 
+TEST_F(OnATerminal, tableHasAsManyRowsAsFitAndSaysHowToSeeAll)
+{
+    OnPseudoTerminal terminal(folder, {SDC_PROGRAM, "scan", "sub-band", "--quiet"}, 80); // it has 40 lines
+    EXPECT_EQ(terminal.finish(), 0);
+    EXPECT_LE(std::ranges::count(terminal.shown(), '\n'), 40);
+    EXPECT_GE(std::ranges::count(terminal.shown(), '|'), 20);
+    EXPECT_THAT(terminal.shown(), HasSubstr("; --rows 0 shows all\r\n"));
+}
+
+TEST_F(OnATerminal, linesThatAreWrittenLiveAreNotMixedWithProgress)
+{
+    OnPseudoTerminal terminal(folder, {SDC_PROGRAM, "scan", "sub-band", "--csv", "-"}, 80);
+    EXPECT_EQ(terminal.finish(), 0);
+    EXPECT_THAT(progressLines(terminal.shown()), testing::IsEmpty());
+    EXPECT_THAT(terminal.shown(), HasSubstr("\r\n1,1,20"));
+}
+
 TEST_F(OnATerminal, progressIsColouredUnlessToldOtherwise)
 {
     const std::string bar = "\033[36m#";
@@ -123,7 +140,7 @@ TEST_F(OnATerminal, ctrlCStops)
     EXPECT_EQ(terminal.finish(), 4);
     EXPECT_THAT(terminal.shown(), HasSubstr("sdc: stopping after the step in hand, up to "));
     EXPECT_THAT(terminal.shown(), HasSubstr("receiver   19177.500 MHz after\r\n"));
-    EXPECT_THAT(read("a.csv"), HasSubstr("\r\n18701000,-"));
+    EXPECT_THAT(read("a.csv"), HasSubstr(",18701000,-"));
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "apps/sdc/commands/Commands.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/formats/Outputs.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
+#include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
@@ -13,13 +15,15 @@
 #include "apps/sdc/tty/ShownTrace.h"
 #include "host/Clock.h"
 #include "simulator/Radios.h"
-#include "support/Text.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,7 +38,8 @@ struct ScanOptions {
     std::string scenario;
     std::vector<std::uint32_t> channels; ///< none: all
     SessionPlan session;
-    std::optional<TimePoint> start; ///< otherwise now
+    std::optional<std::uint32_t> sweeps; ///< of each channel; otherwise one or, for a length of time, as many as that takes
+    std::optional<TimePoint> start;      ///< otherwise now
     OutputOptions outputs;
     bool isQuiet = false;
     std::uint32_t traceLevel = 1;
@@ -84,22 +89,37 @@ void addOutputs(CLI::App& command, OutputOptions& options)
     }
     const Parsing<std::uint32_t> rows{"N", "number of rows", "a number such as 50, or 0 for no limit", parseCount};
     addParsed(command, "--rows", options.rows, rows,
-        "Most rows of the table, each the strongest of\nseveral samples; 0: no limit (0)");
+        "Most rows of the table, each the strongest of\nseveral samples; 0: no limit (as many as the\nterminal shows)");
     addColor(command, options.color);
 }
 
-/// Keeps all that a session tells.
+void addRepetition(CLI::App& command, ScanOptions& options)
+{
+    const Parsing<std::uint32_t> sweeps{"N", "number of sweeps", "1 or more, or forever", parseRepeat, {"forever"}};
+    addParsed(command, "--repeat", options.sweeps, sweeps, "Sweeps of each channel; forever: until Ctrl-C (1)");
+    const Parsing<std::chrono::milliseconds> duration{
+        "DURATION", "length of time", "one such as 90s, 30min, 2h or 1h30min", parseDuration};
+    addParsed(command, "--for", options.session.length, duration,
+        "Begin sweeps for so long, as the radios count it:\n90s, 30min, 2h");
+    addParsed(command, "--every", options.session.interval, duration, "From the begin of a sweep to the next one");
+}
+
+/// Keeps what a session tells.
 class Collector : public Sink {
 public:
-    explicit Collector(const Site& site)
+    /// @param keepsAll  otherwise of the sweeps the last alone, and what all have found
+    Collector(const Site& site, const SessionPlan& plan, bool keepsAll)
+        : m_keepsAll(keepsAll)
     {
         m_result.scenario = site.name();
         m_result.description = site.description();
+        m_result.kind = plan.kind;
+        m_result.provenance = site.provenance(plan.speed);
+        m_result.provenance.arguments = givenArguments();
     }
 
     void onPlan(const SessionPlan& plan) override
     {
-        m_result.kind = plan.kind;
         for (const auto& [channel, channelPlan] : plan.channels) {
             m_result.channels.push_back({.channel = static_cast<std::uint32_t>(channel.number),
                 .unitTypeText = channel.unitTypeText,
@@ -110,69 +130,112 @@ public:
         }
     }
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_result.channels[channel].plan = plan; }
-    void onSweepEnd(std::size_t channel, const Sweep& sweep) override { m_result.channels[channel].add(sweep); }
+    void onSweepEnd(std::size_t channel, const Sweep& sweep) override { m_result.channels[channel].add(sweep, m_keepsAll); }
 
     const ScanResult& result() const { return m_result; }
 
 private:
+    bool m_keepsAll;
     ScanResult m_result;
 };
 
-/// Of all sweeps: a failure counts more than a stop, a stop more than completion.
-ExitStatus statusOf(const ScanResult& result, bool isCutShort)
+void checkRepetition(const ScanOptions& options)
 {
-    bool isStopped = isCutShort;
-    for (const ChannelResult& channel : result.channels) {
-        for (const Sweep& sweep : channel.sweeps) {
-            if (sweep.ending == Ending::failed) {
-                return EXIT_FAILED;
-            }
-            isStopped = isStopped || sweep.ending == Ending::stopped;
-        }
+    if (options.session.interval && !options.session.length && options.sweeps.value_or(1) == 1) {
+        throw UsageError("--every needs several sweeps; add --repeat or --for");
     }
-    return isStopped ? EXIT_STOPPED : EXIT_COMPLETE;
 }
 
-/// Returns false when some output could not be written.
-bool write(const ScanResult& result, const OutputOptions& options)
+SessionPlan planOf(const ScanOptions& options, const Site& site, const std::vector<ChannelInfo>& channels)
 {
-    const std::vector<std::string> failures = writeOutputs(result, options);
-    for (const std::string& failure : failures) {
-        std::cerr << support::prefixed(failure, "sdc: ") << std::flush;
+    SessionPlan plan = options.session;
+    plan.sweeps = options.sweeps.value_or(plan.length ? 0 : 1);
+    plan.start = options.start.value_or(std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()));
+    for (const ChannelInfo& channel : channels) {
+        plan.channels.push_back(site.planned(channel, plan.kind));
     }
-    return failures.empty();
+    return plan;
+}
+
+std::vector<std::uint32_t> numbersOf(const std::vector<ChannelInfo>& channels)
+{
+    std::vector<std::uint32_t> numbers;
+    for (const ChannelInfo& channel : channels) {
+        numbers.push_back(static_cast<std::uint32_t>(channel.number));
+    }
+    return numbers;
+}
+
+/// Samples of all sweeps, where their number is known before; without end otherwise.
+double samplesOf(const SessionPlan& plan)
+{
+    double samples = 0.0; // in a sweep of all channels
+    std::chrono::milliseconds time{1};
+    for (const PlannedChannel& channel : plan.channels) {
+        const ScanPlan steps = channel.plan.value_or(ScanPlan{});
+        samples += steps.samples;
+        time = std::max(time, steps.settleTime());
+    }
+    const double byNumber = plan.sweeps == 0 ? std::numeric_limits<double>::infinity() : plan.sweeps;
+    const double byTime = plan.length
+        ? std::ceil(*plan.length / std::chrono::duration<double, std::milli>(std::max(time, plan.interval.value_or(time))))
+        : byNumber;
+    return samples * std::min(byNumber, byTime);
+}
+
+/// Of a result that no other command would read.
+void warnOfSize(const SessionPlan& plan, const OutputOptions& options, Report& report)
+{
+    constexpr double perSample = 110.0; // bytes, as JSON
+    constexpr double largest = 1024.0 * 1024.0 * largestResult_MiB;
+    const double samples = samplesOf(plan);
+    if (samples * perSample > largest && needSamples(options.outputs)) {
+        report.tellAlways(
+            fmt::format("{}: 'sdc plot' and 'sdc compare' read no results above {} MiB, and this one may become "
+                        "larger; --jsonl and --csv have no limit",
+                std::isinf(samples) ? "a scan without end" : fmt::format("{:.0f} samples", samples), largestResult_MiB));
+    }
+}
+
+/// A reader that has had enough of the only output has had what it wanted.
+ExitStatus statusOf(Ending ending, const Outputs& outputs)
+{
+    if (!outputs.areAllWritten()) {
+        return EXIT_INTERNAL;
+    }
+    if (ending == Ending::stopped) {
+        return isInterrupted() ? EXIT_STOPPED : EXIT_COMPLETE;
+    }
+    return ending == Ending::failed ? EXIT_FAILED : EXIT_COMPLETE;
 }
 
 /// Scans, writes the outputs, and tells on standard error what is done.
 ExitStatus scan(const ScanOptions& options)
 {
+    checkRepetition(options);
     const Site site(options.scenario);
     watchForInterrupt();
     const std::vector<ChannelInfo> channels = chooseChannels(site, options.channels);
-    Report report(options.isQuiet, options.outputs.color);
+    Report report(options.isQuiet, options.outputs.color, !isLiveOnTerminal(options.outputs.outputs));
     report.introduce(site, options.session.kind);
-    checkOutputs(options.outputs.outputs);
+    Outputs outputs(options.outputs, numbersOf(channels), [&report](const std::string& text) { report.tellAlways(text); });
 
-    SessionPlan plan = options.session;
-    plan.start = options.start.value_or(std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()));
-    for (const ChannelInfo& channel : channels) {
-        plan.channels.push_back(site.planned(channel, plan.kind));
-    }
-    Collector collector(site);
+    const SessionPlan plan = planOf(options, site, channels);
+    warnOfSize(plan, options.outputs, report);
+    Collector collector(site, plan, needSamples(options.outputs.outputs));
+    outputs.open(collector.result());
+    std::vector<Sink*> sinks = outputs.sinks();
+    sinks.insert(sinks.begin(), {&report, &collector});
     const ShownTrace trace(options.traceLevel);
-    const auto writeAndLeave = [&] {
-        write(collector.result(), options.outputs);
-        leaveBySignal();
-    };
-    Session session(plan, {&report, &collector}, isInterrupted, {isLeaveWanted, writeAndLeave});
+    const auto isStopWanted = [&outputs] { return isInterrupted() || !outputs.isAnyWanted(); };
+    Session session(plan, sinks, isStopWanted, {isLeaveWanted, leaveBySignal});
     const std::unique_ptr<host::Clock> clock = host::makeClock(plan.speed);
     const simulator::Radios radios = site.radios(*clock);
     session.run(radios.channels(), *clock);
-    const bool isWritten = write(collector.result(), options.outputs);
     if (isLeaveWanted()) {
         leaveBySignal();
     }
-    return isWritten ? statusOf(collector.result(), session.isCutShort()) : EXIT_INTERNAL;
+    return statusOf(session.ending(), outputs);
 }
 
 } // namespace
@@ -185,8 +248,7 @@ void addScan(CLI::App& app, Command& command)
     addScenario(scanning, options->scenario);
     addChannels(scanning, options->channels);
     addSpeed(scanning, options->session.speed);
-    const Parsing<std::uint32_t> sweeps{"N", "number of sweeps", "1 or more, or forever", parseRepeat, {"forever"}};
-    addParsed(scanning, "--repeat", options->session.sweeps, sweeps, "Sweeps of each channel; forever: until Ctrl-C (1)");
+    addRepetition(scanning, *options);
     addOutputs(scanning, options->outputs);
     addFlag(scanning, "--quiet", options->isQuiet, "No plan, no progress; only results and failures");
     addTrace(scanning, options->outputs.trace, &options->traceLevel);
@@ -197,7 +259,8 @@ void addScan(CLI::App& app, Command& command)
     scanning.footer("Examples:\n"
                     "  sdc scan channel\n"
                     "  sdc scan sub-band --speed 20 --csv samples.csv --plot samples.svg\n"
-                    "  sdc scan channel --repeat 100 --json - --quiet\n");
+                    "  sdc scan channel --repeat 100 --json - --quiet\n"
+                    "  sdc scan channel --for 2h --every 5min --jsonl day.jsonl\n");
     scanning.callback([options, &command] { command = [options] { return scan(*options); }; });
 }
 

@@ -53,11 +53,11 @@ ChannelInFile inFile(const ChannelResult& channel, TraceKind trace)
 
 void writeJson(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
 {
-    ResultInFile written{.programVersion = SDC_VERSION,
-        .scenario = result.scenario,
+    ResultInFile written{.scenario = result.scenario,
         .description = result.description,
         .kind = result.kind,
         .farEnd = result.farEnd,
+        .provenance = result.provenance,
         .channels = {}};
     std::ranges::transform(result.channels, std::back_inserter(written.channels),
         [&options](const ChannelResult& channel) { return inFile(channel, options.trace); });

@@ -3,7 +3,6 @@
 #include "apps/sdc/formats/OutputFile.h"
 #include "apps/sdc/formats/Target.h"
 #include "apps/sdc/options/CommandLine.h"
-#include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -12,10 +11,10 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
-#include <iterator>
 #include <map>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 namespace sdc {
 
@@ -26,23 +25,18 @@ constexpr const char* standardOutput = "-";
 WriteOptions writeOptions(const Output& output, const OutputOptions& options)
 {
     const bool isStandard = output.file == standardOutput;
+    const bool isShown = isStandard && isTerminal(STDOUT_FILENO);
     return {.file = output.file,
-        .rows = options.rows,
-        .width = isStandard && isTerminal(STDOUT_FILENO) ? terminalWidth(STDOUT_FILENO) : 0,
+        .rows = options.rows.value_or(0),
+        .width = isShown ? terminalWidth(STDOUT_FILENO) : 0,
+        .height = isShown && !options.rows ? terminalHeight(STDOUT_FILENO) : 0,
         .isColored = isStandard && usesColor(options.color, STDOUT_FILENO),
         .trace = options.trace};
 }
 
-/// Returns what went wrong.
-std::string failureOf(const ScanResult& result, const Output& output, const OutputOptions& options)
+std::string optionOf(const Output& output)
 {
-    try {
-        writeFile(
-            output.file, [&](std::ostream& stream) { output.format->write(stream, result, writeOptions(output, options)); });
-        return "";
-    } catch (const std::exception& exception) {
-        return exception.what();
-    }
+    return std::string("--") + output.format->name;
 }
 
 UsageError sharedFile(const std::string& one, const std::string& other, const std::string& file)
@@ -51,23 +45,12 @@ UsageError sharedFile(const std::string& one, const std::string& other, const st
         fmt::format("{} and {} both write to {}; give each a file of its own", one, other, support::shown(file)));
 }
 
-/// Two outputs into one file would leave the last of them, or a mixture. What the shell has opened as standard output may go
-/// by the name of an output, too.
-void checkEachHasItsOwn(const std::vector<Output>& outputs)
+/// "out.csv" is "out-2.csv" for channel 2.
+std::string numbered(const std::string& file, std::uint32_t channel)
 {
-    std::map<FileIdentity, std::string> files;
-    const auto shells = usesStandardOutput(outputs) ? std::nullopt : Target(standardOutput).identity();
-    for (const Output& output : outputs) {
-        const Target target(output.file);
-        const auto file = target.identity();
-        const std::string name = std::string("--") + output.format->name;
-        if (file && !files.try_emplace(*file, name).second) {
-            throw sharedFile(files.at(*file), name, output.file);
-        }
-        if (file && file == shells && target.isFile()) {
-            throw sharedFile(name, "standard output", output.file);
-        }
-    }
+    const std::filesystem::path path(file);
+    const std::string name = fmt::format("{}-{}{}", path.stem().string(), channel, path.extension().string());
+    return (path.parent_path() / name).string();
 }
 
 } // namespace
@@ -77,36 +60,166 @@ bool usesStandardOutput(const std::vector<Output>& outputs)
     return std::ranges::find(outputs, standardOutput, &Output::file) != outputs.end();
 }
 
-void checkOutputs(const std::vector<Output>& outputs)
+bool isLiveOnTerminal(const std::vector<Output>& outputs)
 {
-    checkEachHasItsOwn(outputs);
-    for (const auto& [format, file] : outputs) {
-        Target(file).check();
-        const std::string obstacle = format->obstacle == nullptr ? "" : format->obstacle(file);
+    const auto isLive = [](const Output& output) { return output.format->makeLive != nullptr && output.file == standardOutput; };
+    return isTerminal(STDOUT_FILENO) && std::ranges::any_of(outputs, isLive);
+}
+
+bool needSamples(const std::vector<Output>& outputs)
+{
+    return std::ranges::any_of(outputs, [](const Output& output) { return output.format->needsSamples; });
+}
+
+Outputs::Outputs(OutputOptions options, std::vector<std::uint32_t> channels, std::function<void(const std::string&)> tell)
+    : m_options(std::move(options))
+    , m_channels(std::move(channels))
+    , m_tell(std::move(tell))
+{
+    if (m_options.outputs.empty()) {
+        m_options.outputs.push_back({&formats[0], standardOutput});
+    }
+    // Standard output, at most one of them, comes last.
+    std::ranges::stable_partition(m_options.outputs, [](const Output& output) { return output.file != standardOutput; });
+    checkEachHasItsOwn();
+    for (const Output& output : m_options.outputs) {
+        for (const std::string& file : filesOf(output)) {
+            Target(file).check();
+        }
+        const std::string obstacle = output.format->obstacle == nullptr ? "" : output.format->obstacle(output.file);
         if (!obstacle.empty()) {
-            throw std::runtime_error(fmt::format("--{}: {}", format->name, obstacle));
+            throw std::runtime_error(optionOf(output) + ": " + obstacle);
         }
     }
 }
 
-std::vector<std::string> writeOutputs(const ScanResult& result, const OutputOptions& options)
+/// One, or one for each channel.
+std::vector<std::string> Outputs::filesOf(const Output& output) const
 {
-    std::vector<Output> outputs = options.outputs;
-    if (!usesStandardOutput(outputs)) {
-        outputs.push_back({&formats[0], standardOutput});
+    if (!output.format->isPerChannel || m_channels.size() < 2) {
+        return {output.file};
     }
-    // Standard output, at most one of them, comes last.
-    const auto standard = std::ranges::find(outputs, standardOutput, &Output::file);
-    std::rotate(standard, std::next(standard), outputs.end());
-    std::vector<std::string> failures;
-    for (const Output& output : outputs) {
-        const std::string failure = failureOf(result, output, options);
-        if (!failure.empty()) {
-            const bool isExpected = output.file == standardOutput && isReaderGone(STDOUT_FILENO);
-            failures.push_back(isExpected ? "" : failure);
+    const Target target(output.file);
+    if (!target.identity()) {
+        return std::vector(m_channels.size(), output.file); // a device
+    }
+    if (!target.isFile()) {
+        throw UsageError(fmt::format("{}: the rows of several channels need a file each; write the name of a file, of which "
+                                     "others are made with the channels' numbers, or choose one --channel",
+            optionOf(output)));
+    }
+    std::vector<std::string> files;
+    for (const std::uint32_t channel : m_channels) {
+        files.push_back(numbered(output.file, channel));
+    }
+    return files;
+}
+
+/// Two outputs into one file would leave the last of them, or a mixture. What the shell has opened as standard output may go
+/// by the name of an output, too.
+void Outputs::checkEachHasItsOwn() const
+{
+    std::map<FileIdentity, std::string> owners;
+    const auto shells = usesStandardOutput(m_options.outputs) ? std::nullopt : Target(standardOutput).identity();
+    for (const Output& output : m_options.outputs) {
+        for (const std::string& file : filesOf(output)) {
+            const Target target(file);
+            const auto identity = target.identity();
+            if (identity && !owners.try_emplace(*identity, optionOf(output)).second) {
+                throw sharedFile(owners.at(*identity), optionOf(output), file);
+            }
+            if (identity && identity == shells && target.isFile()) {
+                throw sharedFile(optionOf(output), "standard output", file);
+            }
         }
     }
-    return failures;
+}
+
+void Outputs::open(const ScanResult& result)
+{
+    m_result = &result;
+    for (const Output& output : m_options.outputs) {
+        if (output.format->makeLive != nullptr) {
+            Live& live = m_live.emplace_back();
+            std::vector<Lines*> lines;
+            for (const std::string& file : filesOf(output)) {
+                lines.push_back(live.files.emplace_back(std::make_unique<LiveFile>(file)).get());
+            }
+            live.format = output.format->makeLive(result, std::move(lines));
+        }
+    }
+}
+
+std::vector<Sink*> Outputs::sinks()
+{
+    std::vector<Sink*> sinks;
+    for (const Live& live : m_live) {
+        sinks.push_back(live.format.get());
+    }
+    sinks.push_back(this);
+    return sinks;
+}
+
+bool Outputs::isAnyWanted() const
+{
+    const auto isWhole = [](const Output& output) { return output.format->makeLive == nullptr; };
+    const auto isOpen = [](const Live& live) {
+        return std::ranges::any_of(live.files, [](const auto& file) { return file->isOpen(); });
+    };
+    return std::ranges::any_of(m_options.outputs, isWhole) || std::ranges::any_of(m_live, isOpen);
+}
+
+void Outputs::onSweepEnd(std::size_t, const Sweep&)
+{
+    onPoll();
+}
+
+void Outputs::onPoll()
+{
+    for (const Live& live : m_live) {
+        for (const auto& file : live.files) {
+            attempt([&file] { file->pass(); });
+        }
+    }
+}
+
+/// Where one is waited for, the others have all there is.
+void Outputs::onEnd(Ending)
+{
+    onPoll();
+    for (const Live& live : m_live) {
+        for (const auto& file : live.files) {
+            attempt([&] {
+                if (!file->finish()) {
+                    m_tell(file->name() + " keeps what it had: nothing was measured");
+                }
+            });
+        }
+    }
+    for (const Output& output : m_options.outputs) {
+        if (output.format->makeLive == nullptr) {
+            attempt([&] { writeWhole(output); });
+        }
+    }
+}
+
+void Outputs::attempt(const std::function<void()>& write)
+{
+    try {
+        write();
+    } catch (const std::exception& exception) {
+        m_areAllWritten = false;
+        m_tell(exception.what());
+    }
+}
+
+void Outputs::writeWhole(const Output& output)
+{
+    try {
+        writeFile(output.file,
+            [&](std::ostream& stream) { output.format->write(stream, *m_result, writeOptions(output, m_options)); });
+    } catch (const ReaderGone&) { // has had enough
+    }
 }
 
 } // namespace sdc

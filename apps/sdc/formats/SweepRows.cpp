@@ -1,19 +1,18 @@
-#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/formats/LiveFormat.h"
 #include "apps/sdc/result/PowerMean.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/scan/Channels.h"
 #include "support/Time.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <map>
-#include <ostream>
+#include <memory>
 #include <string>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace sdc {
@@ -61,7 +60,31 @@ std::string levelOfOnePlace(const Sweep& sweep)
     return ", " + hundredths(mean.mean());
 }
 
-std::string rowOf(const Sweep& sweep, const ScanPlan& plan)
+class SweepRows : public LiveFormat {
+public:
+    using LiveFormat::LiveFormat;
+
+    void onPlan(const SessionPlan& plan) override
+    {
+        for (const PlannedChannel& channel : plan.channels) {
+            m_plans.push_back(channel.plan.value_or(ScanPlan{}));
+        }
+    }
+    void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_plans[channel] = plan; }
+    void onSweepEnd(std::size_t channel, const Sweep& sweep) override
+    {
+        if (!sweep.samples.empty()) {
+            file(channel).put(sweepRow(sweep, m_plans[channel]));
+        }
+    }
+
+private:
+    std::vector<ScanPlan> m_plans;
+};
+
+} // namespace
+
+std::string sweepRow(const Sweep& sweep, const ScanPlan& plan)
 {
     const std::uint32_t step_kHz = stepOf(sweep, plan);
     const std::size_t count = step_kHz == 0 ? 1 : levelCount(sweep, plan, step_kHz);
@@ -75,24 +98,9 @@ std::string rowOf(const Sweep& sweep, const ScanPlan& plan)
         high_Hz, step_Hz, sweep.samples.size(), step_kHz == 0 ? levelOfOnePlace(sweep) : levels(sweep, count));
 }
 
-} // namespace
-
-void writeSweepRows(std::ostream& stream, const ScanResult& result, const WriteOptions&)
+std::unique_ptr<LiveFormat> makeSweepRows(const ScanResult&, std::vector<Lines*> files)
 {
-    // By what a row says of itself: its second, then its lowest frequency.
-    std::multimap<std::tuple<std::chrono::sys_seconds, std::uint32_t>, std::string> rows;
-    for (const ChannelResult& channel : result.channels) {
-        for (const Sweep& sweep : channel.sweeps) {
-            if (!sweep.samples.empty()) {
-                rows.emplace(
-                    std::tuple(std::chrono::floor<std::chrono::seconds>(sweep.start), sweep.samples.front().frequency_kHz),
-                    rowOf(sweep, channel.plan));
-            }
-        }
-    }
-    for (const auto& [place, row] : rows) {
-        stream << row;
-    }
+    return std::make_unique<SweepRows>(std::move(files));
 }
 
 } // namespace sdc

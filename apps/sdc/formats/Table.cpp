@@ -39,16 +39,17 @@ struct Layout {
     bool hasHolds;
     TraceKind trace;
     bool isColored;
+    bool isFitted;        ///< to the height of a terminal
     std::int32_t perStep; ///< characters of the bar for 2 dB
 };
 
 Layout layoutOf(const ChannelResult& channel, const WriteOptions& options)
 {
-    const bool hasHolds = channel.sweeps.size() > 1;
+    const bool hasHolds = channel.survey.sweeps() > 1;
     const int besideBar = static_cast<int>(2 * column + (hasHolds ? 2 * holdColumn : 0) + 5); // with the last label
     constexpr int steps = (barEnd - barBegin) / barStep;
-    return {
-        hasHolds, options.trace, options.isColored, std::max(1, (std::max(options.width, leastWidth) - besideBar) / steps)};
+    return {hasHolds, options.trace, options.isColored, options.height > 0,
+        std::max(1, (std::max(options.width, leastWidth) - besideBar) / steps)};
 }
 
 std::string colored(const std::string& text, const char* color, const Layout& layout)
@@ -124,7 +125,7 @@ void writeRow(std::ostream& stream, const Hold& row, const Analysis& analysis, c
 /// In the order taken: of one sweep each sample, of several each frequency.
 std::vector<Hold> rowsOf(const ChannelResult& channel)
 {
-    if (channel.sweeps.size() > 1) {
+    if (channel.survey.sweeps() > 1) {
         return channel.survey.holds();
     }
     std::vector<Hold> rows;
@@ -140,7 +141,8 @@ void writeRows(
     const std::vector<Hold> rows = rowsOf(channel);
     const std::size_t perRow = mostRows == 0 ? 1 : std::max<std::size_t>(1, (rows.size() + mostRows - 1) / mostRows);
     if (perRow > 1) {
-        stream << fmt::format("each row: the strongest of {} samples\n", perRow);
+        stream << fmt::format("each row: {}, the strongest of {}{}\n", layout.hasHolds ? "a frequency" : "a sample", perRow,
+            layout.isFitted ? "; --rows 0 shows all" : "");
     }
     stream << colored(header(layout), bold, layout) << '\n';
     for (std::size_t first = 0; first < rows.size(); first += perRow) {
@@ -151,6 +153,19 @@ void writeRows(
     }
 }
 
+/// Of sweeps whose number may have no end.
+std::string statesOf(const ChannelResult& channel)
+{
+    const Survey& survey = channel.survey;
+    const std::string last = stateOf(channel.sweeps.back(), channel.plan);
+    std::string states;
+    for (const Ending ending : {Ending::stopped, Ending::failed}) {
+        const std::size_t count = survey.sweeps(ending);
+        states += count == 0 ? "" : fmt::format("{}{} {}", states.empty() ? "" : ", ", count, toText(ending));
+    }
+    return states.empty() ? "" : states + (last.empty() ? "" : "; the last: " + last);
+}
+
 std::string longName(TraceKind kind)
 {
     return kind == TraceKind::max ? "maximum" : kind == TraceKind::min ? "minimum" : "average power";
@@ -158,16 +173,13 @@ std::string longName(TraceKind kind)
 
 void writeState(std::ostream& stream, const ChannelResult& channel, const Layout& layout)
 {
-    const std::size_t count = channel.sweeps.size();
+    const std::size_t count = channel.survey.sweeps();
     if (count > 1) {
         stream << fmt::format(
             "{} sweeps, by their {}: # average power, + up to the maximum\n", count, longName(layout.trace));
     }
-    for (std::size_t index = 0; index < count; ++index) {
-        const std::string state = stateOf(channel.sweeps[index], channel.plan);
-        const std::string number = count > 1 ? fmt::format("sweep {}: ", index + 1) : "";
-        stream << (state.empty() ? "" : colored(number + state, red, layout) + "\n");
-    }
+    const std::string states = count > 1 ? statesOf(channel) : stateOf(channel.sweeps.back(), channel.plan);
+    stream << (states.empty() ? "" : colored(states, red, layout) + "\n");
 }
 
 // The summary below a table: what a trace tells, one line each, at most 80 columns.
@@ -223,6 +235,18 @@ void writeSummary(std::ostream& stream, const Analysis& analysis, const ScanPlan
     stream << (lines.empty() ? "" : "\n") << lines;
 }
 
+/// As many as a terminal shows of all channels together, beside what stands around them.
+std::size_t mostRows(const ScanResult& result, const WriteOptions& options)
+{
+    constexpr std::size_t around = 16;
+    constexpr std::size_t fewest = 8;
+    if (options.height == 0) {
+        return options.rows;
+    }
+    const std::size_t each = static_cast<std::size_t>(options.height) / result.channels.size();
+    return std::max(fewest, each - std::min(each, around));
+}
+
 } // namespace
 
 void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptions& options)
@@ -237,7 +261,7 @@ void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptio
                    << '\n';
         }
         writeState(stream, channel, layout);
-        writeRows(stream, channel, analysis, layout, options.rows);
+        writeRows(stream, channel, analysis, layout, mostRows(result, options));
         writeSummary(stream, analysis, channel.plan);
     }
 }

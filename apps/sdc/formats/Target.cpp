@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <charconv>
 #include <chrono>
-#include <stdexcept>
 #include <system_error>
 #include <thread>
 
@@ -77,11 +76,18 @@ Target::Target(const std::string& name)
     }
 }
 
+std::string Target::shownName() const
+{
+    return m_name == "-" ? "standard output" : support::shown(m_name);
+}
+
 void Target::fail() const
 {
-    const std::string reason = reasonOf(errno);
-    throw std::runtime_error(
-        "cannot write to " + (m_name == "-" ? "standard output" : support::shown(m_name)) + ": " + reason);
+    const std::string what = "cannot write to " + shownName() + ": " + reasonOf(errno);
+    if (errno == EPIPE) {
+        throw ReaderGone(what);
+    }
+    throw std::runtime_error(what);
 }
 
 /// The descriptor of this program that the name stands for, when it is one.

@@ -7,6 +7,7 @@
 #include <compare>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace sdc {
@@ -18,6 +19,12 @@ struct FileIdentity {
     std::string newName; ///< of a file that is to be made, in the folder that has the number
 
     auto operator<=>(const FileIdentity&) const = default;
+};
+
+/// The reader of a pipe has had enough.
+class ReaderGone : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
 };
 
 /// Where the name of an output leads, whether something is there or not: a link's target is meant, not the link.
@@ -48,7 +55,11 @@ public:
     std::filesystem::path fileName() const { return m_path.filename(); }
     std::filesystem::perms permissions() const { return m_status.permissions(); }
 
-    /// @throws std::runtime_error that names the file, as the user did, and the reason that the system gave last
+    /// As the user wrote it, for messages.
+    std::string shownName() const;
+
+    /// @throws ReaderGone or another std::runtime_error that names the file, as the user did, and the reason that the system
+    /// gave last
     [[noreturn]] void fail() const;
 
 private:

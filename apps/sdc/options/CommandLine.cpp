@@ -24,6 +24,8 @@ constexpr const char* shortHelp = "sdc: a command is needed:\n"
                                   "  sdc scenarios list        what can be scanned\n"
                                   "'sdc help' lists all commands.\n";
 
+std::vector<std::string> given; ///< the arguments
+
 constexpr std::string_view completionRequest = "--complete"; ///< of the shell: nothing that a person writes
 
 /// Help, version and completions go to standard output, and into a file or a pipe if need be.
@@ -112,12 +114,18 @@ void addAll(CLI::App& app, Command& command)
 
 } // namespace
 
+const std::vector<std::string>& givenArguments()
+{
+    return given;
+}
+
 Command readCommandLine(int count, const char* const* arguments)
 {
     CLI::App app{"Spectrum diagnostics of a simulated point-to-point microwave terminal", "sdc"};
     Command command;
     addAll(app, command);
     Words words(arguments + 1, arguments + count);
+    given = words;
     if (!words.empty() && words.front() == completionRequest) {
         return print(completions(app, {words.begin() + 1, words.end()}));
     }

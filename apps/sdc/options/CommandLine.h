@@ -2,7 +2,9 @@
 
 #include <functional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace sdc {
 
@@ -48,6 +50,9 @@ public:
 
 /// What the arguments ask for. Call it once.
 using Command = std::function<ExitStatus()>;
+
+/// The arguments, as they were read.
+const std::vector<std::string>& givenArguments();
 
 /// Reads the arguments.
 /// @throws UsageError

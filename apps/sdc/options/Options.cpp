@@ -238,6 +238,28 @@ std::optional<TraceKind> parseTraceKind(std::string_view text)
     return name == traceKinds.end() ? std::nullopt : std::optional(static_cast<TraceKind>(name - traceKinds.begin()));
 }
 
+std::optional<std::chrono::milliseconds> parseDuration(std::string_view text)
+{
+    using std::chrono::milliseconds;
+    constexpr std::pair<std::string_view, milliseconds> units[]{{"d", std::chrono::hours(24)}, {"h", std::chrono::hours(1)},
+        {"min", std::chrono::minutes(1)}, {"s", std::chrono::seconds(1)}, {"ms", milliseconds(1)}};
+    constexpr milliseconds longest = std::chrono::hours(10 * 365 * 24);
+    milliseconds sum{};
+    for (const auto& [unit, length] : units) { // each once, the longest first
+        const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+        const std::size_t end = std::min(text.find_first_of("0123456789", digits), text.size());
+        if (text.substr(digits, end - digits) == unit) {
+            const auto count = parseCount(text.substr(0, digits));
+            if (!count || *count > longest / length) {
+                return std::nullopt;
+            }
+            sum += *count * length;
+            text.remove_prefix(end);
+        }
+    }
+    return text.empty() && sum > milliseconds{} && sum <= longest ? std::optional(sum) : std::nullopt;
+}
+
 std::optional<std::uint32_t> parseTraceLevel(std::string_view text)
 {
     const auto level = parseCount(text);

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -99,6 +100,9 @@ std::optional<std::uint32_t> parseRepeat(std::string_view text);
 
 /// Which of the levels of several sweeps stands for a frequency: "max", "average" or "min".
 std::optional<TraceKind> parseTraceKind(std::string_view text);
+
+/// A length of time above 0 and up to ten years, of numbers with units: "90s", "30min", "1h30min", "500ms", "2d".
+std::optional<std::chrono::milliseconds> parseDuration(std::string_view text);
 
 /// A level of the controllers' trace, 0 to 7.
 std::optional<std::uint32_t> parseTraceLevel(std::string_view text);

@@ -28,9 +28,6 @@ ChannelResult outOfFile(ChannelInFile&& channel)
         .survey = {}};
     for (SweepInFile& sweep : channel.sweeps) {
         sweep.reason = std::move(sweep.givenReason).value_or("");
-        for (std::size_t index = 0; index < sweep.samples.size(); ++index) {
-            sweep.samples[index].time = sweep.start + channel.plan.settleTime(static_cast<std::int64_t>(index) + 1);
-        }
         read.add(std::move(sweep));
     }
     return read;
@@ -38,9 +35,8 @@ ChannelResult outOfFile(ChannelInFile&& channel)
 
 std::string readAll(std::istream& stream, const std::string& file)
 {
-    constexpr std::size_t largest_MiB = 32;
     try {
-        return support::readToEnd(stream, largest_MiB);
+        return support::readToEnd(stream, largestResult_MiB);
     } catch (const std::runtime_error& error) {
         throw ResultError(file + ": " + error.what());
     }
@@ -60,6 +56,7 @@ ScanResult parseResult(std::string_view text, const std::string& file)
         .description = std::move(read.description),
         .kind = read.kind,
         .farEnd = read.farEnd,
+        .provenance = std::move(read.provenance),
         .channels = {}};
     for (ChannelInFile& channel : read.channels) {
         result.channels.push_back(outOfFile(std::move(channel)));

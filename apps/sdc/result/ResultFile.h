@@ -2,11 +2,14 @@
 
 #include "apps/sdc/result/ScanResult.h"
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace sdc {
+
+inline constexpr std::size_t largestResult_MiB = 64; ///< that is read
 
 /// A result that cannot be used. what() names the file and, line by line, the place in it as a JSON path, what is wrong and
 /// what would be right.

@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -73,6 +74,7 @@ constexpr double highestLevel_dBm = std::numeric_limits<std::int32_t>::max() / 1
 constexpr std::int64_t furthestOffset = 1'000'000'000'000;
 constexpr std::size_t mostItems = 10'000'000; // more than a file can have
 constexpr std::size_t mostSweeps = 100'000;   // of a channel
+constexpr std::size_t mostArguments = 10'000;
 
 const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
 const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
@@ -80,20 +82,9 @@ const HundredthsSpec level{lowestLevel_dBm, highestLevel_dBm};
 const auto text = support::text();
 const auto moment = support::moment();
 
-const Record<ScanPlan>& planRecord()
-{
-    static const Record<ScanPlan> record = [] {
-        auto fields = support::fieldsWithin<ScanPlan>(
-            stepsRecord(), [](auto& plan) -> auto& { return plan; });
-        fields.push_back({"channel_spacing_kHz", &ScanPlan::channelSpacing_kHz, word, "from one channel to the next, kHz"});
-        fields.push_back({"rx_frequency_kHz", &ScanPlan::rxFrequency_kHz, word, "configured receive frequency, kHz"});
-        return Record<ScanPlan>("plan", "what the last sweep was going to do", fields);
-    }();
-    return record;
-}
-
 const Record<Sample> sampleRecord{"sample", "one reading",
     {
+        {"time", &Sample::time, moment, "of the reading"},
         {"frequency_kHz", &Sample::frequency_kHz, word, "frequency, kHz"},
         {"level_dBm", &Sample::rssi, level, "level, dBm"},
     }};
@@ -107,6 +98,16 @@ std::optional<Wrong> endsBeforeItsStart(const SweepInFile& sweep)
 {
     return sweep.end < sweep.start ? wrong("end", support::inQuotes(support::rfc3339(sweep.end)), "not before the start")
                                    : std::nullopt;
+}
+
+std::optional<Wrong> isReadBeforeItsStart(const SweepInFile& sweep)
+{
+    const auto early = std::ranges::find_if(
+        sweep.samples, [&sweep](const Sample& sample) { return sample.time < sweep.start; });
+    return early == sweep.samples.end()
+        ? std::nullopt
+        : wrong(fmt::format("samples[{}].time", early - sweep.samples.begin()),
+            support::inQuotes(support::rfc3339(early->time)), "not before the start of the sweep");
 }
 
 std::optional<Wrong> isMiscounted(const SweepInFile& sweep)
@@ -137,7 +138,7 @@ const Record<SweepInFile> sweepRecord{"sweep", "one sweep",
         {"samples", &SweepInFile::samples, support::list(sampleRecord, 0, mostItems),
             "in the order taken, the lowest frequency first"},
     },
-    {endsBeforeItsStart, isMiscounted, hasReasonWithoutFailure}};
+    {endsBeforeItsStart, isReadBeforeItsStart, isMiscounted, hasReasonWithoutFailure}};
 
 const Record<HoldsInFile> holdsRecord{"holds", "over several sweeps; each list has an item for each frequency",
     {
@@ -243,22 +244,11 @@ std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
         channel.sweeps.back(), channel.sweeps.size() - 1, channel.plan.lowest_kHz, std::int64_t{channel.plan.step_kHz});
 }
 
-const Record<ReceiverData> receiverRecord{"receiver", "what the data sheet tells of the receiver",
-    {
-        {"filter_kHz", &ReceiverData::filterWidth_kHz, support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"),
-            "width of the receive filter, kHz"},
-        {"noise_figure_dB", &ReceiverData::noiseFigure_dB, support::number(0, 200, "dB"), "noise figure, dB"},
-        {"ultimate_rejection_dB", &ReceiverData::ultimateRejection_dB, support::number(0, 200, "dB"),
-            "of what lies outside the filter, dB"},
-        {"saturation_dBm", &ReceiverData::saturation_dBm, support::number(-200, 200, "dBm"),
-            "where readings level off, dBm"},
-    }};
-
 const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
     {
         {"channel", &ChannelInFile::channel, word, "number of the radio channel"},
         {"unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"},
-        {"receiver", &ChannelInFile::receiver, receiverRecord, receiverRecord.sentence()},
+        {"receiver", &ChannelInFile::receiver, receiverRecord(), receiverRecord().sentence()},
         {"plan", &ChannelInFile::plan, planRecord(), planRecord().sentence()},
         {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
         {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
@@ -295,17 +285,59 @@ const Record<ScanPlan>& stepsRecord()
     return record;
 }
 
+const Record<ScanPlan>& planRecord()
+{
+    static const Record<ScanPlan> record = [] {
+        auto fields = support::fieldsWithin<ScanPlan>(
+            stepsRecord(), [](auto& plan) -> auto& { return plan; });
+        fields.push_back({"channel_spacing_kHz", &ScanPlan::channelSpacing_kHz, word, "from one channel to the next, kHz"});
+        fields.push_back({"rx_frequency_kHz", &ScanPlan::rxFrequency_kHz, word, "configured receive frequency, kHz"});
+        return Record<ScanPlan>("plan", "what the last sweep was going to do", fields);
+    }();
+    return record;
+}
+
+const Record<ReceiverData>& receiverRecord()
+{
+    static const Record<ReceiverData> record{"receiver", "what the data sheet tells of the receiver",
+        {
+            {"filter_kHz", &ReceiverData::filterWidth_kHz,
+                support::number(0, std::numeric_limits<std::uint32_t>::max(), "kHz"), "width of the receive filter, kHz"},
+            {"noise_figure_dB", &ReceiverData::noiseFigure_dB, support::number(0, 200, "dB"), "noise figure, dB"},
+            {"ultimate_rejection_dB", &ReceiverData::ultimateRejection_dB, support::number(0, 200, "dB"),
+                "of what lies outside the filter, dB"},
+            {"saturation_dBm", &ReceiverData::saturation_dBm, support::number(-200, 200, "dBm"),
+                "where readings level off, dBm"},
+        }};
+    return record;
+}
+
+const Record<Provenance>& provenanceRecord()
+{
+    static const Record<Provenance> record{"provenance", "how the result was made",
+        {
+            {"program_version", &Provenance::programVersion, text, "of the program that wrote it"},
+            {"simulated", &Provenance::isSimulated, support::flag(), "whether the radios were"},
+            {"scenario_sha256", &Provenance::scenarioDigest, text, "of the scenario's file, in hexadecimal digits"},
+            {"seed", &Provenance::seed, word, "of all that is random in the scenario"},
+            {"speed", &Provenance::speed, support::number(0, std::numeric_limits<double>::max(), ""),
+                "of time: 1 is real, 0 no wall time at all"},
+            {"arguments", &Provenance::arguments, support::list(text, 0, mostArguments, "argument"), "of the program"},
+        }};
+    return record;
+}
+
 const Record<ResultInFile>& resultRecord()
 {
     static const Record<ResultInFile> record{"result", "what sweeps of a receiver found, and how they went",
         {
             support::ignored<ResultInFile>("$schema", text, "where this schema is found; for editors"),
             {"schema_version", &ResultInFile::schemaVersion, support::integer(2, 2), "number of this form"},
-            {"program_version", &ResultInFile::programVersion, text, "of the program that wrote the result"},
             {"scenario", &ResultInFile::scenario, text, "name of the scenario"},
             {"description", &ResultInFile::description, text, "of the scenario, one line"},
             {"kind", &ResultInFile::kind, support::choice(scanKinds), "of the scan"},
             {"far_end", &ResultInFile::farEnd, support::choice(farEnds), "whether it transmitted, as the user said"},
+            {"provenance", &ResultInFile::provenance, provenanceRecord(), provenanceRecord().sentence()},
             {"channels", &ResultInFile::channels, support::list(channelRecord, 1, terminal::mostChannels),
                 "one for each radio channel that was scanned"},
         },

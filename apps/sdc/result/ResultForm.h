@@ -46,16 +46,21 @@ struct ChannelInFile {
 
 struct ResultInFile {
     std::uint32_t schemaVersion = 2;
-    std::string programVersion;
     std::string scenario;
     std::string description;
     ScanKind kind{};
     FarEnd farEnd{};
+    Provenance provenance;
     std::vector<ChannelInFile> channels;
 };
 
 /// What a sweep is going to do, as it stands there and wherever a plan is written as JSON.
 const support::Record<ScanPlan>& stepsRecord();
+
+// What is told of a scan in the same way wherever it is told as JSON.
+const support::Record<ScanPlan>& planRecord();
+const support::Record<ReceiverData>& receiverRecord();
+const support::Record<Provenance>& provenanceRecord();
 
 /// The keys of such a file, and what must hold among their values.
 const support::Record<ResultInFile>& resultRecord();

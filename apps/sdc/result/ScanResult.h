@@ -58,12 +58,23 @@ struct ChannelResult {
     void add(Sweep sweep, bool keepsAll = true);
 };
 
+/// How a result was made, so that it can be made again.
+struct Provenance {
+    std::string programVersion;
+    bool isSimulated = true;
+    std::string scenarioDigest;         ///< SHA-256 of the scenario's file, in hexadecimal digits
+    std::uint32_t seed = 0;             ///< of all that is random in the scenario
+    double speed = 0.0;                 ///< of time: 1 is real, 0 no wall time at all
+    std::vector<std::string> arguments; ///< of the program
+};
+
 /// What one run of `sdc scan` found.
 struct ScanResult {
     std::string scenario;
     std::string description;
     ScanKind kind{};
     FarEnd farEnd = FarEnd::unknown;
+    Provenance provenance{};
     std::vector<ChannelResult> channels; ///< in the order asked for; at least one
 };
 

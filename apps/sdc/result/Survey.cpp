@@ -19,6 +19,7 @@ std::int32_t levelOf(const Hold& hold, TraceKind kind)
 void Survey::add(const Sweep& sweep)
 {
     ++m_sweeps;
+    ++m_endings.at(static_cast<std::size_t>(sweep.ending));
     for (const Sample& sample : sweep.samples) {
         const auto [found, isFirst] =
             m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, sample.rssi, {}});

@@ -46,6 +46,7 @@ public:
     void add(const Sweep& sweep);
 
     std::size_t sweeps() const { return m_sweeps; } ///< number of those added
+    std::size_t sweeps(Ending ending) const { return m_endings.at(static_cast<std::size_t>(ending)); }
 
     /// The holds of all frequencies that any sweep reached, ascending, each over the sweeps that reached it.
     std::vector<Hold> holds() const;
@@ -69,6 +70,7 @@ private:
     static constexpr std::size_t mostStep = 1000;
 
     std::size_t m_sweeps = 0;
+    std::array<std::size_t, endings.size()> m_endings{}; ///< number of sweeps that ended so
     std::array<std::size_t, mostStep + 1> m_steps{};
     std::map<std::uint32_t, Readings> m_readings; ///< by frequency
 };

@@ -3,12 +3,26 @@
 #include "support/Text.h"
 #include "terminal/PlanPreview.h"
 
+#include <sha2.h>
+
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iostream>
 #include <stdexcept>
 
 namespace sdc {
+
+namespace {
+
+std::string sha256(const std::string& text)
+{
+    std::array<char, SHA256_DIGEST_STRING_LENGTH> digest{};
+    SHA256Data(reinterpret_cast<const std::uint8_t*>(text.data()), text.size(), digest.data());
+    return digest.data();
+}
+
+} // namespace
 
 ESDCCommand startCommand(ScanKind kind)
 {
@@ -44,6 +58,16 @@ Site::Site(const std::string& scenario)
         m_channels.push_back({number, link.unitTypeText, link.rxFrequency_kHz,
             {link.filterWidth_kHz, link.noiseFigure_dB, link.ultimateRejection_dB, link.saturation_dBm}});
     }
+}
+
+Provenance Site::provenance(double speed) const
+{
+    return {.programVersion = SDC_VERSION,
+        .isSimulated = true,
+        .scenarioDigest = sha256(m_scenario.text),
+        .seed = static_cast<std::uint32_t>(m_scenario.seed),
+        .speed = speed,
+        .arguments = {}};
 }
 
 PlannedChannel Site::planned(const ChannelInfo& channel, ScanKind kind) const

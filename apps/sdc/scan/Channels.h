@@ -34,9 +34,11 @@ struct PlannedChannel {
 /// What a session does.
 struct SessionPlan {
     ScanKind kind{};
-    double speed = 0.0;       ///< 1 is real time, more is faster; 0: no wall time at all
-    std::uint32_t sweeps = 1; ///< of each channel; 0: until stopped
-    TimePoint start;          ///< the time of day at which simulated time begins
+    double speed = 0.0;                                ///< 1 is real time, more is faster; 0: no wall time at all
+    std::uint32_t sweeps = 1;                          ///< of each channel; 0: until stopped, or for as long as told
+    std::optional<std::chrono::milliseconds> length;   ///< after so much of the radios' time no sweep begins
+    std::optional<std::chrono::milliseconds> interval; ///< from the begin of a sweep to the next, where it takes no longer
+    TimePoint start;                                   ///< the time of day at which simulated time begins
     std::vector<PlannedChannel> channels;
 };
 
@@ -62,6 +64,9 @@ public:
     const std::string& description() const { return m_scenario.description; }
     const std::vector<std::string>& sources() const { return m_scenario.sources; } ///< of the figures, each a sentence
     const std::vector<ChannelInfo>& channels() const { return m_channels; }
+
+    /// Of what is scanned here, at a speed: all but the program's own part.
+    Provenance provenance(double speed) const;
 
     /// The radios of all channels, for a terminal that has this clock.
     simulator::Radios radios(host::Clock& clock) const { return {m_scenario, clock}; }

@@ -75,6 +75,12 @@ public:
     /// What the step in hand takes.
     std::chrono::milliseconds stepTime() const;
 
+    /// When the sweep in hand began or, between two sweeps, the next one would begin at once.
+    TimePoint time() const { return m_time; }
+
+    /// Lets time pass between two sweeps.
+    void pass(std::chrono::milliseconds time) { m_time += time; }
+
     /// Ends the sweep in hand.
     Sweep finish();
 

@@ -2,7 +2,7 @@
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/RadioChannel.h"
-#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/formats/LiveFormat.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
@@ -18,7 +18,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,24 +46,18 @@ std::vector<std::string> rowsOf(const ChannelResult& channel)
     constexpr std::size_t most = 1000;
     const std::vector<Sample> trace = evenTraceOf(channel);
     const std::size_t count = (trace.size() + most - 1) / most;
-    ScanResult parts;
+    std::vector<std::string> rows;
     for (std::size_t part = 0; part < count; ++part) {
         const auto begin = trace.begin() + static_cast<std::ptrdiff_t>(trace.size() * part / count);
         const auto end = trace.begin() + static_cast<std::ptrdiff_t>(trace.size() * (part + 1) / count);
-        ChannelResult& written = parts.channels.emplace_back();
-        written.plan = channel.plan;
-        written.plan.highest_kHz = std::prev(end)->frequency_kHz;
-        written.plan.samples = static_cast<std::int32_t>(end - begin);
-        written.sweeps.resize(1);
-        written.sweeps.front().start = channel.sweeps.front().start;
-        written.sweeps.front().samples.assign(begin, end);
-    }
-    std::ostringstream text;
-    writeSweepRows(text, parts);
-    std::istringstream lines(text.str());
-    std::vector<std::string> rows;
-    for (std::string line; std::getline(lines, line);) {
-        rows.push_back(line);
+        ScanPlan plan = channel.plan;
+        plan.highest_kHz = std::prev(end)->frequency_kHz;
+        plan.samples = static_cast<std::int32_t>(end - begin);
+        Sweep sweep;
+        sweep.start = channel.sweeps.front().start;
+        sweep.samples.assign(begin, end);
+        rows.push_back(sweepRow(sweep, plan));
+        rows.back().pop_back(); // the line feed
     }
     return rows;
 }

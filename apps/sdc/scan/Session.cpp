@@ -34,6 +34,7 @@ Session::Session(SessionPlan plan, std::vector<Sink*> sinks, std::function<bool(
     , m_sinks(std::move(sinks))
     , m_isStopWanted(std::move(isStopWanted))
     , m_leaving(std::move(leaving))
+    , m_begin(m_plan.start)
 {
     for (const PlannedChannel& channel : m_plan.channels) {
         m_lanes.emplace_back(channel, m_plan.start);
@@ -54,7 +55,7 @@ void Session::run(const std::vector<terminal::Channel>& channels, Clock& clock)
         finishAll();
     }
     const std::exception_ptr failure = terminal ? sweepUntilDoneOrBroken(*terminal, clock) : nullptr;
-    tell(&Sink::onEnd);
+    tell(&Sink::onEnd, m_ending);
     if (m_isAbandoned) {
         m_leaving.abandon();
     }
@@ -85,26 +86,72 @@ void Session::sweepAsOftenAsAsked(Terminal& terminal, Clock& clock)
 {
     sweepAll(terminal, clock);
     while (goesOn()) {
+        if (!isNextSweepReached(clock)) {
+            break;
+        }
         ++m_sweep;
         sweepAll(terminal, clock);
     }
-    m_isCutShort = m_isStopWanted() && m_sweep != m_plan.sweeps;
+    if (m_isStopWanted() && hasSweepsLeft()) {
+        m_ending = std::max(m_ending, Ending::stopped);
+    }
 }
 
 void Session::breakOff(Terminal& terminal, const std::string& reason)
 {
-    m_isCutShort = true;
     for (Lane& lane : m_lanes) {
         lane.setFailure(reason);
     }
-    measureAll(terminal);
-    finishAll();
+    try {
+        measureAll(terminal);
+        finishAll();
+    } catch (const std::exception&) { // it breaks again; what has been told stands
+        m_ending = Ending::failed;
+    }
 }
 
 /// Where nothing could be swept this time, nothing can be swept the next.
 bool Session::goesOn() const
 {
-    return m_sweep != m_plan.sweeps && !m_isStopWanted() && std::ranges::any_of(m_lanes, &Lane::hasBegun);
+    return hasSweepsLeft() && !m_isStopWanted() && std::ranges::any_of(m_lanes, &Lane::hasBegun);
+}
+
+bool Session::hasSweepsLeft() const
+{
+    return m_sweep != m_plan.sweeps && (!m_plan.length || nextBegin() < m_plan.start + *m_plan.length);
+}
+
+/// All channels are swept together: the one whose sweeps take longest tells when.
+TimePoint Session::freeFrom() const
+{
+    return std::ranges::max_element(m_lanes, {}, &Lane::time)->time();
+}
+
+TimePoint Session::nextBegin() const
+{
+    return m_plan.interval ? std::max(freeFrom(), m_begin + *m_plan.interval) : freeFrom();
+}
+
+/// The radios' time passes between two sweeps as fast as in them. Returns false for a stop before the next one.
+bool Session::isNextSweepReached(Clock& clock)
+{
+    constexpr milliseconds pause{10};
+    constexpr milliseconds longest = std::chrono::hours(100 * 365 * 24); // more would not fit into a time
+    const milliseconds gap = nextBegin() - freeFrom();
+    const auto end = std::chrono::steady_clock::now() + std::min(wallTime(gap, m_plan.speed), longest);
+    while (std::chrono::steady_clock::now() < end) {
+        if (m_isStopWanted()) {
+            return false;
+        }
+        tell(&Sink::onPoll);
+        std::this_thread::sleep_for(pause);
+    }
+    m_begin = nextBegin();
+    clock.pass(gap);
+    for (Lane& lane : m_lanes) {
+        lane.pass(gap);
+    }
+    return true;
 }
 
 void Session::sweepAll(Terminal& terminal, Clock& clock)
@@ -205,7 +252,9 @@ void Session::measureAll(Terminal& terminal)
 void Session::finishAll()
 {
     for (std::size_t channel = 0; channel < m_lanes.size(); ++channel) {
-        tell(&Sink::onSweepEnd, channel, m_lanes[channel].finish());
+        const Sweep sweep = m_lanes[channel].finish();
+        m_ending = std::max(m_ending, sweep.ending);
+        tell(&Sink::onSweepEnd, channel, sweep);
     }
 }
 

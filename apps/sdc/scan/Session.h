@@ -45,7 +45,8 @@ public:
     virtual void onStop(std::chrono::milliseconds /*stepTime*/) {}
 
     /// The session is over, whatever has ended it. Comes last, once.
-    virtual void onEnd() {}
+    /// @param ending  of all sweeps: a failure counts more than a stop, a stop more than completion
+    virtual void onEnd(Ending /*ending*/) {}
 };
 
 /// What becomes of a session whose user waits no longer, not even for a stop. No settle delay takes wall time from then on,
@@ -71,8 +72,9 @@ public:
     /// @param clock     the terminal's, at the speed of the plan
     void run(const std::vector<terminal::Channel>& channels, host::Clock& clock);
 
-    /// Whether the session was stopped before all sweeps were begun.
-    bool isCutShort() const { return m_isCutShort; }
+    /// Of all sweeps: a failure counts more than a stop, whether of a sweep or before all were begun, and a stop more than
+    /// completion.
+    Ending ending() const { return m_ending; }
 
 private:
     std::exception_ptr sweepUntilDoneOrBroken(terminal::Terminal& terminal, host::Clock& clock);
@@ -87,6 +89,10 @@ private:
     void measureAll(terminal::Terminal& terminal);
     void finishAll();
     bool goesOn() const;
+    bool hasSweepsLeft() const;
+    TimePoint freeFrom() const;
+    TimePoint nextBegin() const;
+    bool isNextSweepReached(host::Clock& clock);
 
     template <typename... Told, typename... Values>
     void tell(void (Sink::*event)(Told...), const Values&... values)
@@ -102,9 +108,10 @@ private:
     Leaving m_leaving;
     std::vector<Lane> m_lanes;
     std::uint32_t m_sweep = 1; ///< the sweep in hand
+    TimePoint m_begin;         ///< of it
     bool m_isStopping = false;
     std::optional<std::chrono::steady_clock::time_point> m_leaveBy; ///< where the user waits no longer
-    bool m_isCutShort = false;
+    Ending m_ending = Ending::complete;                             ///< of what has ended so far
     bool m_hasHurried = false;
     bool m_isAbandoned = false;
 };

@@ -3,6 +3,7 @@
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/scan/Channels.h"
+#include "apps/sdc/tty/Interrupt.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -88,9 +89,9 @@ std::ostream& progressStream(bool isQuiet)
 
 } // namespace
 
-Report::Report(bool isQuiet, ColorMode color)
+Report::Report(bool isQuiet, ColorMode color, bool hasProgress)
     : m_isQuiet(isQuiet)
-    , m_progress(progressStream(isQuiet),
+    , m_progress(progressStream(isQuiet || !hasProgress),
           {.isTerminal = isCapableTerminal(STDERR_FILENO), .isColored = usesColor(color, STDERR_FILENO), .columns = [] {
                return terminalWidth(STDERR_FILENO);
            }})
@@ -140,6 +141,9 @@ void Report::onPoll()
 
 void Report::onStop(milliseconds stepTime)
 {
+    if (!isInterrupted()) {
+        return; // nobody waits: the readers of all outputs have gone
+    }
     const std::string wait = m_plan.speed == 0.0 ? "" : ", up to " + support::duration(wallTime(stepTime, m_plan.speed));
     tellAlways("stopping after the step in hand" + wait + "; Ctrl-C again leaves at once");
 }
@@ -158,7 +162,7 @@ void Report::onSweepEnd(std::size_t channel, const Sweep& sweep)
     }
 }
 
-void Report::onEnd()
+void Report::onEnd(Ending)
 {
     m_progress.end();
     for (const Lane& lane : m_lanes) {

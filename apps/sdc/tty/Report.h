@@ -20,11 +20,15 @@ namespace sdc {
 /// ended. Each message is one text, written at once: the workers' trace goes to the same stream.
 class Report : public Sink {
 public:
-    /// @param isQuiet  stops and failures alone
-    Report(bool isQuiet, ColorMode color);
+    /// @param isQuiet        stops and failures alone
+    /// @param hasProgress  otherwise no line that is written over
+    Report(bool isQuiet, ColorMode color, bool hasProgress = true);
 
     /// What is scanned. It needs no terminal, so it can be told at once.
     void introduce(const Site& site, ScanKind kind) const;
+
+    /// What cannot wait, and is told of a quiet scan, too.
+    void tellAlways(const std::string& text);
 
     void onPlan(const SessionPlan& plan) override;
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override;
@@ -32,7 +36,7 @@ public:
     void onSweepEnd(std::size_t channel, const Sweep& sweep) override;
     void onPoll() override;
     void onStop(std::chrono::milliseconds stepTime) override;
-    void onEnd() override;
+    void onEnd(Ending ending) override;
 
 private:
     /// A channel, as far as it has been swept.
@@ -47,7 +51,6 @@ private:
     };
 
     void tell(const std::string& text) const;
-    void tellAlways(const std::string& text);
     ProgressState progressState() const;
     std::optional<std::chrono::milliseconds> wallTimeLeft() const;
     std::uint32_t sweepInHand() const;

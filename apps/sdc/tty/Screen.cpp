@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -20,6 +21,18 @@ std::string_view environment(const char* name)
     const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
     return value == nullptr ? "" : value;
 }
+
+namespace {
+
+/// Of a terminal, as the environment tells it.
+std::optional<int> sizeIn(const char* name)
+{
+    constexpr std::uint32_t largest = std::numeric_limits<std::uint16_t>::max();
+    const auto size = parseCount(environment(name));
+    return size && *size > 0 && *size <= largest ? std::optional(static_cast<int>(*size)) : std::nullopt;
+}
+
+} // namespace
 
 bool isTerminal(int file)
 {
@@ -34,14 +47,21 @@ bool isCapableTerminal(int file)
 
 int terminalWidth(int file)
 {
+    constexpr int usualWidth = 80;
     winsize size{};
     if (ioctl(file, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         return size.ws_col;
     }
-    constexpr int usualWidth = 80;
-    constexpr std::uint32_t widest = std::numeric_limits<std::uint16_t>::max();
-    const auto columns = parseCount(environment("COLUMNS"));
-    return columns && *columns > 0 && *columns <= widest ? static_cast<int>(*columns) : usualWidth;
+    return sizeIn("COLUMNS").value_or(usualWidth);
+}
+
+int terminalHeight(int file)
+{
+    winsize size{};
+    if (ioctl(file, TIOCGWINSZ, &size) == 0 && size.ws_row > 0) {
+        return size.ws_row;
+    }
+    return sizeIn("LINES").value_or(0);
 }
 
 bool usesColor(ColorMode mode, int file)

@@ -24,6 +24,9 @@ bool isCapableTerminal(int file);
 /// Columns of the terminal: as the terminal says, or else the environment variable COLUMNS, or else 80.
 int terminalWidth(int file);
 
+/// Lines of the terminal, where it tells; otherwise the environment variable LINES; 0 where neither does.
+int terminalHeight(int file);
+
 /// Whether to print in colour to a file descriptor. Automatic: on a capable terminal, unless NO_COLOR is set to some text.
 bool usesColor(ColorMode mode, int file);
 

@@ -69,6 +69,20 @@ TEST(OptionValues, repeatIsANumberOfSweepsOrForever)
     }
 }
 
+TEST(OptionValues, durationIsNumbersWithUnitsTheLongestFirst)
+{
+    EXPECT_EQ(sdc::parseDuration("90s"), 90s);
+    EXPECT_EQ(sdc::parseDuration("30min"), 30min);
+    EXPECT_EQ(sdc::parseDuration("1h30min"), 90min);
+    EXPECT_EQ(sdc::parseDuration("2d1h1min1s1ms"), 49h + 1min + 1s + 1ms);
+    EXPECT_EQ(sdc::parseDuration("500ms"), 500ms);
+    EXPECT_EQ(sdc::parseDuration("3650d"), 3650 * 24h);
+    for (const char* const none : {"", "0s", "90", "s", "-1s", "+1s", "1.5h", "1 h", "30m", "1s1h", "1h1h", "1h30", "3651d",
+             "4294967296s", "4294967295d", "01s"}) {
+        EXPECT_EQ(sdc::parseDuration(none), std::nullopt) << none;
+    }
+}
+
 TEST(OptionValues, traceLevelIs0To7)
 {
     EXPECT_EQ(sdc::parseTraceLevel("0"), 0U);

@@ -70,11 +70,18 @@ TEST(ResultFiles, resultIsOneReadableObject)
     result.channels[0].sweeps[0].rxAfter_kHz = 104000;
     EXPECT_EQ(jsonOf(result), R"({
   "schema_version": 2,
-  "program_version": ")" SDC_VERSION R"(",
   "scenario": "test-link",
   "description": "a link",
   "kind": "channel",
   "far_end": "muted",
+  "provenance": {
+    "program_version": "1.2.3",
+    "simulated": true,
+    "scenario_sha256": "1f",
+    "seed": 42,
+    "speed": 20.0,
+    "arguments": ["scan", "channel"]
+  },
   "channels": [
     {
       "channel": 1,
@@ -106,12 +113,12 @@ TEST(ResultFiles, resultIsOneReadableObject)
           "rx_before_kHz": 102000,
           "rx_after_kHz": 104000,
           "samples": [
-            {"frequency_kHz": 100000, "level_dBm": -99.7},
-            {"frequency_kHz": 101000, "level_dBm": -45.12},
-            {"frequency_kHz": 102000, "level_dBm": -30.0},
-            {"frequency_kHz": 103000, "level_dBm": -99.0},
-            {"frequency_kHz": 104000, "level_dBm": -99.0},
-            {"frequency_kHz": 105000, "level_dBm": -99.0}
+            {"time": "2026-01-02T03:04:08.678Z", "frequency_kHz": 100000, "level_dBm": -99.7},
+            {"time": "2026-01-02T03:04:08.978Z", "frequency_kHz": 101000, "level_dBm": -45.12},
+            {"time": "2026-01-02T03:04:09.278Z", "frequency_kHz": 102000, "level_dBm": -30.0},
+            {"time": "2026-01-02T03:04:09.578Z", "frequency_kHz": 103000, "level_dBm": -99.0},
+            {"time": "2026-01-02T03:04:09.878Z", "frequency_kHz": 104000, "level_dBm": -99.0},
+            {"time": "2026-01-02T03:04:10.178Z", "frequency_kHz": 105000, "level_dBm": -99.0}
           ]
         }
       ],
@@ -276,6 +283,9 @@ TEST(ResultFileErrors, wrongValuesAreNamedWithTheirPlace)
             "sweeps[0].end: is \"2026-02-30T03:04:05.678Z\"; must be a mom"},
         {"/channels/0/sweeps/0/end", "2026-01-02T03:04:05.677Z",
             "sweeps[0].end: is \"2026-01-02T03:04:05.677Z\"; must be not b"},
+        {"/channels/0/sweeps/0/samples/1/time", "2026-01-02T03:04:05.677Z",
+            "sweeps[0].samples[1].time: is \"2026-01-02T03:04:05.677Z\"; must be not before the start of the sweep"},
+        {"/provenance/speed", -1, "$.provenance.speed: is -1; must be a number from 0 to "},
         {"/channels/0/sweeps/0/planned", 9, "sweeps[0].planned: is 9; must be 8, as the plan says"},
         {"/channels/0/sweeps/0/taken", 7, "sweeps[0].taken: is 7; must be 8, the number of samples"},
         {"/channels/1/sweeps/0/ending", "complete",

@@ -13,6 +13,7 @@
 
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 /// Writes down what it is told, and how many samples there were since.
@@ -32,7 +33,7 @@ public:
         samples.at(channel).clear();
     }
     void onStop(std::chrono::milliseconds) override { tell("stop"); }
-    void onEnd() override { tell("over"); }
+    void onEnd(sdc::Ending ending) override { tell("over, " + std::string(toText(ending))); }
 
     std::vector<std::string> told;
     std::size_t kept = 0; ///< samples of the last sweep that ended
@@ -72,9 +73,8 @@ TEST_F(Session, tellsAllSinksEachSampleAndEachEndOfTheChannelsAskedFor)
     run(session);
     EXPECT_THAT(one.told,
         ElementsAre("plan 2", "begin 0 of 14", "begin 1 of 14", "end 0", "end 1", "begin 0 of 14", "begin 1 of 14", "end 0",
-            "end 1", "over"));
+            "end 1", "over, complete"));
     EXPECT_EQ(other.told, one.told);
-    EXPECT_FALSE(session.isCutShort());
 }
 
 TEST_F(Session, thatIsStoppedBeginsNoOtherSweep)
@@ -89,9 +89,8 @@ TEST_F(Session, thatIsStoppedBeginsNoOtherSweep)
     });
     run(session);
     EXPECT_EQ(one.told.front(), "plan 1");
-    EXPECT_EQ(one.told.back(), "over");
+    EXPECT_EQ(one.told.back(), "over, stopped");
     EXPECT_EQ(std::ranges::count(one.told, "begin 0 of 14"), 1);
-    EXPECT_TRUE(session.isCutShort());
 }
 
 TEST_F(Session, ofATerminalThatDoesNotComeUpIsAFailedSweepOfEachChannel)
@@ -102,6 +101,66 @@ TEST_F(Session, ofATerminalThatDoesNotComeUpIsAFailedSweepOfEachChannel)
     ASSERT_EQ(one.told.size(), 4U);
     EXPECT_THAT(one.told[1], testing::StartsWith("end 0: the terminal did not come up: "));
     EXPECT_THAT(one.told[2], testing::StartsWith("end 1: the terminal did not come up: "));
+}
+
+/// Keeps when sweeps began and ended.
+class Times : public sdc::Sink {
+public:
+    void onSweepEnd(std::size_t, const sdc::Sweep& sweep) override { starts.push_back(sweep.start - sdc::TimePoint()); }
+    std::vector<std::chrono::milliseconds> starts;
+};
+
+constexpr std::chrono::milliseconds aSweep = 3000ms + 13 * 300ms; // of a channel of this terminal
+
+TEST_F(Session, beginsSweepsEverySoOftenOnTheRadiosClock)
+{
+    sdc::SessionPlan plan = planOf({0}, 3);
+    plan.interval = 1min;
+    Times times;
+    sdc::Session session(plan, {&times}, [] { return false; });
+    run(session);
+    EXPECT_THAT(times.starts, ElementsAre(0min, 1min, 2min));
+    EXPECT_EQ(clock.now(), 2min - 2 * aSweep) << "what has passed between the sweeps, for all threads";
+    EXPECT_EQ(session.ending(), sdc::Ending::complete);
+}
+
+TEST_F(Session, whoseSweepsTakeLongerThanTheirIntervalBeginsThemOneAfterTheOther)
+{
+    sdc::SessionPlan plan = planOf({0}, 3);
+    plan.interval = aSweep - 1ms;
+    Times times;
+    sdc::Session session(plan, {&times}, [] { return false; });
+    run(session);
+    EXPECT_THAT(times.starts, ElementsAre(0ms, aSweep, 2 * aSweep));
+}
+
+TEST_F(Session, beginsSweepsForAsLongAsTold)
+{
+    const std::pair<std::chrono::milliseconds, std::size_t> rows[]{
+        {1ms, 1}, {aSweep, 1}, {aSweep + 1ms, 2}, {10 * aSweep, 10}};
+    for (const auto& [length, sweeps] : rows) {
+        sdc::SessionPlan plan = planOf({0}, 0);
+        plan.length = length;
+        Times times;
+        sdc::Session session(plan, {&times}, [] { return false; });
+        run(session);
+        EXPECT_EQ(times.starts.size(), sweeps);
+        EXPECT_EQ(session.ending(), sdc::Ending::complete);
+    }
+}
+
+TEST_F(Session, thatIsStoppedBetweenTwoSweepsWaitsForNoOther)
+{
+    host::RealClock slow(1e6);
+    sdc::SessionPlan plan = planOf({0}, 2);
+    plan.speed = 1e6;
+    plan.interval = 100h * 365 * 24; // far longer than a test may take, at this speed too
+    Times times;
+    sdc::Session session(plan, {&times}, [&times] { return !times.starts.empty(); });
+    const simulator::Radios radios = site.radios(slow);
+    session.run(radios.channels(), slow);
+    EXPECT_EQ(times.starts.size(), 1U);
+    EXPECT_EQ(session.ending(), sdc::Ending::stopped);
 }
 
 /// A reading that waits behind a gate, from the fourth on.
@@ -152,10 +211,9 @@ TEST_F(Session, whoseRadioDoesNotAnswerIsGivenUpWithAllItsSamplesWhereTheUserWai
             testing::StartsWith(
                 "end 0: the sweep was given up: its radio did not answer, and the user waited no longer; the "
                 "receiver was not put back: it stands at "),
-            "over"));
+            "over, failed"));
     EXPECT_EQ(one.kept, 3U);
     EXPECT_EQ(toldBefore, one.told.size());
-    EXPECT_TRUE(session.isCutShort());
 }
 
 TEST_F(Session, whoseUserWaitsNoLongerTakesNoWallTimeForTheReceiver)
@@ -168,7 +226,7 @@ TEST_F(Session, whoseUserWaitsNoLongerTakesNoWallTimeForTheReceiver)
     sdc::Session session(planOf({0}, 0), {&one}, stop, {leave, [] { FAIL(); }});
     const simulator::Radios radios = site.radios(slow);
     session.run(radios.channels(), slow);
-    EXPECT_THAT(one.told, ElementsAre("plan 1", "begin 0 of 14", "stop", "end 0", "over"));
+    EXPECT_THAT(one.told, ElementsAre("plan 1", "begin 0 of 14", "stop", "end 0", "over, stopped"));
     EXPECT_EQ(one.kept, 1U);
     EXPECT_EQ(radios.channels().front().tunedTo_kHz(), site.channels().front().rxFrequency_kHz);
 }
@@ -194,7 +252,7 @@ TEST_F(Session, thatBreaksTellsItsEndAndWhatItHad)
     EXPECT_THROW(run(session), std::bad_alloc);
     ASSERT_EQ(one.told.size(), 4U);
     EXPECT_THAT(one.told[2], testing::StartsWith("end 0: the sweep was given up: std::bad_alloc"));
-    EXPECT_EQ(one.told[3], "over");
+    EXPECT_EQ(one.told[3], "over, failed");
     EXPECT_GE(one.kept, 2U);
 }
 

@@ -1,7 +1,8 @@
-#include "apps/sdc/formats/Formats.h"
+#include "apps/sdc/formats/LiveFormat.h"
 #include "simulator/scenario/RecordedSweep.h"
 #include "tests/support/Recordings.h"
 
+#include "TestLines.h"
 #include "TestResults.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ namespace {
 
 std::string rowsOf(const sdc::ScanResult& result)
 {
-    return written([&](std::ostream& stream) { sdc::writeSweepRows(stream, result); });
+    return linesOf(sdc::makeSweepRows, result, result.channels.size()).front().text;
 }
 
 } // namespace
@@ -79,24 +80,25 @@ TEST(SweepRows, samplesOfOnePlaceAreOneLevel)
     EXPECT_EQ(rowsOf(resultOf({channel})), "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 2, -2.60\n");
 }
 
-TEST(SweepRows, sweepsFollowByTimeAndChannelsOfOneTimeByFrequency)
+TEST(SweepRows, sweepsFollowByTimeInAFileForEachChannel)
 {
     auto high = channelOf(1, {sweepOf({-9000}, aMoment), sweepOf({-8000}, aMoment + 7s)});
     for (auto& sweep : high.sweeps) {
         sweep.samples[0].frequency_kHz = 200000;
     }
-    // Of one second, although some milliseconds later.
-    auto low = channelOf(2, {sweepOf({-7000}, aMoment + 300ms), sweepOf({-6000}, aMoment + 7s)});
-    EXPECT_EQ(rowsOf(resultOf({high, low})),
-        "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 1, -70.00\n"
+    const auto low = channelOf(2, {sweepOf({-7000}, aMoment + 300ms), sweepOf({-6000}, aMoment + 7s)});
+    const auto files = linesOf(sdc::makeSweepRows, resultOf({high, low}), 2);
+    EXPECT_EQ(files[0].text,
         "2026-01-02, 03:04:05, 200000000, 202000000, 2000000, 1, -90.00\n"
-        "2026-01-02, 03:04:12, 100000000, 102000000, 2000000, 1, -60.00\n"
         "2026-01-02, 03:04:12, 200000000, 202000000, 2000000, 1, -80.00\n");
+    EXPECT_EQ(files[1].text,
+        "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 1, -70.00\n"
+        "2026-01-02, 03:04:12, 100000000, 102000000, 2000000, 1, -60.00\n");
 }
 
 TEST(SweepRows, sweepWithoutSamplesHasNoRow)
 {
-    EXPECT_EQ(rowsOf(resultOf({channelOf(1, {sweepOf({})}), channelOf(2, {sweepOf({-9000})})})),
+    EXPECT_EQ(rowsOf(resultOf({channelOf(1, {sweepOf({}), sweepOf({-9000})})})),
         "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 1, -90.00\n");
 }
 

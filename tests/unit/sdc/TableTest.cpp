@@ -85,7 +85,7 @@ TEST(TableOutput, nothingIsWiderThanTheTableMayBe)
 TEST(TableOutput, rowsOfSeveralSamplesShowTheStrongest)
 {
     const std::string table = tableOf(scanOf({-9000, -3000, -8000, -7000, -6000}), {.rows = 2});
-    EXPECT_THAT(table, testing::StartsWith("each row: the strongest of 3 samples\n      MHz"));
+    EXPECT_THAT(table, testing::StartsWith("each row: a sample, the strongest of 3\n      MHz"));
     EXPECT_THAT(table,
         HasSubstr("\n  101.000   -30.00 *|###################################\n"
                   "  104.000   -60.00  |####################\n\n"));
@@ -133,6 +133,29 @@ TEST(TableOutput, rowOfSeveralFrequenciesIsThatOfTheStrongestByTheTraceChosen)
         tableOf(result, {.rows = 1, .trace = sdc::TraceKind::min}), HasSubstr("\n  100.000   -50.00  -40.00  -42.60  |"));
 }
 
+TEST(TableOutput, onATerminalHasAsManyRowsAsFitAndSaysHowToSeeAll)
+{
+    const std::vector<std::int32_t> levels(500, -9000);
+    const std::string table = tableOf(scanOf(levels), {.width = 80, .height = 40});
+    EXPECT_LE(std::ranges::count(table, '\n'), 40);
+    EXPECT_GE(std::ranges::count(table, '|'), 20);
+    EXPECT_THAT(table, testing::StartsWith("each row: a sample, the strongest of 21; --rows 0 shows all\n"));
+    EXPECT_EQ(tableOf(scanOf({-9000, -3000}), {.height = 40}), tableOf(scanOf({-9000, -3000})));
+    EXPECT_GE(std::ranges::count(tableOf(scanOf(levels), {.height = 3}), '|'), 8);
+}
+
+TEST(TableOutput, sweepsThatAreForgottenAreStillCounted)
+{
+    auto channel = channelOf(1, {sweepOf({-4000, -9000})});
+    channel.add(cutShort(sweepOf({-5000, -9000}), 1, Ending::failed, "tuning failed"), false);
+    channel.add(cutShort(sweepOf({-5000, -9000}), 1, Ending::failed, "tuning failed"), false);
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("3 sweeps, by "));
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("\n2 failed; the last: PARTIAL 1/2, failed: tuning failed\n"));
+    channel.add(sweepOf({-6000, -9000}), false);
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("\n2 failed\n"));
+    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("  100.000   -40.00  -45.19  -60.00  |"));
+}
+
 TEST(TableOutput, severalChannelsHaveHeadlines)
 {
     const std::string table = tableOf(resultOf({channelOf(3, {sweepOf({-4000})}), channelOf(5, {sweepOf({-5000})})}));
@@ -150,7 +173,8 @@ TEST(TableOutput, resultThatIsNotCompleteSaysSoFirst)
     channel.sweeps[0] = cutShort(channel.sweeps[0], 3, Ending::failed, "not put back");
     EXPECT_THAT(tableOf(resultOf({channel})), testing::StartsWith("3/3, failed: not put back\n"));
     channel.sweeps.insert(channel.sweeps.begin(), sweepOf({-4000, -5000, -6000}));
-    EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("the maximum\nsweep 2: 3/3, failed: not put back\n      MHz"));
+    EXPECT_THAT(tableOf(resultOf({surveyed(channel)})),
+        HasSubstr("the maximum\n1 failed; the last: 3/3, failed: not put back\n      MHz"));
 }
 
 TEST(TableOutput, foreignTextsAreShownSoThatNoTerminalObeysThem)

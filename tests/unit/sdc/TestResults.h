@@ -99,6 +99,7 @@ inline sdc::ScanResult resultOf(std::vector<sdc::ChannelResult> channels)
         .description = "a link",
         .kind = sdc::ScanKind::subBand,
         .farEnd = sdc::FarEnd::muted,
+        .provenance = {"1.2.3", true, "1f", 42, 20.0, {"scan", "channel"}},
         .channels = std::move(channels)};
 }
 
