@@ -9,15 +9,19 @@
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -36,8 +40,8 @@ struct Options {
     bool isBaseline = false;
     std::size_t failures = 0;
     unsigned threads = std::thread::hardware_concurrency();
-    std::vector<std::string> scenario;
-    std::vector<std::string> document;
+    std::pair<std::uint64_t, std::string> scenario;                   ///< seed and file; no file: none is written
+    std::pair<std::filesystem::path, std::filesystem::path> document; ///< and its picture; none: nothing is written
 };
 
 /// "rules", "measure", or "5-20".
@@ -46,23 +50,31 @@ Seeds parseSeeds(const std::string& text)
     if (text == "rules" || text == "measure") {
         return text == "rules" ? seedsForRules : seedsToMeasure;
     }
-    const std::size_t dash = text.find('-');
-    const Seeds seeds{std::stoull(text), std::stoull(text.substr(dash + 1))};
-    if (dash == std::string::npos || seeds.first > seeds.last) {
-        throw std::invalid_argument(text);
+    Seeds seeds{};
+    const char* const end = text.data() + text.size();
+    const auto [dash, firstError] = std::from_chars(text.data(), end, seeds.first);
+    const bool isRange = firstError == std::errc() && dash != end && *dash == '-';
+    const auto [rest, lastError] = std::from_chars(isRange ? dash + 1 : end, end, seeds.last);
+    if (!isRange || lastError != std::errc() || rest != end || seeds.first > seeds.last) {
+        throw std::invalid_argument("--seeds: invalid '" + text + "', expected: rules, measure, or FROM-TO");
     }
     return seeds;
 }
 
-int writeScenario(const std::string& seed, const std::string& file)
+void writeFile(const std::filesystem::path& file, const std::string& text)
 {
-    const judge::Trial trial = judge::makeTrial(std::stoull(seed));
     std::ofstream stream(file);
-    stream << judge::scenarioText(trial);
+    stream << text;
     stream.close();
     if (!stream) {
-        throw std::runtime_error(file + " cannot be written");
+        throw std::runtime_error(file.string() + " cannot be written");
     }
+}
+
+int writeScenario(std::uint64_t seed, const std::string& file)
+{
+    const judge::Trial trial = judge::makeTrial(seed);
+    writeFile(file, judge::scenarioText(trial));
     std::cout << "sdc scan " << judge::scanOptions(trial) << " --scenario " << file << '\n';
     return 0;
 }
@@ -72,21 +84,24 @@ void update(const Options& options, const std::vector<judge::Outcome>& outcomes)
 {
     const auto [first, last] = parseSeeds(options.seeds);
     const std::vector<judge::Outcome> plain = judge::tryAll(first, last, judge::plainThreshold, options.threads);
+    const std::filesystem::path& picture = options.document.second;
     std::ostringstream text;
-    text << "```\n" << outcomes.size() << " links, seeds " << first << " to " << last << "\n\n";
+    text << "![Detection against level over the floor]("
+         << picture.lexically_proximate(options.document.first.parent_path()).generic_string() << ")\n\n```\n"
+         << outcomes.size() << " links, seeds " << first << " to " << last << "\n\n";
     judge::writeGoals(text, outcomes);
     text << "\nthe plain detector\n\n";
     judge::writeGoals(text, plain);
     judge::writeTables(text, outcomes);
     text << "```\n";
-    judge::updateDocument(options.document.front(), text.str());
-    std::ofstream(options.document.back()) << judge::picture(outcomes, plain);
+    judge::updateDocument(options.document.first.string(), text.str());
+    writeFile(picture, judge::picture(outcomes, plain));
 }
 
 int run(const Options& options)
 {
-    if (!options.scenario.empty()) {
-        return writeScenario(options.scenario.front(), options.scenario.back());
+    if (!options.scenario.second.empty()) {
+        return writeScenario(options.scenario.first, options.scenario.second);
     }
     const auto [first, last] = parseSeeds(options.seeds);
     const judge::Detector detector = options.isBaseline ? judge::plainThreshold : judge::verdictOfSdc;
@@ -97,7 +112,7 @@ int run(const Options& options)
     if (options.failures > 0) {
         judge::writeFailures(std::cout, outcomes, options.failures);
     }
-    if (!options.document.empty()) {
+    if (!options.document.first.empty()) {
         update(options, outcomes);
     }
     return areMet ? 0 : 1;
@@ -113,10 +128,9 @@ int main(int argc, char** argv)
     app.add_flag("--baseline", options.isBaseline, "ask a plain detector with fixed thresholds");
     app.add_option("--threads", options.threads, "the figures do not depend on it");
     app.add_option("--failures", options.failures, "show so many links that count against each goal");
-    app.add_option("--write-scenario", options.scenario, "SEED FILE: write a link as a scenario, and how it is scanned")
-        ->expected(2);
-    app.add_option("--document", options.document, "FILE PICTURE: write the figures into a document, and draw them")
-        ->expected(2);
+    app.add_option(
+        "--write-scenario", options.scenario, "SEED FILE: write a link as a scenario, and tell how it is scanned");
+    app.add_option("--document", options.document, "FILE PICTURE: write the figures into a document, and draw them");
     CLI11_PARSE(app, argc, argv);
     try {
         return run(options);
