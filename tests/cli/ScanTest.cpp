@@ -115,7 +115,8 @@ TEST_F(Scan, saysBeforeItThatNobodyWouldReadItsResult)
 {
     const std::string said = "'sdc plot' and 'sdc compare' read no results above 64 MiB, and this one may become larger";
     RunningSdc sdc(folder, {"scan", "sub-band", "--repeat", "2000", "--json", "a.json", "--speed", "1"});
-    EXPECT_TRUE(tests::eventually([&] { return read("err.txt").find("sdc: 1000000 samples: " + said) != std::string::npos; }));
+    EXPECT_TRUE(
+        tests::eventually([&] { return read("err.txt").find("sdc: 1000000 samples: " + said) != std::string::npos; }));
     EXPECT_THAT(run("scan channel --repeat 2 --json a.json").err, Not(HasSubstr(said)));
 }
 

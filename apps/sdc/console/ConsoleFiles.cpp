@@ -4,6 +4,7 @@
 #include "apps/sdc/console/Console.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/formats/OutputFile.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/tty/Screen.h"
@@ -84,8 +85,12 @@ ScanResult Console::lastScan()
         sweep.reason = "the scan was still under way";
     }
     const auto info = std::ranges::find(m_site.channels(), m_channel, &ChannelInfo::number);
-    ScanResult result{
-        .scenario = m_site.name(), .description = m_site.description(), .kind = found->second.kind, .channels = {}};
+    ScanResult result{.scenario = m_site.name(),
+        .description = m_site.description(),
+        .kind = found->second.kind,
+        .provenance = m_site.provenance(m_setup.speed),
+        .channels = {}};
+    result.provenance.arguments = givenArguments();
     result.channels.push_back({.channel = static_cast<std::uint32_t>(m_channel),
         .unitTypeText = info->unitTypeText,
         .receiver = info->receiver,
@@ -103,7 +108,7 @@ void Console::write(const Format& format, const std::string& file)
     const WriteOptions options{.file = file,
         .width = isSeen && isTerminal(STDOUT_FILENO) ? terminalWidth(STDOUT_FILENO) : 0,
         .isColored = isSeen && usesColor(ColorMode::automatic, STDOUT_FILENO)};
-    const auto writeTo = [&](std::ostream& stream) { format.write(stream, result, options); };
+    const auto writeTo = [&](std::ostream& stream) { writeResult(stream, format, result, options); };
     try {
         if (isSeen) {
             writeTo(m_output);

@@ -35,6 +35,9 @@ struct Format {
     std::string (*obstacle)(const std::string& file) = nullptr;  ///< why it cannot be written; empty: nothing is known
 };
 
+/// Writes a result that there is already, in whatever format. Rows of several channels are not told apart.
+void writeResult(std::ostream& stream, const Format& format, const ScanResult& result, const WriteOptions& options);
+
 // The writers of the formats: each has a source of its own.
 
 /// For people: a table per channel with a bar for each level, then a short summary of what was found. At least 80 columns

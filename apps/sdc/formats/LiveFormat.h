@@ -58,7 +58,12 @@ std::unique_ptr<LiveFormat> makeJsonLines(const ScanResult& run, std::vector<Lin
 /// to Hz_low + i * Hz_step; Hz_high = Hz_low + number of levels * Hz_step; `samples` is the number of samples taken; those
 /// that were planned and not taken are `nan`. A trace of one place has the channel spacing as its step. A sweep without any
 /// sample has no row. Some readers cannot show levels that are all equal.
-std::string sweepRow(const Sweep& sweep, const ScanPlan& plan);
 std::unique_ptr<LiveFormat> makeSweepRows(const ScanResult& run, std::vector<Lines*> files);
+
+/// Such a row, with its line feed, of a sweep that has samples.
+std::string sweepRow(const Sweep& sweep, const ScanPlan& plan);
+
+/// Tells a result as the session that made it did.
+void replay(const ScanResult& result, Sink& sink);
 
 } // namespace sdc

@@ -62,7 +62,9 @@ bool usesStandardOutput(const std::vector<Output>& outputs)
 
 bool isLiveOnTerminal(const std::vector<Output>& outputs)
 {
-    const auto isLive = [](const Output& output) { return output.format->makeLive != nullptr && output.file == standardOutput; };
+    const auto isLive = [](const Output& output) {
+        return output.format->makeLive != nullptr && output.file == standardOutput;
+    };
     return isTerminal(STDOUT_FILENO) && std::ranges::any_of(outputs, isLive);
 }
 

@@ -102,8 +102,8 @@ std::optional<Wrong> endsBeforeItsStart(const SweepInFile& sweep)
 
 std::optional<Wrong> isReadBeforeItsStart(const SweepInFile& sweep)
 {
-    const auto early = std::ranges::find_if(
-        sweep.samples, [&sweep](const Sample& sample) { return sample.time < sweep.start; });
+    const auto early =
+        std::ranges::find_if(sweep.samples, [&sweep](const Sample& sample) { return sample.time < sweep.start; });
     return early == sweep.samples.end()
         ? std::nullopt
         : wrong(fmt::format("samples[{}].time", early - sweep.samples.begin()),
@@ -178,7 +178,8 @@ const Record<AnalysisInFile> analysisRecord{"analysis",
             "which of the levels of several sweeps stands for a frequency"},
         {"floor_dBm", &AnalysisInFile::floor, level, "noise floor: median of the lowest tenth of the levels, dBm",
             support::optional},
-        {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word, "samples that do not count for the noise floor"},
+        {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word,
+            "samples that do not count for the noise floor"},
         {"configured_channel", &AnalysisInFile::configured, rasterChannelRecord, "the channel that the receiver belongs to",
             support::optional},
         {"peaks", &AnalysisInFile::peaks, support::list(peakRecord, 0, mostItems), "humps, strongest first"},

@@ -4,7 +4,6 @@
 #include "apps/sdc/result/ResultFile.h"
 #include "tests/support/GroupingLocale.h"
 
-#include "TestLines.h"
 #include "TestResults.h"
 
 #include <gtest/gtest.h>
@@ -22,12 +21,7 @@ TEST(Locales, noOutputDependsOnTheLocale)
     const auto all = [&] {
         return written([&](std::ostream& stream) {
             for (const sdc::Format& format : sdc::formats) {
-                if (format.makeLive == nullptr) {
-                    format.write(stream, result, {.rows = 4});
-                } else {
-                    const KeptLines lines = linesOf(format.makeLive, result).front();
-                    stream << lines.before << lines.text;
-                }
+                sdc::writeResult(stream, format, result, {.rows = 4});
             }
             sdc::writeComparison(stream, sdc::compare({"a.json", result}, {"b.json", other}, {}));
             sdc::writeJson(

@@ -25,35 +25,6 @@ public:
     std::string text;
 };
 
-/// Tells a result as the session that made it did: sweep after sweep of all channels.
-inline void replay(const sdc::ScanResult& result, sdc::Sink& sink)
-{
-    sdc::SessionPlan plan;
-    std::size_t sweeps = 0;
-    auto ending = sdc::Ending::complete;
-    for (const sdc::ChannelResult& channel : result.channels) {
-        plan.channels.push_back(
-            {{RadioChannel{channel.channel}, channel.unitTypeText, channel.plan.rxFrequency_kHz, channel.receiver},
-                channel.plan});
-        sweeps = std::max(sweeps, channel.sweeps.size());
-    }
-    sink.onPlan(plan);
-    for (std::size_t sweep = 0; sweep < sweeps; ++sweep) {
-        for (std::size_t channel = 0; channel < result.channels.size(); ++channel) {
-            if (sweep < result.channels[channel].sweeps.size()) {
-                const sdc::Sweep& told = result.channels[channel].sweeps[sweep];
-                sink.onSweepBegin(channel, result.channels[channel].plan);
-                for (const sdc::Sample& sample : told.samples) {
-                    sink.onSample(channel, sample);
-                }
-                sink.onSweepEnd(channel, told);
-                ending = std::max(ending, told.ending);
-            }
-        }
-    }
-    sink.onEnd(ending);
-}
-
 using MakeLive = std::unique_ptr<sdc::LiveFormat> (*)(const sdc::ScanResult&, std::vector<sdc::Lines*>);
 
 /// What a format makes of a result in so many files.
@@ -64,7 +35,7 @@ inline std::vector<KeptLines> linesOf(MakeLive make, const sdc::ScanResult& resu
     for (KeptLines& file : kept) {
         lines.push_back(&file);
     }
-    replay(result, *make(result, lines));
+    sdc::replay(result, *make(result, lines));
     return kept;
 }
 
