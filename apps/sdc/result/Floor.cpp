@@ -14,8 +14,18 @@ namespace {
 constexpr double density_dBmPerkHz = -174.0 + 30.0; ///< thermal noise at 290 K
 constexpr double perDecibel = 100.0;
 
-// The masks of transmitters, poorest first: in the channel beside their own, and in the one after that.
-constexpr std::array<double, 2> masks_dB{25.0, 45.0};
+// The masks of transmitters in the channel beside their own, and in the one after that: the poorest, and the best that can
+// be told from none.
+struct Mask {
+    double least_dB;
+    double most_dB;
+};
+constexpr std::array<Mask, 2> masks{{{25.0, 38.0}, {45.0, 58.0}}};
+
+constexpr double unbounded_mW = 1e30;
+
+/// So near to the lowest reading those below it may be missing.
+constexpr std::int32_t nearLowest = 300;
 
 double ratio(double decibels)
 {
@@ -35,7 +45,7 @@ std::optional<double> scatterAlong(const std::vector<SDCResult>& trace)
     std::vector<double> bends;
     for (std::size_t index = 1; index + 1 < trace.size(); ++index) {
         const std::int32_t lowest = std::min({trace[index - 1].rssi, trace[index].rssi, trace[index + 1].rssi});
-        if (lowest > lowestReading) {
+        if (lowest > lowestReading + nearLowest) {
             const double middle = (static_cast<double>(trace[index - 1].rssi) + trace[index + 1].rssi) / 2.0;
             bends.push_back(std::abs(trace[index].rssi - middle));
         }
@@ -89,7 +99,7 @@ std::int32_t quietReading(const ReceiverData& receiver)
 }
 
 /// Readings level off as P Ps / (P + Ps) does. Those at the very end tell no more than that.
-double power_mW(std::int32_t reading, const ReceiverData& receiver)
+double power_mW(double reading, const ReceiverData& receiver)
 {
     constexpr double mostOfSaturation = 0.9;
     const double read_mW = milliwatts(reading);
@@ -108,16 +118,28 @@ double scatterOf(const Survey& survey)
     return std::clamp(scatter.value_or(mostScatter), leastScatter, mostScatter);
 }
 
-double shareOfCarrier(double centre_kHz, double channelWidth_kHz, double tuning_kHz, double filterWidth_kHz)
+/// The first terms of the series for the quantile of a normal distribution.
+double extremeOf(std::size_t readings)
+{
+    constexpr double oneIn = 2000.0;
+    const double twiceLog = 2.0 * std::log(oneIn * static_cast<double>(std::max<std::size_t>(readings, 1)));
+    const double first = std::sqrt(twiceLog);
+    return first - std::log(twiceLog * 2.0 * std::numbers::pi) / (2.0 * first);
+}
+
+double shareOfCarrier(const CarrierShape& carrier, double tuning_kHz, double filterWidth_kHz)
+{
+    return shareOfCarrier(carrier, {tuning_kHz - filterWidth_kHz / 2.0, tuning_kHz + filterWidth_kHz / 2.0});
+}
+
+double shareOfCarrier(const CarrierShape& carrier, const Stretch& stretch)
 {
     constexpr double occupied = 0.98;
-    constexpr double rollOff = 0.2;
-    const double symbolRate_kBd = occupied * channelWidth_kHz / (1.0 + rollOff);
+    const double symbolRate_kBd = occupied * carrier.channelWidth_kHz / (1.0 + carrier.rollOff);
     const auto signedShareTo = [&](double offset_kHz) {
-        return std::copysign(shareUpTo(std::abs(offset_kHz), symbolRate_kBd, rollOff), offset_kHz);
+        return std::copysign(shareUpTo(std::abs(offset_kHz), symbolRate_kBd, carrier.rollOff), offset_kHz);
     };
-    const double offset_kHz = tuning_kHz - centre_kHz;
-    return signedShareTo(offset_kHz + filterWidth_kHz / 2.0) - signedShareTo(offset_kHz - filterWidth_kHz / 2.0);
+    return signedShareTo(stretch.high_kHz - carrier.centre_kHz) - signedShareTo(stretch.low_kHz - carrier.centre_kHz);
 }
 
 Stretch channelAt(std::int64_t offset, const ScanPlan& plan)
@@ -130,6 +152,7 @@ Stretch channelAt(std::int64_t offset, const ScanPlan& plan)
 
 Leakage::Leakage(const ReceiverData& receiver, const ScanPlan& plan, const std::vector<SDCResult>& trace)
     : m_receiver(receiver)
+    , m_spacing_kHz(plan.channelSpacing_kHz)
     , m_perReading(receiver.filterWidth_kHz > 0.0 ? plan.step_kHz / receiver.filterWidth_kHz : 0.0)
 {
     for (const SDCResult& sample : trace) {
@@ -150,56 +173,46 @@ double Leakage::rejected_mW(const Stretch& channel) const
     return outside_mW * ratio(-m_receiver.ultimateRejection_dB);
 }
 
-double Leakage::strongest_mW(double low_kHz, double high_kHz) const
+/// What the sample nearest to the centre of a channel hears; nothing where none lies near it.
+std::optional<double> Leakage::heardAt_mW(double centre_kHz) const
 {
-    double strongest_mW = 0.0;
+    std::optional<double> heard_mW;
+    double nearest_kHz = m_spacing_kHz / 4.0;
     for (const Heard& heard : m_heard) {
-        const bool isThere = low_kHz <= heard.frequency_kHz && heard.frequency_kHz <= high_kHz;
-        strongest_mW = isThere ? std::max(strongest_mW, heard.power_mW) : strongest_mW;
-    }
-    return strongest_mW;
-}
-
-double Leakage::mostByMasks_mW(const Stretch& channel) const
-{
-    const double spacing_kHz = channel.width_kHz();
-    const double middle_kHz = (channel.low_kHz + channel.high_kHz) / 2.0;
-    double most_mW = 0.0;
-    for (const double side : {-1.0, 1.0}) {
-        double away_kHz = spacing_kHz;
-        for (const double mask_dB : masks_dB) {
-            const double centre_kHz = middle_kHz + side * away_kHz;
-            most_mW += strongest_mW(centre_kHz - spacing_kHz / 2.0, centre_kHz + spacing_kHz / 2.0) * ratio(-mask_dB);
-            away_kHz += spacing_kHz;
+        const double distance_kHz = std::abs(heard.frequency_kHz - centre_kHz);
+        if (distance_kHz <= nearest_kHz) {
+            nearest_kHz = distance_kHz;
+            heard_mW = heard.power_mW;
         }
     }
-    return most_mW;
+    return heard_mW;
 }
 
-double Leakage::mostOverEdges_mW(const Stretch& channel, std::uint32_t tuning_kHz) const
+/// What a carrier can leave in a channel by its mask, where so much is heard there.
+double throughMask_mW(double carrier_mW, const Mask& mask, double heard_mW)
 {
+    return heard_mW < carrier_mW * ratio(-mask.most_dB) ? 0.0 : carrier_mW * ratio(-mask.least_dB);
+}
+
+/// A mask lies on both sides of its carrier alike, and is ten or more dB better in the channel after the one beside.
+double Leakage::mostByMasks_mW(const Stretch& channel) const
+{
+    constexpr double uncertain = 1.4;
+    constexpr double further_dB = 10.0;
     const double spacing_kHz = channel.width_kHz();
     const double middle_kHz = (channel.low_kHz + channel.high_kHz) / 2.0;
-    const double width_kHz = m_receiver.filterWidth_kHz;
+    const double here_mW = uncertain * heardAt_mW(middle_kHz).value_or(unbounded_mW);
     double most_mW = 0.0;
     for (const double side : {-1.0, 1.0}) {
-        const double centre_kHz = middle_kHz + side * spacing_kHz;
-        const double carrier_mW = strongest_mW(centre_kHz - spacing_kHz / 4.0, centre_kHz + spacing_kHz / 4.0)
-            / shareOfCarrier(centre_kHz, spacing_kHz, centre_kHz, width_kHz);
-        most_mW += carrier_mW * shareOfCarrier(centre_kHz, spacing_kHz, tuning_kHz, width_kHz);
+        const auto heard_mW = [&](double channels) { return heardAt_mW(middle_kHz + side * channels * spacing_kHz); };
+        const auto atMost_mW = [&](double channels) { return uncertain * heard_mW(channels).value_or(unbounded_mW); };
+        const double beside_mW = throughMask_mW(heard_mW(1.0).value_or(0.0), masks[0], here_mW);
+        const double after_mW = throughMask_mW(heard_mW(2.0).value_or(0.0), masks[1], here_mW);
+        most_mW += std::min(beside_mW, atMost_mW(2.0));
+        most_mW +=
+            std::min({after_mW, atMost_mW(1.0) * ratio(-further_dB), atMost_mW(3.0) * ratio(-further_dB), atMost_mW(4.0)});
     }
     return most_mW;
-}
-
-double Leakage::likelyReading(const Stretch& channel) const
-{
-    return readingOf(noise_mW(m_receiver) + rejected_mW(channel));
-}
-
-double Leakage::mostReading(const Stretch& channel, std::uint32_t tuning_kHz) const
-{
-    return readingOf(
-        noise_mW(m_receiver) + rejected_mW(channel) + mostByMasks_mW(channel) + mostOverEdges_mW(channel, tuning_kHz));
 }
 
 } // namespace sdc

@@ -4,7 +4,9 @@
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 // What a receiver reads where nobody transmits. Levels in hundredths of a dBm, powers in mW.
@@ -24,7 +26,7 @@ double readingOf(double power_mW);
 std::int32_t quietReading(const ReceiverData& receiver);
 
 /// The power behind a reading that was taken below saturation, where readings level off.
-double power_mW(std::int32_t reading, const ReceiverData& receiver);
+double power_mW(double reading, const ReceiverData& receiver);
 
 /// What receivers have as the standard deviation of one reading, in hundredths of a dB.
 inline constexpr double leastScatter = 30.0;
@@ -35,10 +37,6 @@ inline constexpr double mostScatter = 100.0;
 /// receivers have. With too few readings, or with all of them at the lowest reading, the most that receivers have.
 double scatterOf(const Survey& survey);
 
-/// The part of a carrier's power, 0 to 1, that a filter takes in. The carrier fills a channel as typical ones do: 0.98 of
-/// it, with the flanks of a root-raised-cosine transmitter of roll-off 0.2, the steepest that is usual.
-double shareOfCarrier(double centre_kHz, double channelWidth_kHz, double tuning_kHz, double filterWidth_kHz);
-
 /// A stretch of the frequency axis.
 struct Stretch {
     double low_kHz;
@@ -46,6 +44,24 @@ struct Stretch {
 
     double width_kHz() const { return high_kHz - low_kHz; }
 };
+
+/// A modulated carrier as it stands in a channel: it fills 0.98 of it, with the flanks of a root-raised-cosine transmitter.
+struct CarrierShape {
+    double centre_kHz;
+    double channelWidth_kHz;
+    double rollOff;
+};
+
+// Of those that are usual the steepest flanks, and the flattest.
+inline constexpr double leastRollOff = 0.2;
+inline constexpr double mostRollOff = 0.35;
+
+/// The part of a carrier's power, 0 to 1, that lies between two frequencies, or that a filter takes in.
+double shareOfCarrier(const CarrierShape& carrier, const Stretch& stretch);
+double shareOfCarrier(const CarrierShape& carrier, double tuning_kHz, double filterWidth_kHz);
+
+/// How many standard deviations the highest of so many readings of one level lies above it, in one case of two thousand.
+double extremeOf(std::size_t readings);
 
 /// A raster channel so many channels above the configured one.
 Stretch channelAt(std::int64_t offset, const ScanPlan& plan);
@@ -63,16 +79,9 @@ public:
     /// What the filter lets through of all that stands outside of a channel.
     double rejected_mW(const Stretch& channel) const;
 
-    /// The most that the masks of transmitters beside a channel can put into the filter; nothing where none stands there.
+    /// The most that the masks of transmitters beside a channel can put into the filter, as far as what is read on the other
+    /// side of them allows it; nothing where none stands there.
     double mostByMasks_mW(const Stretch& channel) const;
-
-    /// What a filter that reaches over a channel's edges takes in of carriers in the channels beside it, at a tuning in the
-    /// channel.
-    double mostOverEdges_mW(const Stretch& channel, std::uint32_t tuning_kHz) const;
-
-    /// What is read in an empty channel at a tuning: noise and what is rejected; and the most that can be read there.
-    double likelyReading(const Stretch& channel) const;
-    double mostReading(const Stretch& channel, std::uint32_t tuning_kHz) const;
 
 private:
     struct Heard {
@@ -80,9 +89,10 @@ private:
         double power_mW; ///< above the receiver's noise
     };
 
-    double strongest_mW(double low_kHz, double high_kHz) const;
+    std::optional<double> heardAt_mW(double centre_kHz) const;
 
     ReceiverData m_receiver;
+    double m_spacing_kHz;
     double m_perReading; ///< spectrum that one sample stands for, in widths of the filter
     std::vector<Heard> m_heard;
 };

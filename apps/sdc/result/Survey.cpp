@@ -6,6 +6,13 @@
 
 namespace sdc {
 
+namespace {
+
+/// So near to the lowest reading those below it may be missing; hundredths of a dB.
+constexpr std::int32_t nearLowest = 300;
+
+} // namespace
+
 std::int32_t levelOf(const Hold& hold, TraceKind kind)
 {
     switch (kind) {
@@ -22,17 +29,41 @@ void Survey::add(const Sweep& sweep)
     ++m_endings.at(static_cast<std::size_t>(sweep.ending));
     for (const Sample& sample : sweep.samples) {
         const auto [found, isFirst] =
-            m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, sample.rssi, {}});
+            m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, sample.rssi, 0, {}});
         Readings& here = found->second;
-        if (!isFirst && std::min(here.last, sample.rssi) > lowestReading) {
+        m_pairs += isFirst ? 0 : 1;
+        if (!isFirst && std::min(here.last, sample.rssi) > lowestReading + nearLowest) {
             const std::int64_t step = std::llabs(std::int64_t{sample.rssi} - here.last);
             ++m_steps[static_cast<std::size_t>(std::min<std::int64_t>(step, mostStep))];
         }
         here.last = sample.rssi;
         here.max = std::max(here.max, sample.rssi);
         here.min = std::min(here.min, sample.rssi);
+        here.sum += sample.rssi;
         here.mean.add(sample.rssi);
     }
+    keep(sweep.samples);
+}
+
+void Survey::keep(const std::vector<Sample>& samples)
+{
+    m_recent.push_back(samples);
+    m_kept += samples.size();
+    while (m_recent.size() > 1 && (m_recent.size() > mostRecent || m_kept > mostSamples)) {
+        m_kept -= m_recent.front().size();
+        m_recent.pop_front();
+    }
+}
+
+std::vector<Spread> Survey::spreads() const
+{
+    std::vector<Spread> spreads;
+    spreads.reserve(m_readings.size());
+    for (const auto& [frequency_kHz, here] : m_readings) {
+        const double mean = static_cast<double>(here.sum) / static_cast<double>(here.mean.count());
+        spreads.push_back({frequency_kHz, mean, here.max, here.min, here.mean.count()});
+    }
+    return spreads;
 }
 
 std::vector<Hold> Survey::holds() const
@@ -48,6 +79,9 @@ std::vector<Hold> Survey::holds() const
 std::optional<double> Survey::medianStep() const
 {
     const std::size_t count = std::accumulate(m_steps.begin(), m_steps.end(), std::size_t{0});
+    if (2 * count < m_pairs) {
+        return std::nullopt;
+    }
     std::size_t below = 0;
     for (std::size_t step = 0; step < m_steps.size(); ++step) {
         below += m_steps[step];

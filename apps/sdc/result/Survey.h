@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -23,6 +24,15 @@ struct Hold {
     std::size_t readings = 0; ///< how many samples at this frequency there are
 
     bool operator==(const Hold&) const = default;
+};
+
+/// How the readings at one frequency lie around their mean, in hundredths of a dBm and of a dB.
+struct Spread {
+    std::uint32_t frequency_kHz = 0;
+    double mean = 0.0; ///< of the levels in dBm, not of the powers
+    std::int32_t max = 0;
+    std::int32_t min = 0;
+    std::size_t readings = 0;
 };
 
 /// Which of the levels at a frequency stands for it.
@@ -51,8 +61,16 @@ public:
     /// The holds of all frequencies that any sweep reached, ascending, each over the sweeps that reached it.
     std::vector<Hold> holds() const;
 
+    /// The same frequencies.
+    std::vector<Spread> spreads() const;
+
+    /// The samples of the latest sweeps, at most `mostRecent` of them and no more than `mostSamples`, but of one at least.
+    const std::deque<std::vector<Sample>>& recent() const { return m_recent; }
+    static constexpr std::size_t mostRecent = 64;
+    static constexpr std::size_t mostSamples = 100'000;
+
     /// In hundredths of a dB, the median of what the readings at one frequency differ from one sweep to the next, without
-    /// those at the floor of readings; nothing before there are some.
+    /// those near the lowest reading; nothing while there are few others.
     std::optional<double> medianStep() const;
 
     /// One level for each frequency, ascending.
@@ -63,8 +81,11 @@ private:
         std::int32_t max;
         std::int32_t min;
         std::int32_t last;
+        std::int64_t sum;
         PowerMean mean;
     };
+
+    void keep(const std::vector<Sample>& samples);
 
     /// A count for each difference of so many hundredths of a dB, the last one for all that are more.
     static constexpr std::size_t mostStep = 1000;
@@ -72,7 +93,10 @@ private:
     std::size_t m_sweeps = 0;
     std::array<std::size_t, endings.size()> m_endings{}; ///< number of sweeps that ended so
     std::array<std::size_t, mostStep + 1> m_steps{};
+    std::size_t m_pairs = 0;                      ///< of readings at one frequency in two sweeps
     std::map<std::uint32_t, Readings> m_readings; ///< by frequency
+    std::deque<std::vector<Sample>> m_recent;
+    std::size_t m_kept = 0; ///< samples of these
 };
 
 } // namespace sdc

@@ -62,6 +62,12 @@ TEST(Scatter, ofReadingsAtTheLowestIsNotKnown)
     EXPECT_EQ(sdc::scatterOf({}), 100.0);
 }
 
+/// Half the readings near the lowest are missing: those that are left scatter less than all.
+TEST(Scatter, ofReadingsMostlyNearTheLowestIsNotKnown)
+{
+    EXPECT_EQ(sdc::scatterOf(channelOf(1, {sweepOf({-9900, -9000, -9800}), sweepOf({-9970, -9001, -9750})}).survey), 100.0);
+}
+
 /// Each second reading of a sweep is 61.2 above the others: 61.2 / 0.6745 / sqrt(1.5) is 74.
 TEST(Scatter, ofOneSweepIsSeenAlongIt)
 {
@@ -72,44 +78,65 @@ TEST(Scatter, ofOneSweepIsSeenAlongIt)
     EXPECT_NEAR(sdc::scatterOf(channelOf(1, {sweepOf(levels)}).survey), 73.8, 0.2);
 }
 
-/// A carrier of -40 two channels away: rejected by 60 dB, or 45 dB lower by its mask.
-TEST(Leakage, ofACarrierTwoChannelsAway)
+/// A carrier of -40 two channels away, rejected by 60 dB.
+TEST(Leakage, ofACarrierIsLessByTheRejection)
 {
     const sdc::Leakage leakage = leakageOf({-4000, -9453, -9453, -9453, -9453});
-    const sdc::Stretch own = sdc::channelAt(0, raster);
-    EXPECT_NEAR(sdc::levelOf(leakage.rejected_mW(own)), -9996.0, 5.0);
-    EXPECT_NEAR(sdc::levelOf(leakage.mostByMasks_mW(own)), -8500.0, 5.0);
+    EXPECT_NEAR(sdc::levelOf(leakage.rejected_mW(sdc::channelAt(0, raster))), -9996.0, 5.0);
 }
 
-TEST(Leakage, ofACarrierBesideIsMuchMoreByItsMask)
-{
-    const sdc::Leakage leakage = leakageOf({-9453, -9453, -9453, -4000, -9453});
-    EXPECT_NEAR(sdc::levelOf(leakage.mostByMasks_mW(sdc::channelAt(0, raster))), -6500.0, 5.0);
-}
-
-/// What a carrier leaves in its own channel is no leak.
+/// What a carrier leaves in its own channel is no leak. One of -30 reads 0.46 dB less than it is.
 TEST(Leakage, ofACarrierIntoItsOwnChannelIsNone)
 {
     const sdc::Leakage leakage = leakageOf({-9453, -9453, -3000, -9453, -9453});
-    EXPECT_NEAR(leakage.likelyReading(sdc::channelAt(0, raster)), -9453.0, 1.0);
-    EXPECT_NEAR(leakage.likelyReading(sdc::channelAt(1, raster)), -8834.0, 5.0); // -89.54 before saturation, and the noise
+    EXPECT_LT(leakage.rejected_mW(sdc::channelAt(0, raster)), 1e-15);
+    EXPECT_NEAR(sdc::levelOf(leakage.rejected_mW(sdc::channelAt(1, raster))), -8954.0, 2.0);
 }
 
-/// A filter of 28 MHz that stands 14 MHz off the centre takes in half of the carrier beside it, one at the centre none.
-TEST(Leakage, overAnEdgeGrowsTowardsIt)
+/// A carrier of -40 beside a channel that reads -70, as its next channel does: at most 25 dB below the carrier.
+TEST(Leakage, byAMaskIsAtMostThatOfThePoorest)
 {
-    const sdc::Leakage leakage = leakageOf({-9453, -9453, -9453, -4000, -9453});
-    const sdc::Stretch own = sdc::channelAt(0, raster);
-    EXPECT_NEAR(sdc::levelOf(leakage.mostOverEdges_mW(own, 23014000)), -4301.0, 5.0);
-    EXPECT_LT(leakage.mostOverEdges_mW(own, 23000000), 1e-12);
-    EXPECT_NEAR(leakage.mostReading(own, 23014000), -4298.0, 10.0);
+    const sdc::Leakage leakage = leakageOf({-9453, -9453, -6800, -4000, -6600});
+    EXPECT_NEAR(sdc::levelOf(leakage.mostByMasks_mW(sdc::channelAt(0, raster))), -6500.0, 10.0);
+}
+
+/// 31 dB below the carrier is heard here, but nothing on its other side, and a mask has two.
+TEST(Leakage, byAMaskIsNotMoreThanOnTheOtherSideOfTheCarrier)
+{
+    const sdc::Leakage leakage = leakageOf({-9453, -9453, -7100, -4000, -9453});
+    EXPECT_LT(leakage.mostByMasks_mW(sdc::channelAt(0, raster)), sdc::milliwatts(-9453));
+}
+
+/// 45 dB below the carrier no mask is, other than one that cannot be told from none.
+TEST(Leakage, byAMaskThatGoodIsNone)
+{
+    const sdc::Leakage leakage = leakageOf({-9453, -9453, -8500, -4000, -6600});
+    EXPECT_LT(leakage.mostByMasks_mW(sdc::channelAt(0, raster)), sdc::milliwatts(-9453));
+}
+
+/// A normal deviate exceeds 3.29 in one case of two thousand, 4.42 in one of two hundred thousand.
+TEST(Scatter, reachesFartherInManyReadings)
+{
+    EXPECT_NEAR(sdc::extremeOf(1), 3.29, 0.05);
+    EXPECT_NEAR(sdc::extremeOf(100), 4.42, 0.05);
+    EXPECT_NEAR(sdc::extremeOf(0), 3.29, 0.05);
+}
+
+/// Half of it up to its centre, nothing beyond 0.49 of the channel, half of its density at half the symbol rate.
+TEST(CarrierShape, fillsItsChannel)
+{
+    const sdc::CarrierShape carrier{0.0, 28000.0, sdc::leastRollOff};
+    EXPECT_NEAR(sdc::shareOfCarrier(carrier, {-28000.0, 28000.0}), 1.0, 1e-9);
+    EXPECT_NEAR(sdc::shareOfCarrier(carrier, 14000.0, 28000.0), 0.5, 1e-9);
+    EXPECT_NEAR(sdc::shareOfCarrier(carrier, {13720.0, 28000.0}), 0.0, 1e-9);
+    EXPECT_NEAR(sdc::shareOfCarrier(carrier, {-1000.0, 1000.0}), 2000.0 / 22866.7, 1e-6);
 }
 
 TEST(Leakage, ofNothingIsNothing)
 {
     const sdc::Leakage leakage(receiver, raster, {});
     EXPECT_EQ(leakage.rejected_mW(sdc::channelAt(0, raster)), 0.0);
-    EXPECT_NEAR(leakage.mostReading(sdc::channelAt(0, raster), 23000000), -9453.0, 1.0);
+    EXPECT_EQ(leakage.mostByMasks_mW(sdc::channelAt(0, raster)), 0.0);
 }
 
 } // namespace

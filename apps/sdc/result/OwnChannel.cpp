@@ -1,0 +1,107 @@
+#include "apps/sdc/result/OwnChannel.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace sdc {
+
+namespace {
+
+/// Noise figures are known to some tenths of a dB, and so are rejections.
+constexpr double uncertain = 50.0;
+
+constexpr double surely = 3.3; ///< standard deviations, exceeded in one case of two thousand
+
+} // namespace
+
+OwnChannel::OwnChannel(const ChannelResult& channel)
+    : m_channel(channel)
+    , m_scatter(scatterOf(channel.survey))
+{
+    const std::vector<Spread> spreads = channel.survey.spreads();
+    look(spreads);
+    m_mostLag = lagSeen(spreads);
+}
+
+void OwnChannel::look(const std::vector<Spread>& spreads)
+{
+    constexpr std::size_t fewSamples = 5;
+    for (const Spread& spread : spreads) {
+        const double offset_kHz = spread.frequency_kHz - centre_kHz();
+        const double away_kHz = std::abs(offset_kHz);
+        const bool isOwn = away_kHz <= width_kHz() / 2.0;
+        m_isSeenFromBeside = m_isSeenFromBeside || away_kHz >= 0.75 * width_kHz();
+        m_tunings += isOwn ? 1 : 0;
+        m_count += isOwn ? spread.readings : 0;
+        if (away_kHz <= std::max(width_kHz(), width_kHz() / 2.0 + filterWidth_kHz() / 2.0)) {
+            m_readings.push_back({offset_kHz, spread.mean, static_cast<double>(spread.max), static_cast<double>(spread.min),
+                spread.readings, isOwn});
+        }
+    }
+    m_isSeenFromBeside = m_isSeenFromBeside && spreads.size() >= fewSamples;
+}
+
+Leakage OwnChannel::leakage(TraceKind kind) const
+{
+    return {receiver(), m_channel.plan, m_channel.survey.trace(kind)};
+}
+
+double OwnChannel::marginOfMax() const
+{
+    return uncertain + extremeOf(m_count) * m_scatter;
+}
+
+double OwnChannel::marginOfMean(std::size_t readings) const
+{
+    return 200.0 + surely * m_scatter / std::sqrt(static_cast<double>(readings));
+}
+
+/// A receiver that lags still shows a part of the reading before, in dB.
+Profile OwnChannel::profileOf(double OwnReading::*level, double lag) const
+{
+    constexpr double unlike = 25.0; // what no emitter is like to the ideal
+    Profile profile;
+    for (std::size_t index = 0; index < m_readings.size(); ++index) {
+        const OwnReading& reading = m_readings[index];
+        const double settled =
+            index == 0 ? reading.*level : (reading.*level - lag * (m_readings[index - 1].*level)) / (1.0 - lag);
+        const double scatter =
+            level == &OwnReading::mean ? m_scatter / std::sqrt(static_cast<double>(reading.readings)) : m_scatter;
+        profile.push_back(
+            {reading.offset_kHz, std::max(settled, static_cast<double>(lowestReading)), std::hypot(scatter, unlike)});
+    }
+    return profile;
+}
+
+Readings OwnChannel::fromSweepToSweep() const
+{
+    constexpr double withGuard = 0.6;
+    double nearest_kHz = width_kHz();
+    for (const OwnReading& reading : m_readings) {
+        nearest_kHz = std::min(nearest_kHz, std::abs(reading.offset_kHz));
+    }
+    const double farthest_kHz = std::max(nearest_kHz, withGuard * width_kHz() - filterWidth_kHz() / 2.0);
+    return readingsOf(m_channel.survey.recent(), [&](std::uint32_t frequency_kHz) {
+        return std::abs(frequency_kHz - centre_kHz()) <= std::min(farthest_kHz, width_kHz() / 2.0);
+    });
+}
+
+/// Time constants of 200 ms occur; units that wait for long have receivers that need it. After each fall the trace shows how
+/// much of it may have been left.
+double OwnChannel::lagSeen(const std::vector<Spread>& spreads) const
+{
+    constexpr double slowest_ms = 200.0;
+    constexpr double leastLag = 0.007;
+    constexpr double deepFall = 1500.0;
+    const double quiet = readingOf(noise_mW(receiver()));
+    double lag = std::max(std::exp(-static_cast<double>(m_channel.plan.setRxWait_ms) / slowest_ms), leastLag);
+    for (std::size_t index = 1; index < spreads.size(); ++index) {
+        const double before = spreads[index - 1].mean - quiet;
+        const double left = std::max(spreads[index].mean - quiet, 0.0) + m_scatter;
+        const bool isOwn = std::abs(spreads[index].frequency_kHz - centre_kHz()) <= width_kHz() / 2.0;
+        lag = !isOwn && before > deepFall ? std::min(lag, left / before) : lag;
+    }
+    return lag;
+}
+
+} // namespace sdc

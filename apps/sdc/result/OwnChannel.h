@@ -1,0 +1,73 @@
+#pragma once
+
+#include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/Fluctuation.h"
+#include "apps/sdc/result/Profile.h"
+#include "apps/sdc/result/ScanResult.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace sdc {
+
+/// What was read at one tuning. Hundredths of a dBm.
+struct OwnReading {
+    double offset_kHz = 0.0; ///< from the channel's centre
+    double mean = 0.0;       ///< of the levels
+    double max = 0.0;
+    double min = 0.0;
+    std::size_t readings = 0;
+    bool isOwn = false; ///< in the channel, not beside it
+};
+
+/// What a scan tells of the channel that the receiver belongs to.
+class OwnChannel {
+public:
+    explicit OwnChannel(const ChannelResult& channel);
+
+    /// In the channel and so far beside it as the filter can take in something of both, by frequency.
+    const std::vector<OwnReading>& readings() const { return m_readings; }
+    std::size_t tunings() const { return m_tunings; } ///< in the channel
+    const ReceiverData& receiver() const { return m_channel.receiver; }
+    double width_kHz() const { return m_channel.plan.channelSpacing_kHz; }
+    double filterWidth_kHz() const { return m_channel.receiver.filterWidth_kHz; }
+    double centre_kHz() const { return m_channel.plan.rxFrequency_kHz; }
+    double scatter() const { return m_scatter; }
+    std::size_t count() const { return m_count; } ///< readings in the channel
+
+    /// Whether the scan shows what transmits elsewhere: more than the configured channel, and more than a few samples.
+    bool isSeenFromBeside() const { return m_isSeenFromBeside; }
+
+    /// Whether there is one sample for each channel, at its centre.
+    bool isRaster() const { return m_channel.plan.step_kHz >= m_channel.plan.channelSpacing_kHz; }
+
+    /// How far the highest reading and the mean of readings may lie over what is quiet.
+    double marginOfMax() const;
+    double marginOfMean(std::size_t readings) const;
+
+    /// What leaks into the channel of all that the scan shows, with the levels that are usual, or with the highest.
+    Leakage leakage(TraceKind kind) const;
+
+    /// @param lag  that the receiver is taken to have
+    Profile profileOf(double OwnReading::*level, double lag) const;
+    /// At tunings from which the filter does not reach beside the channel, as far as there are such.
+    Readings fromSweepToSweep() const;
+
+    /// Of a slow receiver, the part of a fall, in dB, that it has not made when the next reading is taken; at most.
+    double mostLag() const { return m_mostLag; }
+
+private:
+    void look(const std::vector<Spread>& spreads);
+    double lagSeen(const std::vector<Spread>& spreads) const;
+
+    const ChannelResult& m_channel;
+    double m_scatter;
+    bool m_isSeenFromBeside = false;
+    std::size_t m_count = 0;
+    std::size_t m_tunings = 0;
+    double m_mostLag = 0.0;
+    std::vector<OwnReading> m_readings;
+};
+
+} // namespace sdc
