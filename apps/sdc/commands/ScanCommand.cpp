@@ -38,12 +38,19 @@ struct ScanOptions {
     std::string scenario;
     std::vector<std::uint32_t> channels; ///< none: all
     SessionPlan session;
+    FarEnd farEnd = FarEnd::unknown;
     std::optional<std::uint32_t> sweeps; ///< of each channel; otherwise one or, for a length of time, as many as that takes
     std::optional<TimePoint> start;      ///< otherwise now
     OutputOptions outputs;
     bool isQuiet = false;
     std::uint32_t traceLevel = 1;
 };
+
+std::optional<FarEnd> parseFarEnd(std::string_view text)
+{
+    const auto farEnd = std::ranges::find(farEnds, text);
+    return farEnd == farEnds.end() ? std::nullopt : std::optional(static_cast<FarEnd>(farEnd - farEnds.begin()));
+}
 
 void addKind(CLI::App& command, ScanKind& kind)
 {
@@ -108,9 +115,10 @@ void addRepetition(CLI::App& command, ScanOptions& options)
 class Collector : public Sink {
 public:
     /// @param keepsAll  otherwise of the sweeps the last alone, and what all have found
-    Collector(const Site& site, const SessionPlan& plan, bool keepsAll)
+    Collector(const Site& site, const SessionPlan& plan, FarEnd farEnd, bool keepsAll)
         : m_keepsAll(keepsAll)
     {
+        m_result.farEnd = farEnd;
         m_result.scenario = site.name();
         m_result.description = site.description();
         m_result.kind = plan.kind;
@@ -222,7 +230,7 @@ ExitStatus scan(const ScanOptions& options)
 
     const SessionPlan plan = planOf(options, site, channels);
     warnOfSize(plan, options.outputs, report);
-    Collector collector(site, plan, needSamples(options.outputs.outputs));
+    Collector collector(site, plan, options.farEnd, needSamples(options.outputs.outputs));
     outputs.open(collector.result());
     std::vector<Sink*> sinks = outputs.sinks();
     sinks.insert(sinks.begin(), {&report, &collector});
@@ -249,6 +257,10 @@ void addScan(CLI::App& app, Command& command)
     addChannels(scanning, options->channels);
     addSpeed(scanning, options->session.speed);
     addRepetition(scanning, *options);
+    const Parsing<FarEnd> farEnd{
+        "WHEN", "state of the far end", "on, muted or unknown", parseFarEnd, Words(farEnds.begin(), farEnds.end())};
+    addParsed(scanning, "--far-end", options->farEnd, farEnd,
+        "Whether the far end transmits meanwhile: on,\nmuted or unknown; the verdict needs it (unknown)");
     addOutputs(scanning, options->outputs);
     addFlag(scanning, "--quiet", options->isQuiet, "No plan, no progress; only results and failures");
     addTrace(scanning, options->outputs.trace, &options->traceLevel);

@@ -4,6 +4,7 @@
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/result/Verdict.h"
 #include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
 
@@ -33,7 +34,7 @@ std::optional<HoldsInFile> holdsOf(const ChannelResult& channel)
     return lists;
 }
 
-ChannelInFile inFile(const ChannelResult& channel, TraceKind trace)
+ChannelInFile inFile(const ChannelResult& channel, TraceKind trace, FarEnd farEnd)
 {
     ChannelInFile written{.channel = channel.channel,
         .unitTypeText = channel.unitTypeText,
@@ -41,7 +42,8 @@ ChannelInFile inFile(const ChannelResult& channel, TraceKind trace)
         .plan = channel.plan,
         .sweeps = {},
         .holds = holdsOf(channel),
-        .analysis = {analyse(traceOf(channel, trace), channel.plan, resolutionOf(channel)), trace}};
+        .analysis = {analyse(traceOf(channel, trace), channel.plan, resolutionOf(channel)), trace},
+        .verdict = judge(channel, farEnd)};
     for (const Sweep& sweep : channel.sweeps) {
         written.sweeps.push_back({sweep, sweep.reason.empty() ? std::nullopt : std::optional(sweep.reason),
             channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
@@ -60,7 +62,7 @@ void writeJson(std::ostream& stream, const ScanResult& result, const WriteOption
         .provenance = result.provenance,
         .channels = {}};
     std::ranges::transform(result.channels, std::back_inserter(written.channels),
-        [&options](const ChannelResult& channel) { return inFile(channel, options.trace); });
+        [&](const ChannelResult& channel) { return inFile(channel, options.trace, result.farEnd); });
     support::writeReadably(stream, support::jsonOf(resultRecord(), &written));
 }
 

@@ -3,6 +3,7 @@
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/result/Verdict.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -13,6 +14,8 @@
 #include <ostream>
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace sdc {
@@ -221,6 +224,51 @@ std::string channelLines(const std::vector<RasterChannel>& channels)
     return lines;
 }
 
+std::string_view colorOf(Judgement judgement)
+{
+    switch (judgement) {
+    case Judgement::clear: return green;
+    case Judgement::disturbed: return red;
+    case Judgement::suspected:
+    case Judgement::cannotTell: break;
+    }
+    return yellow;
+}
+
+/// As in "disturbed: line, co-channel, 12.30 dB over what else is read, C/I 20.10 dB".
+std::string headlineOf(const Verdict& verdict)
+{
+    std::string text(toText(verdict.judgement));
+    std::string separator = ": ";
+    const auto append = [&](const std::string& part) { text += std::exchange(separator, ", ") + part; };
+    if (verdict.kind) {
+        append(std::string(toText(*verdict.kind)));
+    }
+    if (verdict.place) {
+        append(std::string(toText(*verdict.place)));
+    }
+    if (verdict.overFloor) {
+        append(hundredths(*verdict.overFloor) + " dB over what else is read");
+    }
+    if (verdict.carrierToInterference) {
+        append("C/I " + hundredths(*verdict.carrierToInterference) + " dB");
+    }
+    return text;
+}
+
+void writeVerdict(std::ostream& stream, const Verdict& verdict, const Layout& layout)
+{
+    stream << '\n' << colored(headlineOf(verdict), colorOf(verdict.judgement).data(), layout) << '\n';
+    stream << "  " << verdict.rule << '\n';
+    if (!verdict.wouldHelp.empty()) {
+        std::string text;
+        for (const Help help : verdict.wouldHelp) {
+            text += (text.empty() ? "" : "; ") + std::string(toText(help));
+        }
+        stream << "  would help: " << text << '\n';
+    }
+}
+
 void writeSummary(std::ostream& stream, const Analysis& analysis, const ScanPlan& plan)
 {
     std::string lines;
@@ -262,6 +310,7 @@ void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptio
         }
         writeState(stream, channel, layout);
         writeRows(stream, channel, analysis, layout, mostRows(result, options));
+        writeVerdict(stream, judge(channel, result.farEnd), layout);
         writeSummary(stream, analysis, channel.plan);
     }
 }

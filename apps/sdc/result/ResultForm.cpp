@@ -187,6 +187,20 @@ const Record<AnalysisInFile> analysisRecord{"analysis",
             "channels of the raster that were seen whole, quietest first"},
     }};
 
+const Record<Verdict> verdictRecord{"verdict", "whether something else than the far end transmits in the configured channel",
+    {
+        {"judgement", &Verdict::judgement, support::choice(judgements), "what is said"},
+        {"kind", &Verdict::kind, support::choice(interferenceKinds), "of the interferer", support::optional},
+        {"place", &Verdict::place, support::choice(interferencePlaces), "of the interferer", support::optional},
+        {"over_floor_dB", &Verdict::overFloor, HundredthsSpec{0.0, highestLevel_dBm},
+            "by which the interferer raises what is read, dB", support::optional},
+        {"carrier_to_interference_dB", &Verdict::carrierToInterference, HundredthsSpec{-highestLevel_dBm, highestLevel_dBm},
+            "own carrier over the interferer, dB", support::optional},
+        {"rule", &Verdict::rule, text, "that decided, one sentence"},
+        {"would_help", &Verdict::wouldHelp, support::list(support::choice(helps), 0, helps.size(), "what would help"),
+            "to be surer, what helps most first"},
+    }};
+
 std::string placeOf(std::size_t sweep, const std::string& key)
 {
     return fmt::format("sweeps[{}].{}", sweep, key);
@@ -254,6 +268,7 @@ const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
         {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
         {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
         {"analysis", &ChannelInFile::analysis, analysisRecord, analysisRecord.sentence()},
+        {"verdict", &ChannelInFile::verdict, verdictRecord, verdictRecord.sentence()},
     },
     {plannedOtherwise, isCompleteWithoutAllSamples, hasMisplacedSamples}};
 

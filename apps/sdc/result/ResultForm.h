@@ -4,6 +4,7 @@
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/result/Verdict.h"
 #include "support/Fields.h"
 
 #include <cstdint>
@@ -42,6 +43,7 @@ struct ChannelInFile {
     std::vector<SweepInFile> sweeps;
     std::optional<HoldsInFile> holds;
     AnalysisInFile analysis;
+    Verdict verdict;
 };
 
 struct ResultInFile {
