@@ -1,9 +1,5 @@
 #include "tests/judge/Answer.h"
 
-#if __has_include("apps/sdc/result/Raster.h")
-#include "apps/sdc/result/Analysis.h"
-#endif
-
 #include <algorithm>
 
 namespace judge {
@@ -14,22 +10,16 @@ sdc::RasterState stateOf(const Answer& answer, std::int64_t offset)
     return found == answer.raster.end() ? sdc::RasterState::unknown : found->state;
 }
 
-#if __has_include("apps/sdc/result/Raster.h")
 Answer verdictOfSdc(const sdc::ChannelResult& channel, sdc::FarEnd farEnd)
 {
-    const sdc::Analysis analysis = sdc::analyse(channel, farEnd);
-    const sdc::Verdict& verdict = analysis.verdict;
+    const sdc::Verdict verdict = sdc::judge(channel, farEnd);
     Answer answer{verdict.judgement, verdict.kind, verdict.place, verdict.overFloor, verdict.rule, {}};
-    for (const auto& one : analysis.raster) {
+#if __has_include("apps/sdc/result/Raster.h")
+    for (const sdc::RasterChannel& one : sdc::rasterOf(channel)) {
         answer.raster.push_back({one.offset, one.state});
     }
+#endif
     return answer;
 }
-#else
-Answer verdictOfSdc(const sdc::ChannelResult& channel, sdc::FarEnd farEnd)
-{
-    return plainThreshold(channel, farEnd);
-}
-#endif
 
 } // namespace judge

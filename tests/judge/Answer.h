@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Verdict.h"
 
 #include <array>
 #include <cstddef>
@@ -12,32 +13,10 @@
 
 #if __has_include("apps/sdc/result/Raster.h")
 #include "apps/sdc/result/Raster.h"
-#include "apps/sdc/result/Verdict.h"
 #else
 namespace sdc {
 
-enum class Judgement : std::uint8_t { clear, suspected, disturbed, cannotTell };
-inline constexpr std::array<std::string_view, 4> judgements{"clear", "suspected", "disturbed", "cannot tell"};
-enum class InterferenceKind : std::uint8_t { carrier, line, burst, sweep, wideband };
-inline constexpr std::array<std::string_view, 5> interferenceKinds{"carrier", "line", "burst", "sweep", "wideband"};
-enum class InterferencePlace : std::uint8_t { coChannel, adjacent };
-inline constexpr std::array<std::string_view, 2> interferencePlaces{"co-channel", "adjacent"};
 enum class RasterState : std::uint8_t { own, occupied, intermittent, free, unknown };
-
-constexpr std::string_view toText(Judgement judgement)
-{
-    return judgements.at(static_cast<std::size_t>(judgement));
-}
-
-constexpr std::string_view toText(InterferenceKind kind)
-{
-    return interferenceKinds.at(static_cast<std::size_t>(kind));
-}
-
-constexpr std::string_view toText(InterferencePlace place)
-{
-    return interferencePlaces.at(static_cast<std::size_t>(place));
-}
 
 } // namespace sdc
 #endif
