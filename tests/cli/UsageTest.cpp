@@ -93,7 +93,7 @@ constexpr Row scanRows[] = {
     {"help scna", "unknown command 'sdc scna'; did you mean 'scan'?"},
     {"schema", "'sdc schema' needs DOCUMENT behind it; 'sdc schema --help' tells more"},
     {"schema result plan", "unexpected word 'plan'; 'sdc schema --help' tells more"},
-    {"schema plam", "invalid document 'plam'; expected result, scenario or plan; did you mean 'plan'?"},
+    {"schema plam", "invalid document 'plam'; expected result, scenario, plan or compare; did you mean 'plan'?"},
     {"scenarios list --json --names", "--names excludes --json; 'sdc scenarios list --help' tells more"},
     {"console --scenario -", "--scenario: standard input is for the console's commands; expected a name or a file"},
     {"scan channel --scenario -", "standard input: is empty; must be a JSON object"},
