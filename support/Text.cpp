@@ -147,6 +147,25 @@ std::string duration(std::chrono::milliseconds time)
     return fmt::format("{}{} min {} s", hours, seconds % hour / minute, seconds % minute);
 }
 
+std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width)
+{
+    constexpr const char* indent = "  ";
+    std::vector<std::string> lines;
+    for (const std::string& text : texts) {
+        std::istringstream words(text);
+        std::string line;
+        for (std::string word; words >> word;) {
+            const bool isFull = !line.empty() && line.size() + 1 + word.size() > width;
+            if (isFull) {
+                lines.push_back(line);
+            }
+            line = isFull ? indent + word : line + (line.empty() ? "" : " ") + word;
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
 std::string counted(std::size_t count, const std::string& what)
 {
     return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");

@@ -5,6 +5,7 @@
 #include <istream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace support {
 
@@ -29,6 +30,10 @@ std::string prefixed(const std::string& text, const std::string& prefix);
 
 /// A length of time for people: "6.6 s", "2 min 32 s", "5 h 44 min 0 s". What is below the last figure is cut off.
 std::string duration(std::chrono::milliseconds time);
+
+/// Texts in lines that are no longer than a width, as far as their words are not; what follows the first line of a text is
+/// indented.
+std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width);
 
 /// "1 sample", "13 samples".
 std::string counted(std::size_t count, const std::string& what);

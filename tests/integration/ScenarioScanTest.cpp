@@ -148,7 +148,8 @@ TEST(ManyChannels, sixtyFourScanAtOnceEachWithTheSamplesItHasAlone)
     }
     for (std::size_t i = 0; i < scenario.channels.size(); ++i) {
         SCOPED_TRACE(i);
-        const Scenario alone{"", "", {}, {scenario.channels[i]}};
+        const Scenario alone{
+            .name = "", .description = "", .sources = {}, .channels = {scenario.channels[i]}, .seed = 0, .text = ""};
         simulator::Radios radios(alone, clock);
         Terminal terminal(radios.channels(), clock);
         scanAll(terminal, alone, SDC_CMD_SUB_BAND_SCAN_START);

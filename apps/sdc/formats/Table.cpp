@@ -259,13 +259,12 @@ std::string headlineOf(const Verdict& verdict)
 void writeVerdict(std::ostream& stream, const Verdict& verdict, const Layout& layout)
 {
     stream << '\n' << colored(headlineOf(verdict), colorOf(verdict.judgement).data(), layout) << '\n';
-    stream << "  " << verdict.rule << '\n';
-    if (!verdict.wouldHelp.empty()) {
-        std::string text;
-        for (const Help help : verdict.wouldHelp) {
-            text += (text.empty() ? "" : "; ") + std::string(toText(help));
-        }
-        stream << "  would help: " << text << '\n';
+    std::vector<std::string> texts{verdict.rule};
+    for (const Help help : verdict.wouldHelp) {
+        texts.push_back("would help: " + std::string(toText(help)));
+    }
+    for (const std::string& text : support::wrapped(texts, leastWidth - 2)) {
+        stream << "  " << text << '\n';
     }
 }
 
@@ -286,7 +285,7 @@ void writeSummary(std::ostream& stream, const Analysis& analysis, const ScanPlan
 /// As many as a terminal shows of all channels together, beside what stands around them.
 std::size_t mostRows(const ScanResult& result, const WriteOptions& options)
 {
-    constexpr std::size_t around = 16;
+    constexpr std::size_t around = 22;
     constexpr std::size_t fewest = 8;
     if (options.height == 0) {
         return options.rows;

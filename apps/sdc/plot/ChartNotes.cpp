@@ -250,23 +250,4 @@ std::vector<std::string> notesOf(const std::vector<Member>& members, const Chart
     return notes;
 }
 
-std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width)
-{
-    constexpr const char* indent = "  ";
-    std::vector<std::string> lines;
-    for (const std::string& text : texts) {
-        std::istringstream words(text);
-        std::string line;
-        for (std::string word; words >> word;) {
-            const bool isFull = !line.empty() && line.size() + 1 + word.size() > width;
-            if (isFull) {
-                lines.push_back(line);
-            }
-            line = isFull ? indent + word : line + (line.empty() ? "" : " ") + word;
-        }
-        lines.push_back(line);
-    }
-    return lines;
-}
-
 } // namespace sdc

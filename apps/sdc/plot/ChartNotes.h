@@ -25,8 +25,4 @@ std::string incompletenessOf(const ChannelResult& channel);
 /// the results differ.
 std::vector<std::string> notesOf(const std::vector<Member>& members, const Chart& chart, const PlotOptions& options);
 
-/// Texts in lines that are no longer than a width, as far as their words are not; what follows the first line of a text is
-/// indented.
-std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width);
-
 } // namespace sdc

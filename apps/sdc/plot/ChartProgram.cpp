@@ -3,6 +3,7 @@
 #include "apps/sdc/plot/ChartNotes.h"
 #include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "support/Text.h"
 
 #include <fmt/format.h>
 
@@ -247,7 +248,7 @@ Room pictureRoom(const PlotOptions& options)
 
 std::vector<std::string> pictureNotes(const Chart& chart, const PlotOptions& options)
 {
-    return wrapped(chart.notes, static_cast<std::size_t>(options.width / characterWidth_px));
+    return support::wrapped(chart.notes, static_cast<std::size_t>(options.width / characterWidth_px));
 }
 
 std::string frameProgram(const Chart& chart, const PlotOptions& options)

@@ -154,7 +154,7 @@ std::string TextFrame::text(const std::vector<std::string>& legend, bool isColor
     for (const std::string& line : legend) {
         text += line + "\n";
     }
-    for (const std::string& line : wrapped(m_chart.notes, width)) {
+    for (const std::string& line : support::wrapped(m_chart.notes, width)) {
         text += line + "\n";
     }
     return text;

@@ -70,7 +70,7 @@ TEST(VirtualTime, passesForAllThreadsAtOnce)
         clock.sleepMs(1);
         EXPECT_EQ(clock.now(), milliseconds(1001));
     });
-    EXPECT_TRUE(other.returned());
+    EXPECT_TRUE(other.returns());
     clock.sleepMs(1);
     EXPECT_EQ(clock.now(), milliseconds(1101));
 }

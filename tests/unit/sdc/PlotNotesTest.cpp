@@ -99,10 +99,3 @@ TEST(PlotNotes, tellOfEachResultWhatIsAboveTheLimit)
     EXPECT_THAT(notesOf(scanOf({-9000, -3000}), scanOf({-9000, -9000}), {.limit = -5000}),
         ElementsAre("a.json above -50.00 dBm: 101.000 MHz (-30.00 dBm)", "b.json above -50.00 dBm: nothing"));
 }
-
-TEST(PlotNotes, areWrappedBetweenWords)
-{
-    EXPECT_THAT(sdc::wrapped({"one two three", "four"}, 8), ElementsAre("one two", "  three", "four"));
-    EXPECT_THAT(sdc::wrapped({"one two"}, 7), ElementsAre("one two"));
-    EXPECT_THAT(sdc::wrapped({"longerthanaline x"}, 5), ElementsAre("longerthanaline", "  x"));
-}

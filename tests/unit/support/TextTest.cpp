@@ -11,6 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 using support::shown;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 TEST(ShownText, leavesWhatCanBeRead)
@@ -108,6 +109,13 @@ TEST(Prefixed, isEveryLineButTheEmpty)
     EXPECT_EQ(support::prefixed("it failed", "sdc: "), "sdc: it failed\n");
     EXPECT_EQ(support::prefixed("one\n\ntwo\x1B\n", "sdc: "), "sdc: one\nsdc: two\\x1B\n");
     EXPECT_EQ(support::prefixed("", "sdc: "), "");
+}
+
+TEST(LongTexts, areWrappedBetweenWords)
+{
+    EXPECT_THAT(support::wrapped({"one two three", "four"}, 8), ElementsAre("one two", "  three", "four"));
+    EXPECT_THAT(support::wrapped({"one two"}, 7), ElementsAre("one two"));
+    EXPECT_THAT(support::wrapped({"longerthanaline x"}, 5), ElementsAre("longerthanaline", "  x"));
 }
 
 } // namespace
