@@ -19,8 +19,8 @@ TEST_F(Completion, offersCommandsOptionsAndTheirWords)
     for (const Row& row :
         {Row{"s", "scan scenarios schema"}, {"--v", "--version"}, {"scenarios ''", "list show check replay --help"},
             {"scan ''",
-                "channel sub-band --help --scenario --channel --speed --repeat --for --every --far-end --table --csv "
-                "--jsonl --json "
+                "channel sub-band --help --scenario --channel --speed --repeat --for --every --far-end --threshold "
+                "--confidence --accuracy --table --csv --jsonl --json "
                 "--sweep --holds --plot --waterfall --rows "
                 "--color --quiet --trace --trace-level --start-time"},
             {"scan sub-band --s", "--scenario --speed --sweep --start-time"}, {"scan --quiet s", "sub-band"},

@@ -4,8 +4,10 @@
 #include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/options/UsageText.h"
+#include "apps/sdc/result/Occupancy.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Session.h"
@@ -41,6 +43,7 @@ struct ScanOptions {
     FarEnd farEnd = FarEnd::unknown;
     std::optional<std::uint32_t> sweeps; ///< of each channel; otherwise one or, for a length of time, as many as that takes
     std::optional<TimePoint> start;      ///< otherwise now
+    OccupancyRule occupancy;
     OutputOptions outputs;
     bool isQuiet = false;
     std::uint32_t traceLevel = 1;
@@ -115,8 +118,9 @@ void addRepetition(CLI::App& command, ScanOptions& options)
 class Collector : public Sink {
 public:
     /// @param keepsAll  otherwise of the sweeps the last alone, and what all have found
-    Collector(const Site& site, const SessionPlan& plan, FarEnd farEnd, bool keepsAll)
-        : m_keepsAll(keepsAll)
+    Collector(const Site& site, const SessionPlan& plan, FarEnd farEnd, const OccupancyRule& rule, bool keepsAll)
+        : m_rule(rule)
+        , m_keepsAll(keepsAll)
     {
         m_result.farEnd = farEnd;
         m_result.scenario = site.name();
@@ -134,7 +138,7 @@ public:
                 .receiver = channel.receiver,
                 .plan = channelPlan.value_or(ScanPlan{}),
                 .sweeps = {},
-                .survey = {}});
+                .survey = Survey(m_rule)});
         }
     }
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_result.channels[channel].plan = plan; }
@@ -143,6 +147,7 @@ public:
     const ScanResult& result() const { return m_result; }
 
 private:
+    OccupancyRule m_rule;
     bool m_keepsAll;
     ScanResult m_result;
 };
@@ -230,7 +235,7 @@ ExitStatus scan(const ScanOptions& options)
 
     const SessionPlan plan = planOf(options, site, channels);
     warnOfSize(plan, options.outputs, report);
-    Collector collector(site, plan, options.farEnd, needSamples(options.outputs.outputs));
+    Collector collector(site, plan, options.farEnd, options.occupancy, needSamples(options.outputs.outputs));
     outputs.open(collector.result());
     std::vector<Sink*> sinks = outputs.sinks();
     sinks.insert(sinks.begin(), {&report, &collector});
@@ -244,6 +249,17 @@ ExitStatus scan(const ScanOptions& options)
         leaveBySignal();
     }
     return statusOf(session.ending(), outputs);
+}
+
+void addOccupancy(CLI::App& scanning, OccupancyRule& rule)
+{
+    const Parsing<std::int32_t> level{"DBM", "threshold", "a level in dBm such as -85", parseThreshold};
+    addParsed(scanning, "--threshold", rule.threshold, level,
+        "Channels are on above this level (6 dB over what\nis read where nobody transmits)");
+    const Parsing<std::int32_t> confidence{"PERCENT", "confidence", "50 to 99.99", parseConfidence};
+    addParsed(scanning, "--confidence", rule.confidence, confidence, "Confidence asked for of an occupancy (95)");
+    const Parsing<std::int32_t> accuracy{"POINTS", "accuracy", "0.1 to 50", parseAccuracy};
+    addParsed(scanning, "--accuracy", rule.accuracy, accuracy, "Its accuracy, percentage points either way (10)");
 }
 
 } // namespace
@@ -261,6 +277,7 @@ void addScan(CLI::App& app, Command& command)
         "WHEN", "state of the far end", "on, muted or unknown", parseFarEnd, Words(farEnds.begin(), farEnds.end())};
     addParsed(scanning, "--far-end", options->farEnd, farEnd,
         "Whether the far end transmits meanwhile: on,\nmuted or unknown; the verdict needs it (unknown)");
+    addOccupancy(scanning, options->occupancy);
     addOutputs(scanning, options->outputs);
     addFlag(scanning, "--quiet", options->isQuiet, "No plan, no progress; only results and failures");
     addTrace(scanning, options->outputs.trace, &options->traceLevel);

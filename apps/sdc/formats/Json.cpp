@@ -1,5 +1,6 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/Occupancy.h"
 #include "apps/sdc/result/ResultForm.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
@@ -34,7 +35,25 @@ std::optional<HoldsInFile> holdsOf(const ChannelResult& channel)
     return lists;
 }
 
-ChannelInFile inFile(const ChannelResult& channel, TraceKind trace, FarEnd farEnd)
+OccupancyInFile occupancyOf(const ChannelOccupancy& occupancy)
+{
+    OccupancyInFile written;
+    static_cast<OccupancyRule&>(written) = occupancy.rule();
+    if (occupancy.rule().threshold) {
+        written.kind = ThresholdKind::preSet;
+    } else {
+        written.margin = thresholdMargin;
+    }
+    if (const auto share = occupancy.bandShare()) {
+        written.bandOccupancy = inHundredthsOfPercent(*share);
+    }
+    if (const auto time = occupancy.revisitTime()) {
+        written.revisit_ms = time->count();
+    }
+    return written;
+}
+
+ChannelInFile inFile(const ChannelResult& channel, FarEnd farEnd, TraceKind trace)
 {
     ChannelInFile written{.channel = channel.channel,
         .unitTypeText = channel.unitTypeText,
@@ -42,8 +61,10 @@ ChannelInFile inFile(const ChannelResult& channel, TraceKind trace, FarEnd farEn
         .plan = channel.plan,
         .sweeps = {},
         .holds = holdsOf(channel),
-        .analysis = {analyse(traceOf(channel, trace), channel.plan, resolutionOf(channel)), trace},
+        .findings = channel.survey.check().findings(),
+        .analysis = {analyse(channel, trace), trace},
         .verdict = judge(channel, farEnd)};
+    written.analysis.occupancy = occupancyOf(channel.survey.occupancy());
     for (const Sweep& sweep : channel.sweeps) {
         written.sweeps.push_back({sweep, sweep.reason.empty() ? std::nullopt : std::optional(sweep.reason),
             channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
@@ -62,7 +83,7 @@ void writeJson(std::ostream& stream, const ScanResult& result, const WriteOption
         .provenance = result.provenance,
         .channels = {}};
     std::ranges::transform(result.channels, std::back_inserter(written.channels),
-        [&](const ChannelResult& channel) { return inFile(channel, options.trace, result.farEnd); });
+        [&](const ChannelResult& channel) { return inFile(channel, result.farEnd, options.trace); });
     support::writeReadably(stream, support::jsonOf(resultRecord(), &written));
 }
 

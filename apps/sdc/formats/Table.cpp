@@ -1,5 +1,8 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/Peaks.h"
+#include "apps/sdc/result/Raster.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
@@ -176,6 +179,9 @@ std::string longName(TraceKind kind)
 
 void writeState(std::ostream& stream, const ChannelResult& channel, const Layout& layout)
 {
+    for (const Finding& finding : channel.survey.check().findings()) {
+        stream << colored(sentenceOf(finding), red, layout) << '\n';
+    }
     const std::size_t count = channel.survey.sweeps();
     if (count > 1) {
         stream << fmt::format(
@@ -214,12 +220,30 @@ std::string peakLines(const std::vector<Peak>& peaks)
         : lines + fmt::format("              and {} weaker peaks\n", peaks.size() - mostPeaksShown);
 }
 
+/// How many channels of the raster there are in each state, as in "14 channels: 12 occupied, 2 free".
+std::string rasterLine(const std::vector<RasterChannel>& raster)
+{
+    std::string states;
+    for (const RasterState state :
+        {RasterState::occupied, RasterState::intermittent, RasterState::free, RasterState::unknown}) {
+        const auto count = std::ranges::count(raster, state, &RasterChannel::state);
+        states += count == 0 ? "" : fmt::format("{}{} {}", states.empty() ? "" : ", ", count, toText(state));
+    }
+    return states.empty() ? "" : fmt::format("{:<14}  {}\n", "other channels", states);
+}
+
+std::string channelLine(const RasterChannel& channel)
+{
+    const std::string occupancy = channel.sweeps > 1 ? fmt::format(", on {} %", hundredths(*channel.occupancy)) : "";
+    return line(std::string(toText(channel.state)), inMegahertz(channel.centre_kHz), *channel.max,
+        "average " + hundredths(*channel.average) + occupancy);
+}
+
 std::string channelLines(const std::vector<RasterChannel>& channels)
 {
     std::string lines;
     for (const RasterChannel& channel : std::span(channels).first(std::min(channels.size(), mostChannelsShown))) {
-        lines += line("quietest", inMegahertz(channel.centre_kHz), channel.level,
-            "strongest " + hundredths(channel.strongest) + " dBm");
+        lines += channelLine(channel);
     }
     return lines;
 }
@@ -274,11 +298,12 @@ void writeSummary(std::ostream& stream, const Analysis& analysis, const ScanPlan
     if (analysis.floor) {
         lines += line("noise floor", "", *analysis.floor, fmt::format("lowest tenth, {} at each end left out", edgeSamples));
     }
-    if (analysis.configured) {
-        lines += line("configured *", inMegahertz(plan.rxFrequency_kHz), analysis.configured->level,
+    if (const RasterChannel* const configured = analysis.configured()) {
+        lines += line("configured *", inMegahertz(plan.rxFrequency_kHz), *configured->average,
             inMegahertz(plan.channelSpacing_kHz) + " wide");
     }
-    lines += peakLines(analysis.peaks) + channelLines(analysis.otherChannels);
+    lines += peakLines(analysis.peaks) + rasterLine(analysis.raster) + channelLines(channelsThatComeAndGo(analysis.raster))
+        + channelLines(freeChannels(analysis.raster));
     stream << (lines.empty() ? "" : "\n") << lines;
 }
 
@@ -300,7 +325,7 @@ void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptio
 {
     for (const ChannelResult& channel : result.channels) {
         const Layout layout = layoutOf(channel, options);
-        const Analysis analysis = analyse(traceOf(channel, options.trace), channel.plan, resolutionOf(channel));
+        const Analysis analysis = analyse(channel, options.trace);
         if (result.channels.size() > 1) {
             stream << (&channel == &result.channels.front() ? "" : "\n")
                    << colored(

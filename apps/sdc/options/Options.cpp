@@ -2,6 +2,8 @@
 
 #include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/options/CommandLine.h"
+#include "apps/sdc/result/Occupancy.h"
+#include "apps/sdc/result/Sweep.h"
 #include "simulator/scenario/EmbeddedText.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Text.h"
@@ -36,6 +38,13 @@ std::optional<Number> parseNumber(std::string_view text)
     Number value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+std::optional<std::int32_t> parseHundredths(std::string_view text, double lowest, double highest)
+{
+    const auto number = parseNumber<double>(text);
+    const bool isRight = number && *number >= lowest && *number <= highest;
+    return isRight ? std::optional(static_cast<std::int32_t>(std::lround(*number * 100.0))) : std::nullopt;
 }
 
 /// "3" or "1-8": the first and the last number.
@@ -199,6 +208,21 @@ std::optional<double> parseLevel(std::string_view text)
     constexpr double highest_dB = 1000.0; // no two readings are further apart
     const auto level = parseNumber<double>(text);
     return level && *level >= 0.0 && *level <= highest_dB ? level : std::nullopt;
+}
+
+std::optional<std::int32_t> parseThreshold(std::string_view text)
+{
+    return parseHundredths(text, -200.0, 100.0);
+}
+
+std::optional<std::int32_t> parseConfidence(std::string_view text)
+{
+    return parseHundredths(text, leastConfidence, mostConfidence);
+}
+
+std::optional<std::int32_t> parseAccuracy(std::string_view text)
+{
+    return parseHundredths(text, leastAccuracy, mostAccuracy);
 }
 
 std::optional<std::vector<std::uint32_t>> parseChannels(std::string_view text)

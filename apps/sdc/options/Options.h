@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
 
@@ -90,6 +90,11 @@ std::optional<std::uint32_t> parseCount(std::string_view text);
 
 /// A level difference in dB: 0 or above.
 std::optional<double> parseLevel(std::string_view text);
+
+// In hundredths: a level of -200 to 100 dBm, and what may be asked for of an occupancy, in percent.
+std::optional<std::int32_t> parseThreshold(std::string_view text);
+std::optional<std::int32_t> parseConfidence(std::string_view text);
+std::optional<std::int32_t> parseAccuracy(std::string_view text);
 
 /// "all" is an empty list; otherwise channel numbers and ranges of them such as 1-8 with commas between them, each number
 /// once, and no more of them than a terminal may have.

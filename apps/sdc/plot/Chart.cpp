@@ -130,7 +130,7 @@ std::vector<Mark> marksOf(const Chart& chart, const PlotOptions& options)
 std::vector<Point> peaksOf(const ChannelResult& channel)
 {
     std::vector<Point> peaks;
-    for (const Peak& peak : analyse(sdc::traceOf(channel, usualTrace), channel.plan, resolutionOf(channel)).peaks) {
+    for (const Peak& peak : analyse(channel).peaks) {
         if (peak.level <= highestShown) {
             peaks.push_back({peak.frequency_kHz, peak.level});
         }

@@ -112,7 +112,7 @@ double scatterOf(const Survey& survey)
     std::optional<double> scatter = survey.medianStep();
     if (scatter) {
         scatter = deviationOf(*scatter) / std::numbers::sqrt2;
-    } else {
+    } else if (survey.sweeps() == 1) {
         scatter = scatterAlong(survey.trace(TraceKind::max));
     }
     return std::clamp(scatter.value_or(mostScatter), leastScatter, mostScatter);

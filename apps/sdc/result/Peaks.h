@@ -22,10 +22,10 @@ inline constexpr std::size_t mostPeaks = 10;
 
 /// A hump of the spectrum. Levels in hundredths.
 struct Peak {
-    std::uint32_t frequency_kHz = 0;        ///< of its top; of a flat top the sample in the middle
-    std::int32_t level = 0;                 ///< dBm
-    std::int64_t prominence = 0;            ///< dB above the higher of the two valleys beside it
-    std::optional<std::uint32_t> width_kHz; ///< between the places 3 dB below the top
+    std::uint32_t frequency_kHz = 0;             ///< of its top; of a flat top the sample in the middle
+    std::int32_t level = 0;                      ///< dBm
+    std::int64_t prominence = 0;                 ///< dB above the higher of the two valleys beside it
+    std::optional<std::uint32_t> width_kHz;      ///< between the places 3 dB below the top
     std::optional<std::uint32_t> widthBelow_kHz; ///< where it has none: it is narrower than this, which the scan resolves
 };
 

@@ -1,13 +1,12 @@
 #include "apps/sdc/result/ResultFile.h"
 
 #include "apps/sdc/result/ResultForm.h"
+#include "apps/sdc/result/Survey.h"
 #include "support/Errors.h"
 #include "support/FieldsJson.h"
 #include "support/Text.h"
 
 #include <cerrno>
-#include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -25,7 +24,7 @@ ChannelResult outOfFile(ChannelInFile&& channel)
         .receiver = channel.receiver,
         .plan = channel.plan,
         .sweeps = {},
-        .survey = {}};
+        .survey = Survey(channel.analysis.occupancy)};
     for (SweepInFile& sweep : channel.sweeps) {
         sweep.reason = std::move(sweep.givenReason).value_or("");
         read.add(std::move(sweep));

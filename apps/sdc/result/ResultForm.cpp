@@ -1,5 +1,8 @@
 #include "apps/sdc/result/ResultForm.h"
 
+#include "apps/sdc/result/Peaks.h"
+#include "apps/sdc/result/Raster.h"
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "support/Errors.h"
@@ -10,12 +13,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace sdc {
@@ -77,6 +82,7 @@ constexpr std::size_t mostSweeps = 100'000;   // of a channel
 constexpr std::size_t mostArguments = 10'000;
 
 const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
+const auto word64 = support::integer(0, std::numeric_limits<std::int64_t>::max());
 const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
 const HundredthsSpec level{lowestLevel_dBm, highestLevel_dBm};
 const auto text = support::text();
@@ -162,13 +168,42 @@ const Record<Peak> peakRecord{"peak", "a hump",
             "otherwise: narrower than this, the wider of step and receive filter, kHz", support::optional},
     }};
 
-const Record<RasterChannel> rasterChannelRecord{"raster_channel", "a channel of the raster",
+constexpr HundredthsSpec percent{0.0, 100.0};
+
+const Record<RasterChannel> rasterChannelRecord{"raster_channel",
+    "a channel of the raster, by the samples that stand for it",
     {
         {"offset", &RasterChannel::offset, support::integer(-furthestOffset, furthestOffset),
             "channels above the configured one; negative: below"},
         {"centre_kHz", &RasterChannel::centre_kHz, word, "centre, kHz"},
-        {"level_dBm", &RasterChannel::level, level, "mean power of its samples, dBm"},
-        {"strongest_dBm", &RasterChannel::strongest, level, "strongest of its samples, dBm"},
+        {"state", &RasterChannel::state, support::choice(rasterStates), "what is in it"},
+        {"max_dBm", &RasterChannel::max, level, "strongest level, dBm", support::optional},
+        {"average_dBm", &RasterChannel::average, level, "mean power, dBm", support::optional},
+        {"threshold_dBm", &RasterChannel::threshold, level, "of its occupancy, dBm", support::optional},
+        {"sweeps", &RasterChannel::sweeps, word64, "that saw it"},
+        {"occupancy_percent", &RasterChannel::occupancy, percent,
+            "frequency channel occupancy: share of these sweeps in which it exceeds the threshold", support::optional},
+        {"sweeps_needed", &RasterChannel::sweepsNeeded, word64, "until the occupancy is as accurate as asked for",
+            support::optional},
+    }};
+
+constexpr std::array<std::string_view, 2> thresholdKinds{"dynamic", "pre-set"}; // in the order of ThresholdKind
+
+const Record<OccupancyInFile> occupancyRecord{"occupancy",
+    "how the occupancy of channels was measured, in the terms of ITU-R SM.1880-2; of the whole scan",
+    {
+        {"threshold", &OccupancyInFile::kind, support::choice(thresholdKinds), "what levels are compared with"},
+        {"threshold_dBm", &OccupancyInFile::threshold, level, "pre-set threshold, dBm", support::optional},
+        {"margin_dB", &OccupancyInFile::margin, HundredthsSpec{0.0, highestLevel_dBm},
+            "of a dynamic threshold over what is read where nobody transmits, dB", support::optional},
+        {"confidence_percent", &OccupancyInFile::confidence, HundredthsSpec{leastConfidence, mostConfidence},
+            "asked for, of the occupancy of a channel"},
+        {"accuracy_percent", &OccupancyInFile::accuracy, HundredthsSpec{leastAccuracy, mostAccuracy},
+            "asked for, in percentage points either way"},
+        {"band_occupancy_percent", &OccupancyInFile::bandOccupancy, percent,
+            "frequency band occupancy: share of all readings that exceed the threshold", support::optional},
+        {"revisit_ms", &OccupancyInFile::revisit_ms, support::integer(0, std::numeric_limits<std::int64_t>::max()),
+            "from one sweep to the next on average, ms", support::optional},
     }};
 
 const Record<AnalysisInFile> analysisRecord{"analysis",
@@ -180,11 +215,10 @@ const Record<AnalysisInFile> analysisRecord{"analysis",
             support::optional},
         {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word,
             "samples that do not count for the noise floor"},
-        {"configured_channel", &AnalysisInFile::configured, rasterChannelRecord, "the channel that the receiver belongs to",
-            support::optional},
         {"peaks", &AnalysisInFile::peaks, support::list(peakRecord, 0, mostItems), "humps, strongest first"},
-        {"other_channels", &AnalysisInFile::otherChannels, support::list(rasterChannelRecord, 0, mostItems),
-            "channels of the raster that were seen whole, quietest first"},
+        {"raster", &AnalysisInFile::raster, support::list(rasterChannelRecord, 0, mostItems),
+            "channels of the raster as far as they were seen, ascending"},
+        {"occupancy", &AnalysisInFile::occupancy, occupancyRecord, occupancyRecord.sentence()},
     }};
 
 const Record<Verdict> verdictRecord{"verdict", "whether something else than the far end transmits in the configured channel",
@@ -259,6 +293,15 @@ std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
         channel.sweeps.back(), channel.sweeps.size() - 1, channel.plan.lowest_kHz, std::int64_t{channel.plan.step_kHz});
 }
 
+const Record<Finding> findingRecord{"finding", "what is odd about readings",
+    {
+        {"oddity", &Finding::oddity, support::choice(oddities), "what it is"},
+        {"readings", &Finding::readings, word64, "so many of them"},
+        {"of", &Finding::of, word64, "so many there are"},
+        {"level_dBm", &Finding::level, level,
+            "the one repeated, the floor of readings, or where the receiver saturates, dBm"},
+    }};
+
 const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
     {
         {"channel", &ChannelInFile::channel, word, "number of the radio channel"},
@@ -267,6 +310,8 @@ const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
         {"plan", &ChannelInFile::plan, planRecord(), planRecord().sentence()},
         {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
         {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
+        {"sanity", &ChannelInFile::findings, support::list(findingRecord, 0, oddities.size()),
+            "what is odd about the readings; nothing of a receiver that seems well"},
         {"analysis", &ChannelInFile::analysis, analysisRecord, analysisRecord.sentence()},
         {"verdict", &ChannelInFile::verdict, verdictRecord, verdictRecord.sentence()},
     },

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/Occupancy.h"
+#include "apps/sdc/result/ReceiverData.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
@@ -30,9 +33,19 @@ struct HoldsInFile {
     std::vector<std::int32_t> average;
 };
 
+enum class ThresholdKind : std::uint8_t { dynamic, preSet };
+
+struct OccupancyInFile : OccupancyRule {
+    ThresholdKind kind{};
+    std::optional<std::int32_t> margin;        ///< of a dynamic threshold, hundredths of a dB
+    std::optional<std::int32_t> bandOccupancy; ///< hundredths of a percent
+    std::optional<std::int64_t> revisit_ms;
+};
+
 struct AnalysisInFile : Analysis {
     TraceKind trace{};
     std::uint32_t samplesLeftOut = edgeSamples;
+    OccupancyInFile occupancy{};
 };
 
 struct ChannelInFile {
@@ -42,6 +55,7 @@ struct ChannelInFile {
     ScanPlan plan;
     std::vector<SweepInFile> sweeps;
     std::optional<HoldsInFile> holds;
+    std::vector<Finding> findings;
     AnalysisInFile analysis;
     Verdict verdict;
 };

@@ -24,7 +24,7 @@ std::string megahertz(std::uint32_t frequency_kHz)
 
 void ChannelResult::add(Sweep sweep, bool keepsAll)
 {
-    survey.add(sweep);
+    survey.add(sweep, plan, receiver);
     if (!keepsAll) {
         sweeps.clear();
     }

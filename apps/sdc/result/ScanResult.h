@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "terminal/ScanPlan.h"
@@ -33,16 +34,6 @@ constexpr std::string_view toText(FarEnd farEnd)
 {
     return farEnds.at(static_cast<std::size_t>(farEnd));
 }
-
-/// What the data sheet tells of a receiver.
-struct ReceiverData {
-    double filterWidth_kHz = 0.0;
-    double noiseFigure_dB = 0.0;
-    double ultimateRejection_dB = 0.0; ///< of what lies outside the filter
-    double saturation_dBm = 0.0;       ///< where readings level off
-
-    bool operator==(const ReceiverData&) const = default;
-};
 
 /// What the sweeps of one channel found; at least one.
 struct ChannelResult {

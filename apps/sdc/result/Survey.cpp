@@ -23,10 +23,12 @@ std::int32_t levelOf(const Hold& hold, TraceKind kind)
     return hold.max;
 }
 
-void Survey::add(const Sweep& sweep)
+void Survey::add(const Sweep& sweep, const terminal::ScanPlan& plan, const ReceiverData& receiver)
 {
     ++m_sweeps;
     ++m_endings.at(static_cast<std::size_t>(sweep.ending));
+    m_occupancy.add(sweep, plan, receiver);
+    m_check.add(sweep, receiver);
     for (const Sample& sample : sweep.samples) {
         const auto [found, isFirst] =
             m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, sample.rssi, 0, {}});
@@ -79,7 +81,7 @@ std::vector<Hold> Survey::holds() const
 std::optional<double> Survey::medianStep() const
 {
     const std::size_t count = std::accumulate(m_steps.begin(), m_steps.end(), std::size_t{0});
-    if (2 * count < m_pairs) {
+    if (10 * count < 9 * m_pairs) { // those that are left would scatter less than all
         return std::nullopt;
     }
     std::size_t below = 0;

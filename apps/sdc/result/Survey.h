@@ -1,8 +1,12 @@
 #pragma once
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/Occupancy.h"
 #include "apps/sdc/result/PowerMean.h"
+#include "apps/sdc/result/ReceiverData.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/Sweep.h"
+#include "terminal/ScanPlan.h"
 
 #include <array>
 #include <cstddef>
@@ -53,7 +57,15 @@ std::int32_t levelOf(const Hold& hold, TraceKind kind);
 /// What the sweeps of one channel found, in memory that does not grow with their number.
 class Survey {
 public:
-    void add(const Sweep& sweep);
+    /// @param rule  by which the occupancy of channels is measured
+    Survey() = default;
+    explicit Survey(const OccupancyRule& rule)
+        : m_occupancy(rule)
+    {
+    }
+
+    /// @param plan  of the sweep
+    void add(const Sweep& sweep, const terminal::ScanPlan& plan, const ReceiverData& receiver);
 
     std::size_t sweeps() const { return m_sweeps; } ///< number of those added
     std::size_t sweeps(Ending ending) const { return m_endings.at(static_cast<std::size_t>(ending)); }
@@ -69,8 +81,11 @@ public:
     static constexpr std::size_t mostRecent = 64;
     static constexpr std::size_t mostSamples = 100'000;
 
+    const ChannelOccupancy& occupancy() const { return m_occupancy; }
+    const ReceiverCheck& check() const { return m_check; }
+
     /// In hundredths of a dB, the median of what the readings at one frequency differ from one sweep to the next, without
-    /// those near the lowest reading; nothing while there are few others.
+    /// those near the lowest reading; nothing where these are more than a tenth.
     std::optional<double> medianStep() const;
 
     /// One level for each frequency, ascending.
@@ -97,6 +112,8 @@ private:
     std::map<std::uint32_t, Readings> m_readings; ///< by frequency
     std::deque<std::vector<Sample>> m_recent;
     std::size_t m_kept = 0; ///< samples of these
+    ChannelOccupancy m_occupancy;
+    ReceiverCheck m_check;
 };
 
 } // namespace sdc

@@ -114,6 +114,7 @@ void Report::onPlan(const SessionPlan& plan)
         Lane& lane = m_lanes.emplace_back();
         lane.number = static_cast<std::uint32_t>(channel.channel.number);
         lane.plan = channel.plan.value_or(ScanPlan{});
+        lane.receiver = channel.channel.receiver;
     }
     tell(planLines(plan));
 }
@@ -156,6 +157,7 @@ void Report::onSweepEnd(std::size_t channel, const Sweep& sweep)
     lane.isSwept = false;
     lane.taken = 0;
     lane.last = sweep;
+    lane.check.add(sweep, lane.receiver);
     if (sweep.ending == Ending::failed) {
         const std::string name = m_plan.sweeps == 1 ? "" : ", sweep " + std::to_string(lane.sweeps);
         tellAlways("channel " + std::to_string(lane.number) + name + ": " + sweep.reason);
@@ -167,6 +169,19 @@ void Report::onEnd(Ending)
     m_progress.end();
     for (const Lane& lane : m_lanes) {
         tell(endOf(lane));
+        tellOddities(lane);
+    }
+}
+
+/// One line, as in "channel 1: all 13 readings are equal, -45.12 dBm: the receiver may be dead".
+void Report::tellOddities(const Lane& lane)
+{
+    std::string sentences;
+    for (const Finding& finding : lane.check.findings()) {
+        sentences += (sentences.empty() ? "" : "; ") + sentenceOf(finding);
+    }
+    if (!sentences.empty()) {
+        tellAlways("channel " + std::to_string(lane.number) + ": " + sentences);
     }
 }
 

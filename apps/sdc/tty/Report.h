@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/sdc/result/ReceiverData.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
@@ -48,6 +50,8 @@ private:
         std::size_t sweeps = 0; ///< that have ended
         std::size_t complete = 0;
         Sweep last;
+        ReceiverData receiver;
+        ReceiverCheck check;
     };
 
     void tell(const std::string& text) const;
@@ -55,6 +59,7 @@ private:
     std::optional<std::chrono::milliseconds> wallTimeLeft() const;
     std::uint32_t sweepInHand() const;
     std::string endOf(const Lane& lane) const;
+    void tellOddities(const Lane& lane);
 
     bool m_isQuiet;
     Progress m_progress;

@@ -11,7 +11,7 @@ namespace {
 
 std::vector<Peak> peaksOf(const std::vector<std::int32_t>& levels, double resolution_kHz = 0.0)
 {
-    return sdc::analyse(traceOf(levels), planOf(static_cast<std::int32_t>(levels.size())), resolution_kHz).peaks;
+    return sdc::findPeaks(traceOf(levels), resolution_kHz);
 }
 
 } // namespace
@@ -125,7 +125,7 @@ TEST(Peaks, strongestTenComeFirst)
     for (std::int32_t peak = 0; peak < 12; ++peak) {
         levels.insert(levels.end(), {-5000 + peak * 100, -9000});
     }
-    const auto peaks = peaksOf(levels);
+    const auto peaks = sdc::analyse(channelOf(1, {sweepOf(levels)})).peaks;
     ASSERT_EQ(peaks.size(), 10U);
     EXPECT_EQ(peaks.front().level, -3900);
     EXPECT_EQ(peaks.back().level, -4800);

@@ -123,16 +123,66 @@ TEST(ResultFiles, resultIsOneReadableObject)
           ]
         }
       ],
+      "sanity": [],
       "analysis": {
         "trace": "max",
         "samples_left_out_at_each_end": 2,
-        "configured_channel": {"offset": 0, "centre_kHz": 102000, "level_dBm": -34.64, "strongest_dBm": -30.0},
         "peaks": [
           {"frequency_kHz": 102000, "level_dBm": -30.0, "prominence_dB": 69.0, "width_below_kHz": 27500}
         ],
-        "other_channels": [
-          {"offset": 1, "centre_kHz": 104000, "level_dBm": -99.0, "strongest_dBm": -99.0}
-        ]
+        "raster": [
+          {
+            "offset": -1,
+            "centre_kHz": 100000,
+            "state": "unknown",
+            "max_dBm": -99.7,
+            "average_dBm": -99.7,
+            "threshold_dBm": -88.61,
+            "sweeps": 1,
+            "occupancy_percent": 0.0,
+            "sweeps_needed": 29
+          },
+          {
+            "offset": 0,
+            "centre_kHz": 102000,
+            "state": "own",
+            "max_dBm": -30.0,
+            "average_dBm": -30.0,
+            "threshold_dBm": -88.61,
+            "sweeps": 1,
+            "occupancy_percent": 100.0,
+            "sweeps_needed": 29
+          },
+          {
+            "offset": 1,
+            "centre_kHz": 104000,
+            "state": "free",
+            "max_dBm": -99.0,
+            "average_dBm": -99.0,
+            "threshold_dBm": -88.61,
+            "sweeps": 1,
+            "occupancy_percent": 0.0,
+            "sweeps_needed": 29
+          },
+          {
+            "offset": 2,
+            "centre_kHz": 106000,
+            "state": "free",
+            "max_dBm": -99.0,
+            "average_dBm": -99.0,
+            "threshold_dBm": -88.61,
+            "sweeps": 1,
+            "occupancy_percent": 0.0,
+            "sweeps_needed": 29
+          }
+        ],
+        "occupancy": {
+          "threshold": "dynamic",
+          "margin_dB": 6.0,
+          "confidence_percent": 95.0,
+          "accuracy_percent": 10.0,
+          "band_occupancy_percent": 33.33
+        }
       },
       "verdict": {
         "judgement": "disturbed",
@@ -320,13 +370,16 @@ TEST(ResultFileErrors, wrongValuesAreNamedWithTheirPlace)
 
 TEST(ResultFileErrors, everyRequiredKeyIsRequired)
 {
-    const std::set<std::string> ofAnInterferer{"kind", "place", "over_floor_dB", "carrier_to_interference_dB"};
     const std::function<void(const json&, const std::string&)> check = [&](const json& value, const std::string& pointer) {
         for (const auto& [key, member] : value.items()) {
             const std::string name = key;
             const std::string place = pointer + "/" + name;
-            if (value.is_object() && key != "reason" && key != "holds" && key != "width_below_kHz" && key != "floor_dBm"
-                && key != "configured_channel" && !(pointer.ends_with("/verdict") && ofAnInterferer.contains(key))) {
+            static const std::set<std::string> optional{"reason", "holds", "width_below_kHz", "floor_dBm", "max_dBm",
+                "average_dBm", "threshold_dBm", "margin_dB", "occupancy_percent", "sweeps_needed", "band_occupancy_percent",
+                "revisit_ms"};
+            const bool isInVerdict =
+                pointer.find("/verdict") != std::string::npos && key != "judgement" && key != "rule" && key != "would_help";
+            if (value.is_object() && !optional.contains(key) && !isInVerdict) {
                 EXPECT_THAT(errorsAfter([&](json& result) { result[json::json_pointer(pointer)].erase(name); }),
                     HasSubstr("lacks \"" + name + "\""))
                     << place;
@@ -339,7 +392,7 @@ TEST(ResultFileErrors, everyRequiredKeyIsRequired)
     auto small = json::parse(jsonOf(variedResult()));
     small["channels"][0]["sweeps"][0]["samples"].erase(1);
     small["channels"].erase(1);
-    for (auto* list : {&small["channels"][0]["sweeps"][0]["samples"], &small["channels"][0]["analysis"]["other_channels"]}) {
+    for (auto* list : {&small["channels"][0]["sweeps"][0]["samples"], &small["channels"][0]["analysis"]["raster"]}) {
         while (list->size() > 1) {
             list->erase(list->size() - 1);
         }
@@ -353,7 +406,12 @@ TEST(ResultFileErrors, optionalKeysAreOptional)
         result["$schema"] = "scan-result.schema.json";
         result["channels"][0].erase("holds");
         result["channels"][0]["analysis"].erase("floor_dBm");
-        result["channels"][0]["analysis"].erase("configured_channel");
+        for (const char* const key : {"max_dBm", "average_dBm", "threshold_dBm", "occupancy_percent", "sweeps_needed"}) {
+            result["channels"][0]["analysis"]["raster"][0].erase(key);
+        }
+        for (const char* const key : {"margin_dB", "band_occupancy_percent", "revisit_ms"}) {
+            result["channels"][0]["analysis"]["occupancy"].erase(key);
+        }
         result["channels"][0]["sweeps"][1].erase("reason");
     }),
         "");
@@ -363,7 +421,7 @@ TEST(ResultFileErrors, unknownKeysAreInvalidAtEveryLevel)
 {
     for (const char* const place : {"", "/channels/0", "/channels/0/plan", "/channels/0/sweeps/0",
              "/channels/0/sweeps/0/samples/0", "/channels/0/holds", "/channels/0/analysis", "/channels/0/analysis/peaks/0",
-             "/channels/0/analysis/other_channels/0"}) {
+             "/channels/0/analysis/raster/0", "/channels/0/analysis/occupancy"}) {
         EXPECT_THAT(errorsAfter([&](json& result) { result[json::json_pointer(place)]["colour"] = 1; }),
             HasSubstr("colour: unknown key"))
             << place;

@@ -49,10 +49,12 @@ TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
         "    scan shows elsewhere\n"
         "\n"
         "noise floor                    -99.00 dBm  lowest tenth, 2 at each end left out\n"
-        "configured *    102.000 MHz    -34.64 dBm  2.000 MHz wide\n"
+        "configured *    102.000 MHz    -30.00 dBm  2.000 MHz wide\n"
         "peak            102.000 MHz    -30.00 dBm  under 27.500 MHz\n"
-        "quietest        104.000 MHz    -97.92 dBm  strongest -97.01 dBm\n"
-        "quietest        106.000 MHz    -95.93 dBm  strongest -95.00 dBm\n");
+        "other channels  3 free, 1 unknown\n"
+        "free            104.000 MHz    -97.99 dBm  average -97.99\n"
+        "free            108.000 MHz    -96.00 dBm  average -96.00\n"
+        "free            106.000 MHz    -95.00 dBm  average -95.00\n");
 }
 
 TEST(TableOutput, barsHaveTheirEnds)
@@ -139,7 +141,10 @@ TEST(TableOutput, rowOfSeveralFrequenciesIsThatOfTheStrongestByTheTraceChosen)
 
 TEST(TableOutput, onATerminalHasAsManyRowsAsFitAndSaysHowToSeeAll)
 {
-    const std::vector<std::int32_t> levels(500, -9000);
+    std::vector<std::int32_t> levels(500, -9000);
+    for (std::size_t index = 0; index < levels.size(); index += 2) {
+        levels[index] = -9010;
+    }
     const std::string table = tableOf(scanOf(levels), {.width = 80, .height = 40});
     EXPECT_LE(std::ranges::count(table, '\n'), 40);
     EXPECT_GE(std::ranges::count(table, '|'), 18);
@@ -202,16 +207,24 @@ TEST(TableOutput, scanWithoutSamplesHasNoSummary)
 
 TEST(TableOutput, summaryShowsTheFirstFewAndCountsTheOthers)
 {
-    std::vector<std::int32_t> levels{-9000, -9000, -9000};
+    std::vector<std::int32_t> levels{-9500, -9510, -9500};
     for (std::int32_t peak = 0; peak < 7; ++peak) {
-        levels.insert(levels.end(), {-9000, -4000 - peak * 100});
+        levels.insert(levels.end(), {-9500, -4000 - peak * 100});
     }
-    levels.push_back(-9000);
+    for (std::int32_t quiet = 0; quiet < 12; ++quiet) {
+        levels.push_back(-9500 + quiet);
+    }
     const std::string table = tableOf(scanOf(levels));
-    EXPECT_THAT(table, HasSubstr("-44.00 dBm  under 27.500 MHz\n              and 2 weaker peaks\nquietest"));
+    EXPECT_THAT(table, HasSubstr("-44.00 dBm  under 27.500 MHz\n              and 2 weaker peaks\nother channels"));
     EXPECT_THAT(table, Not(HasSubstr("-45.00 dBm  under")));
-    const std::regex word("quietest");
-    EXPECT_EQ(std::distance(std::sregex_iterator(table.begin(), table.end(), word), std::sregex_iterator()), 3);
+    const std::regex line("\nfree ");
+    EXPECT_EQ(std::distance(std::sregex_iterator(table.begin(), table.end(), line), std::sregex_iterator()), 3);
+}
+
+TEST(TableOutput, oddReadingsAreToldFirst)
+{
+    EXPECT_THAT(tableOf(scanOf({-4512, -4512, -4512, -4512})),
+        testing::StartsWith("all 4 readings are equal, -45.12 dBm: the receiver may be dead\n"));
 }
 
 TEST(TableOutput, coloursAreNeverTheOnlySign)
