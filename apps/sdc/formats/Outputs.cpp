@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <ostream>
 #include <stdexcept>
@@ -82,7 +83,10 @@ Outputs::Outputs(OutputOptions options, std::vector<std::uint32_t> channels, std
         m_options.outputs.push_back({&formats[0], standardOutput});
     }
     // Standard output, at most one of them, comes last.
-    std::ranges::stable_partition(m_options.outputs, [](const Output& output) { return output.file != standardOutput; });
+    const auto own = std::ranges::find(m_options.outputs, standardOutput, &Output::file);
+    if (own != m_options.outputs.end()) {
+        std::rotate(own, std::next(own), m_options.outputs.end());
+    }
     checkEachHasItsOwn();
     for (const Output& output : m_options.outputs) {
         for (const std::string& file : filesOf(output)) {
