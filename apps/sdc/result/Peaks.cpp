@@ -2,25 +2,26 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <iterator>
 
 namespace sdc {
 
 namespace {
 
-/// For each sample the deepest level between it and the next higher sample to its left, or the begin of the trace.
-template <typename Iterator>
-std::vector<std::int32_t> valleys(Iterator begin, Iterator end)
+/// For each sample the deepest level between it and the next sample to its left that hides it, or the begin of the trace.
+template <typename Iterator, typename Hides>
+std::vector<std::int32_t> valleys(Iterator begin, Iterator end, Hides hides)
 {
     struct Top {
         std::int32_t level;
         std::int32_t valley;
     };
-    std::vector<Top> higher; // falling: what the next sample sees to its left
+    std::vector<Top> higher; // falling or flat: what the next sample sees to its left
     std::vector<std::int32_t> deepest;
     for (Iterator sample = begin; sample != end; ++sample) {
         Top top{sample->rssi, sample->rssi};
-        while (!higher.empty() && higher.back().level <= top.level) {
+        while (!higher.empty() && !hides(higher.back().level, top.level)) {
             top.valley = std::min(top.valley, higher.back().valley);
             higher.pop_back();
         }
@@ -70,8 +71,9 @@ bool isStronger(const Peak& left, const Peak& right)
 
 std::vector<Peak> findPeaks(const std::vector<SDCResult>& samples, double resolution_kHz, std::int32_t least)
 {
-    const std::vector<std::int32_t> leftValleys = valleys(samples.begin(), samples.end());
-    const std::vector<std::int32_t> rightValleys = valleys(samples.rbegin(), samples.rend());
+    // Of equal tops the lowest frequency hides the others, so that there is a peak for each hump and not for each of them.
+    const std::vector<std::int32_t> leftValleys = valleys(samples.begin(), samples.end(), std::greater_equal());
+    const std::vector<std::int32_t> rightValleys = valleys(samples.rbegin(), samples.rend(), std::greater());
     const std::size_t count = samples.size();
     std::vector<Peak> peaks;
     for (std::size_t first = 1, last = 1; first + 1 < count; first = last + 1) {

@@ -81,10 +81,20 @@ TEST(Peaks, valleyLiesBetweenAPeakAndTheNextHigherOne)
 
 TEST(Peaks, equallyHighPeaksDoNotHideEachOther)
 {
-    const auto peaks = peaksOf({-9000, -3000, -3500, -3000, -9000});
-    ASSERT_EQ(peaks.size(), 2U) << "each stands 60 dB above the ends, there is nothing higher";
+    const auto peaks = peaksOf({-9000, -3000, -3600, -3000, -9000});
+    ASSERT_EQ(peaks.size(), 2U);
     EXPECT_EQ(peaks[0].frequency_kHz, 101000U);
+    EXPECT_EQ(peaks[0].prominence, 6000) << "there is nothing higher";
     EXPECT_EQ(peaks[1].frequency_kHz, 103000U);
+    EXPECT_EQ(peaks[1].prominence, 600);
+}
+
+TEST(Peaks, equalReadingsOnOneHumpAreOnePeak)
+{
+    const auto peaks = peaksOf({-9000, -3000, -3100, -3000, -3200, -3000, -9000});
+    ASSERT_EQ(peaks.size(), 1U);
+    EXPECT_EQ(peaks[0].frequency_kHz, 101000U);
+    EXPECT_EQ(peaks[0].prominence, 6000);
 }
 
 TEST(Peaks, flatTopIsOnePeakInItsMiddle)
