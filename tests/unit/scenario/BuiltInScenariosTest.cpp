@@ -10,7 +10,9 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <regex>
 #include <set>
+#include <string>
 
 namespace {
 
@@ -67,9 +69,9 @@ TEST(BuiltInScenarios, areAllThereInTheOrderOfTheirNames)
         names.emplace_back(one.name);
     }
     EXPECT_THAT(names,
-        testing::ElementsAre("11-satellite", "13-fade", "15-edge", "18-busy", "18-f595", "23-cochannel", "26-spur",
-            "28-replay", "32-radar", "38-long", "42-dense", "6l-clean", "6u-longhaul", "7-other-raster", "8-quad", "80-wide",
-            "dead-receiver", "flaky", "storm"));
+        testing::ElementsAre("11-satellite", "13-fade", "15-edge", "18-busy", "18-f595", "23-cochannel", "23-hunt",
+            "26-spur", "28-replay", "32-radar", "38-long", "42-dense", "6l-clean", "6u-longhaul", "7-other-raster", "8-quad",
+            "80-wide", "dead-receiver", "flaky", "storm"));
     EXPECT_THAT(names, testing::Contains(simulator::defaultScenario));
 }
 
@@ -179,6 +181,7 @@ const ChannelPlan plans[] = {
     {"18-busy", 18700 + 10, 27.5, 35, 18},
     {"dead-receiver", 18700 + 10, 27.5, 35, 17},
     {"23-cochannel", 22400 + 42, 28, 40, 20},
+    {"23-hunt", 22400 + 42, 28, 40, 20},
     {"flaky", 22400 + 42, 28, 40, 10},
     {"26-spur", 25501 + 42, 28, 32, 16},
     {"28-replay", 28500.5 + 42, 28, 32, 12},
@@ -321,6 +324,35 @@ TEST(Scenario23Cochannel, hasNoCarrierButTheInterferersOnItsChannel)
         EXPECT_EQ(carrier.centre_kHz == link.rxFrequency_kHz, carrier.level_dBm == -78.0);
         EXPECT_LE(carrier.level_dBm, -60.0);
     }
+}
+
+TEST(Scenario23Hunt, hasAnIntruderThatTheFarEndCovers)
+{
+    const Link link = linkOf("23-hunt");
+    const Carrier farEnd = std::get<Carrier>(link.emitters.at(0).signal);
+    const Carrier intruder = std::get<Carrier>(link.emitters.at(1).signal);
+    EXPECT_EQ(farEnd.centre_kHz, link.rxFrequency_kHz);
+    EXPECT_GE(farEnd.level_dBm - intruder.level_dBm, 25.0) << "far less than readings scatter by";
+    const double reach_kHz = intruder.symbolRate_kBd * (1.0 + intruder.rollOff) / 2.0;
+    EXPECT_LE(std::abs(intruder.centre_kHz - link.rxFrequency_kHz) + reach_kHz, link.channelSpacing_kHz / 2.0);
+}
+
+std::string textOf(const char* name)
+{
+    const auto all = simulator::builtInScenarios();
+    return std::string(std::ranges::find(all, std::string_view(name), &embedded::Text::name)->text);
+}
+
+/// What a line of the file is about stands behind it, for whoever takes an emitter off the air.
+TEST(Scenario23Hunt, staysAScenarioWithoutTheLinesOfFarEndAndIntruder)
+{
+    const auto without = [](const std::string& remark, const std::string& text) {
+        return std::regex_replace(text, std::regex("\n[^\n]*// " + remark + "(?=\n)"), "");
+    };
+    const std::string muted = without("the far end", textOf("23-hunt"));
+    EXPECT_EQ(simulator::parseScenario(muted, "muted").channels.at(0).link.emitters.size(), 3U);
+    const std::string quiet = without("the intruder", muted);
+    EXPECT_EQ(simulator::parseScenario(quiet, "quiet").channels.at(0).link.emitters.size(), 2U);
 }
 
 /// Steps of a sub-band scan that see a line, out of the scan's lowest frequency and step.
