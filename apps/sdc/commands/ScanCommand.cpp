@@ -285,11 +285,12 @@ void addScan(CLI::App& app, Command& command)
     const Parsing<TimePoint> time{"TIME", "time", "one such as 2026-01-02T03:04:05Z", parseTime};
     addParsed(
         scanning, "--start-time", options->start, time, "When simulated time begins, such as\n2026-01-02T03:04:05Z (now)");
-    scanning.footer("Examples:\n"
-                    "  sdc scan channel\n"
-                    "  sdc scan sub-band --speed 20 --csv samples.csv --plot samples.svg\n"
-                    "  sdc scan channel --repeat 100 --json - --quiet\n"
-                    "  sdc scan channel --for 2h --every 5min --jsonl day.jsonl\n");
+    scanning.footer(exitStatusHelp("Exit status:", exitStatusTexts)
+        + "\n\nExamples:\n"
+          "  sdc scan channel\n"
+          "  sdc scan sub-band --far-end muted --repeat 20 --json today.json\n"
+          "  sdc scan sub-band --speed 20 --csv samples.csv --plot samples.svg\n"
+          "  sdc scan channel --for 2h --every 5min --jsonl day.jsonl\n");
     scanning.callback([options, &command] { command = [options] { return scan(*options); }; });
 }
 

@@ -34,7 +34,7 @@ inline constexpr ExitStatusText exitStatusTexts[] = {
     {EXIT_USAGE, "usage or bad scenario"},
     {EXIT_FAILED, "scan failed"},
     {EXIT_STOPPED, "stopped"},
-    {EXIT_INTERRUPTED, "second Ctrl-C, as 129 HUP and 143 TERM"},
+    {EXIT_INTERRUPTED, "left by a second Ctrl-C (129 by HUP, 143 by TERM)"},
 };
 inline constexpr ExitStatusText compareStatusTexts[] = {
     {EXIT_SAME, "same"},
