@@ -85,7 +85,8 @@ TEST_F(Output, asAPictureWithoutGnuplotIsRefusedBeforeTheScan)
 {
     const Outcome outcome = run("scan channel --plot a.svg --csv a.csv", "PATH=/nonexistent");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("sdc: --plot: a picture needs gnuplot, which is not there: install gnuplot-nox"));
+    EXPECT_THAT(outcome.err, StartsWith("sdc: --plot: a picture needs gnuplot, which is not there: install gnuplot-nox"))
+        << "and not what would have been scanned";
     EXPECT_THAT(outcome.err, Not(HasSubstr("status ")));
     EXPECT_FALSE(fs::exists(folder / "a.csv"));
 }
@@ -94,7 +95,7 @@ TEST_F(Output, intoAFileThatAnotherWritesIsRefused)
 {
     const Outcome outcome = run("scan channel --csv a --json ./a");
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.err, HasSubstr("sdc: --csv and --json both write to ./a; give each a file of its own\n"));
+    EXPECT_EQ(outcome.err, "sdc: --csv and --json both write to ./a; give each a file of its own\n");
     EXPECT_FALSE(std::filesystem::exists(folder / "a"));
     EXPECT_EQ(run("scan channel --csv /dev/null --json /dev/null").status, 0);
 }

@@ -230,8 +230,8 @@ ExitStatus scan(const ScanOptions& options)
     watchForInterrupt();
     const std::vector<ChannelInfo> channels = chooseChannels(site, options.channels);
     Report report(options.isQuiet, options.outputs.color, !isLiveOnTerminal(options.outputs.outputs));
-    report.introduce(site, options.session.kind);
     Outputs outputs(options.outputs, numbersOf(channels), [&report](const std::string& text) { report.tellAlways(text); });
+    report.introduce(site, options.session.kind);
 
     const SessionPlan plan = planOf(options, site, channels);
     warnOfSize(plan, options.outputs, report);
@@ -274,7 +274,7 @@ void addScan(CLI::App& app, Command& command)
     addSpeed(scanning, options->session.speed);
     addRepetition(scanning, *options);
     const Parsing<FarEnd> farEnd{
-        "WHEN", "state of the far end", "on, muted or unknown", parseFarEnd, Words(farEnds.begin(), farEnds.end())};
+        "STATE", "state of the far end", "on, muted or unknown", parseFarEnd, Words(farEnds.begin(), farEnds.end())};
     addParsed(scanning, "--far-end", options->farEnd, farEnd,
         "Whether the far end transmits meanwhile: on,\nmuted or unknown; the verdict needs it (unknown)");
     addOccupancy(scanning, options->occupancy);
