@@ -13,7 +13,6 @@
 #include "apps/sdc/scan/Session.h"
 #include "apps/sdc/tty/Interrupt.h"
 #include "apps/sdc/tty/Report.h"
-#include "apps/sdc/tty/Screen.h"
 #include "apps/sdc/tty/ShownTrace.h"
 #include "host/Clock.h"
 #include "simulator/Radios.h"
@@ -28,6 +27,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <ratio>
 #include <string>
 #include <string_view>
 #include <vector>

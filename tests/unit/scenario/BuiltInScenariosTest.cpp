@@ -13,6 +13,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace {
 
