@@ -29,6 +29,23 @@ std::string helpHint(const CLI::App& command)
     return "'" + nameOf(command) + " --help' tells more";
 }
 
+/// The commands below one that have an option, as in "'sdc plot', 'sdc compare'"; empty where none has.
+std::string commandsWith(const std::string& option, const CLI::App& above)
+{
+    std::string names;
+    const auto append = [&names](const std::string& more) { names += (names.empty() || more.empty() ? "" : ", ") + more; };
+    for (const CLI::App* const command : above.get_subcommands({})) {
+        append(command->get_option_no_throw(option) == nullptr ? "" : "'" + nameOf(*command) + "'");
+        append(commandsWith(option, *command));
+    }
+    return names;
+}
+
+const CLI::App& programOf(const CLI::App& command)
+{
+    return command.get_parent() == nullptr ? command : programOf(*command.get_parent());
+}
+
 /// The dashes are no part of the comparison: short names would all be alike.
 std::string unknownOption(const CLI::App& command, const std::string& name)
 {
@@ -40,7 +57,8 @@ std::string unknownOption(const CLI::App& command, const std::string& name)
     const bool isLong = name.starts_with(dashes);
     const auto nearest = isLong ? support::nearest(std::string_view(name).substr(dashes.size()), known) : std::nullopt;
     const std::string hint = nearest ? "did you mean '" + dashes + std::string(*nearest) + "'?" : helpHint(command);
-    return "unknown option '" + support::shown(name) + "'; " + hint;
+    const std::string others = commandsWith(name, programOf(command));
+    return "unknown option '" + support::shown(name) + "'; " + (others.empty() ? hint : "it belongs to " + others);
 }
 
 std::string unknownCommand(const CLI::App& command, const std::string& word)
