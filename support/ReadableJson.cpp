@@ -12,7 +12,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::size_t lineWidth = 110;
+constexpr std::size_t lineWidth = 120;
 constexpr std::size_t indentation = 2;
 
 bool isStructured(const Json& value)
@@ -47,14 +47,22 @@ std::string flat(const Json& value)
     return scalar(value);
 }
 
-/// Lists of lists, and objects that hold any, are opened up; so is what does not fit on a line.
+/// Whether a value is opened up within an object that holds it; few words in a list are not worth that.
+bool opensObject(const Json& member)
+{
+    constexpr std::size_t fewWords = 4;
+    return member.is_object()
+        || (member.is_array() && (member.size() > fewWords || std::ranges::any_of(member, isStructured)));
+}
+
+/// Lists of lists, and objects that hold much, are opened up; so is what does not fit on a line.
 bool fitsOnALine(const Json& value, std::size_t column)
 {
     if (!value.is_structured() || value.empty()) {
         return true;
     }
     constexpr std::size_t mostMembers = 16;
-    if (value.size() > mostMembers || std::any_of(value.begin(), value.end(), isStructured)) {
+    if (value.size() > mostMembers || std::ranges::any_of(value, value.is_object() ? opensObject : isStructured)) {
         return false;
     }
     return column + flat(value).size() <= lineWidth;

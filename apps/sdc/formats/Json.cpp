@@ -2,7 +2,9 @@
 #include "apps/sdc/result/Analysis.h"
 #include "apps/sdc/result/Occupancy.h"
 #include "apps/sdc/result/ResultForm.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sightings.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/result/Verdict.h"
@@ -53,6 +55,20 @@ OccupancyInFile occupancyOf(const ChannelOccupancy& occupancy)
     return written;
 }
 
+/// @param before  the reading before the sweep; null where there is none
+SweepInFile inFile(const Sweep& sweep, const Sample* before, const ChannelResult& channel)
+{
+    SweepInFile written{sweep, {}, std::nullopt, channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())};
+    if (!sweep.reason.empty()) {
+        written.givenReason = sweep.reason;
+    }
+    for (const Sample& sample : sweep.samples) {
+        written.readings.push_back({sample, flagsOf(sample, before, channel.receiver).listed()});
+        before = &sample;
+    }
+    return written;
+}
+
 ChannelInFile inFile(const ChannelResult& channel, FarEnd farEnd, TraceKind trace)
 {
     ChannelInFile written{.channel = channel.channel,
@@ -65,9 +81,10 @@ ChannelInFile inFile(const ChannelResult& channel, FarEnd farEnd, TraceKind trac
         .analysis = {analyse(channel, trace), trace},
         .verdict = judge(channel, farEnd)};
     written.analysis.occupancy = occupancyOf(channel.survey.occupancy());
+    const Sample* before = nullptr;
     for (const Sweep& sweep : channel.sweeps) {
-        written.sweeps.push_back({sweep, sweep.reason.empty() ? std::nullopt : std::optional(sweep.reason),
-            channel.plan.samples, static_cast<std::uint32_t>(sweep.samples.size())});
+        written.sweeps.push_back(inFile(sweep, before, channel));
+        before = sweep.samples.empty() ? before : &sweep.samples.back();
     }
     return written;
 }

@@ -1,5 +1,7 @@
 #include "apps/sdc/formats/LiveFormat.h"
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/ResultForm.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
@@ -10,10 +12,10 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,6 +32,16 @@ std::string lineOf(const Json& object)
     return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+/// As in `,"flags":["repeated"]`; empty where there are none.
+std::string memberOf(const SampleFlags& flags)
+{
+    std::string texts;
+    for (const SampleFlag flag : flags.listed()) {
+        texts += fmt::format(R"({}"{}")", texts.empty() ? "" : ",", toText(flag));
+    }
+    return texts.empty() ? "" : fmt::format(R"(,"flags":[{}])", texts);
+}
+
 class JsonLines : public LiveFormat {
 public:
     JsonLines(const ScanResult& run, std::vector<Lines*> files)
@@ -42,7 +54,10 @@ public:
     {
         Json& channels = m_run["channels"] = Json::array();
         for (const auto& [channel, channelPlan] : plan.channels) {
-            m_channels.push_back({static_cast<std::uint32_t>(channel.number), channelPlan.value_or(ScanPlan{}).samples});
+            m_channels.push_back({.number = static_cast<std::uint32_t>(channel.number),
+                .planned = channelPlan.value_or(ScanPlan{}).samples,
+                .receiver = channel.receiver,
+                .last = {}});
             channels.push_back({{"channel", m_channels.back().number}, {"unit_type", channel.unitTypeText},
                 {"rx_frequency_kHz", channel.rxFrequency_kHz},
                 {"receiver", support::jsonOf(receiverRecord(), &channel.receiver)}});
@@ -62,10 +77,14 @@ public:
     void onSample(std::size_t channel, const Sample& sample) override
     {
         m_hasSample = true;
-        const Channel& here = m_channels[channel];
-        file().put(fmt::format(R"({{"type":"sample","channel":{},"sweep":{},"time":"{}","frequency_kHz":{},"level_dBm":{}}})"
-                               "\n",
-            here.number, here.sweep, support::rfc3339(sample.time), sample.frequency_kHz, hundredths(sample.rssi)));
+        Channel& here = m_channels[channel];
+        const SampleFlags flags = flagsOf(sample, here.last ? &*here.last : nullptr, here.receiver);
+        here.last = sample;
+        file().put(
+            fmt::format(R"({{"type":"sample","channel":{},"sweep":{},"time":"{}","frequency_kHz":{},"level_dBm":{}{}}})"
+                        "\n",
+                here.number, here.sweep, support::rfc3339(sample.time), sample.frequency_kHz, hundredths(sample.rssi),
+                memberOf(flags)));
     }
 
     void onSweepEnd(std::size_t channel, const Sweep& sweep) override
@@ -91,8 +110,10 @@ public:
 private:
     struct Channel {
         std::uint32_t number;
-        std::int32_t planned;    ///< samples of the sweep in hand
-        std::uint64_t sweep = 1; ///< in hand
+        std::int32_t planned; ///< samples of the sweep in hand
+        ReceiverData receiver;
+        std::optional<Sample> last; ///< of this sweep or the one before
+        std::uint64_t sweep = 1;    ///< in hand
     };
 
     static Json headOf(const ScanResult& run)

@@ -27,6 +27,7 @@ ChannelResult outOfFile(ChannelInFile&& channel)
         .survey = Survey(channel.analysis.occupancy)};
     for (SweepInFile& sweep : channel.sweeps) {
         sweep.reason = std::move(sweep.givenReason).value_or("");
+        sweep.samples.assign(sweep.readings.begin(), sweep.readings.end());
         read.add(std::move(sweep));
     }
     return read;

@@ -88,11 +88,13 @@ const HundredthsSpec level{lowestLevel_dBm, highestLevel_dBm};
 const auto text = support::text();
 const auto moment = support::moment();
 
-const Record<Sample> sampleRecord{"sample", "one reading",
+const Record<SampleInFile> sampleRecord{"sample", "one reading",
     {
-        {"time", &Sample::time, moment, "of the reading"},
-        {"frequency_kHz", &Sample::frequency_kHz, word, "frequency, kHz"},
-        {"level_dBm", &Sample::rssi, level, "level, dBm"},
+        {"time", &SampleInFile::time, moment, "of the reading"},
+        {"frequency_kHz", &SampleInFile::frequency_kHz, word, "frequency, kHz"},
+        {"level_dBm", &SampleInFile::rssi, level, "level, dBm"},
+        {"flags", &SampleInFile::flags, support::list(support::choice(sampleFlags), 0, sampleFlags.size(), "flag"),
+            "what is odd about it; repeated: to the hundredth the reading before", support::optional},
     }};
 
 std::optional<Wrong> wrong(std::string path, const std::string& is, const std::string& right)
@@ -109,17 +111,17 @@ std::optional<Wrong> endsBeforeItsStart(const SweepInFile& sweep)
 std::optional<Wrong> isReadBeforeItsStart(const SweepInFile& sweep)
 {
     const auto early =
-        std::ranges::find_if(sweep.samples, [&sweep](const Sample& sample) { return sample.time < sweep.start; });
-    return early == sweep.samples.end()
+        std::ranges::find_if(sweep.readings, [&sweep](const Sample& sample) { return sample.time < sweep.start; });
+    return early == sweep.readings.end()
         ? std::nullopt
-        : wrong(fmt::format("samples[{}].time", early - sweep.samples.begin()),
+        : wrong(fmt::format("samples[{}].time", early - sweep.readings.begin()),
             support::inQuotes(support::rfc3339(early->time)), "not before the start of the sweep");
 }
 
 std::optional<Wrong> isMiscounted(const SweepInFile& sweep)
 {
-    return sweep.taken != sweep.samples.size()
-        ? wrong("taken", std::to_string(sweep.taken), fmt::format("{}, the number of samples", sweep.samples.size()))
+    return sweep.taken != sweep.readings.size()
+        ? wrong("taken", std::to_string(sweep.taken), fmt::format("{}, the number of samples", sweep.readings.size()))
         : std::nullopt;
 }
 
@@ -141,7 +143,7 @@ const Record<SweepInFile> sweepRecord{"sweep", "one sweep",
         {"taken", &SweepInFile::taken, word, "number of samples"},
         {"rx_before_kHz", &SweepInFile::rxBefore_kHz, word, "receive frequency before the sweep, kHz"},
         {"rx_after_kHz", &SweepInFile::rxAfter_kHz, word, "receive frequency after the sweep, kHz"},
-        {"samples", &SweepInFile::samples, support::list(sampleRecord, 0, mostItems),
+        {"samples", &SweepInFile::readings, support::list(sampleRecord, 0, mostItems),
             "in the order taken, the lowest frequency first"},
     },
     {endsBeforeItsStart, isReadBeforeItsStart, isMiscounted, hasReasonWithoutFailure}};
@@ -265,13 +267,13 @@ std::optional<Wrong> isCompleteWithoutAllSamples(const ChannelInFile& channel)
 /// Of samples that should stand so many kHz apart from a frequency on, the first one that does not, with its right place.
 std::optional<Wrong> misplaced(const SweepInFile& sweep, std::size_t index, std::int64_t lowest_kHz, std::int64_t step_kHz)
 {
-    for (std::size_t sample = 0; sample < sweep.samples.size(); ++sample) {
-        const std::int64_t is_kHz = sweep.samples[sample].frequency_kHz;
+    for (std::size_t sample = 0; sample < sweep.readings.size(); ++sample) {
+        const std::int64_t is_kHz = sweep.readings[sample].frequency_kHz;
         const std::int64_t right_kHz = lowest_kHz + static_cast<std::int64_t>(sample) * step_kHz;
         if (step_kHz < 0 || is_kHz != right_kHz) {
             const std::size_t place = step_kHz < 0 ? 1 : sample;
             return wrong(placeOf(index, fmt::format("samples[{}].frequency_kHz", place)),
-                std::to_string(sweep.samples[place].frequency_kHz),
+                std::to_string(sweep.readings[place].frequency_kHz),
                 step_kHz < 0 ? "no lower than the one before" : fmt::format("{} (steps of {} kHz)", right_kHz, step_kHz));
         }
     }
@@ -282,7 +284,7 @@ std::optional<Wrong> misplaced(const SweepInFile& sweep, std::size_t index, std:
 std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
 {
     for (std::size_t index = 0; index + 1 < channel.sweeps.size(); ++index) {
-        const std::vector<Sample>& samples = channel.sweeps[index].samples;
+        const std::vector<SampleInFile>& samples = channel.sweeps[index].readings;
         const std::int64_t lowest_kHz = samples.empty() ? 0 : samples[0].frequency_kHz;
         const std::int64_t step_kHz = samples.size() > 1 ? samples[1].frequency_kHz - lowest_kHz : 0;
         if (auto found = misplaced(channel.sweeps[index], index, lowest_kHz, step_kHz)) {

@@ -19,7 +19,12 @@ namespace sdc {
 
 // A result as it stands in a file: with what can be computed from it, for other readers.
 
+struct SampleInFile : Sample {
+    std::vector<SampleFlag> flags;
+};
+
 struct SweepInFile : Sweep {
+    std::vector<SampleInFile> readings;     ///< its samples
     std::optional<std::string> givenReason; ///< of a failure
     std::int32_t planned = 0;               ///< samples
     std::uint32_t taken = 0;

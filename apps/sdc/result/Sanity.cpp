@@ -28,15 +28,15 @@ bool isRefused(const Sample& sample, const ReceiverData& receiver)
 
 } // namespace
 
-std::vector<std::string_view> SampleFlags::texts() const
+std::vector<SampleFlag> SampleFlags::listed() const
 {
-    std::vector<std::string_view> texts;
+    std::vector<SampleFlag> listed;
     for (std::size_t index = 0; index < sampleFlags.size(); ++index) {
         if (has(static_cast<SampleFlag>(index))) {
-            texts.push_back(sampleFlags[index]);
+            listed.push_back(static_cast<SampleFlag>(index));
         }
     }
-    return texts;
+    return listed;
 }
 
 SampleFlags flagsOf(const Sample& sample, const Sample* before, const ReceiverData& receiver)

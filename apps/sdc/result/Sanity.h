@@ -34,8 +34,8 @@ public:
     bool has(SampleFlag flag) const { return (m_bits & bitOf(flag)) != 0; }
     bool areNone() const { return m_bits == 0; }
 
-    /// Their texts, in the order of the enumerators.
-    std::vector<std::string_view> texts() const;
+    /// Those that are set, in the order of the enumerators.
+    std::vector<SampleFlag> listed() const;
 
     bool operator==(const SampleFlags&) const = default;
 

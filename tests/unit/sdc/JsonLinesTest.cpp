@@ -60,6 +60,29 @@ TEST(JsonLines, tellTheRunItsSweepsTheirSamplesAndTheirEnds)
     EXPECT_EQ(objects.back(), json::parse(R"({"type": "end", "ending": "complete"})"));
 }
 
+TEST(JsonLines, tellWhatIsOddAboutASample)
+{
+    const auto objects = objectsOf(
+        resultOf({channelOf(7, {sweepOf({-9970, -4505, -1500, 0})}), channelOf(8, {sweepOf({-4500, -4505, -4505})})}));
+    std::vector<json> flags;
+    for (const json& object : objects) {
+        if (object["type"] == "sample") {
+            flags.push_back(object.value("flags", json::array()));
+        }
+    }
+    const json none = json::array();
+    EXPECT_THAT(
+        flags, ElementsAre(json{"at_floor"}, none, json{"above_saturation"}, json{"refused"}, none, none, json{"repeated"}));
+}
+
+TEST(JsonLines, compareTheFirstSampleOfASweepWithTheLastOfTheOneBefore)
+{
+    const auto objects = objectsOf(resultOf({channelOf(7, {sweepOf({-4500, -1500}), sweepOf({-1500, -4500})})}));
+    EXPECT_EQ(objects[6]["level_dBm"], -15.0);
+    EXPECT_EQ(objects[6]["flags"], (json{"above_saturation", "repeated"}));
+    EXPECT_FALSE(objects[7].contains("flags"));
+}
+
 TEST(JsonLines, tellWhatIsScannedAndByWhat)
 {
     auto result = resultOf({channelOf(7, {sweepOf({-9970})}), channelOf(2, {sweepOf({-9970})})});

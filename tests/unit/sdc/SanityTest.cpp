@@ -33,7 +33,11 @@ std::vector<std::string_view> flagTexts(std::int32_t level, std::int32_t before 
 {
     const sdc::Sample sample{100000, level, {}};
     const sdc::Sample sampleBefore{99000, before, {}};
-    return flagsOf(sample, &sampleBefore, wide).texts();
+    std::vector<std::string_view> texts;
+    for (const SampleFlag flag : flagsOf(sample, &sampleBefore, wide).listed()) {
+        texts.push_back(toText(flag));
+    }
+    return texts;
 }
 
 } // namespace

@@ -35,13 +35,20 @@ TEST(ReadableJson, whatATerminalMightObeyIsEscaped)
 TEST(ReadableJson, whatHoldsObjectsOrListsIsOpened)
 {
     EXPECT_EQ(textOf({{"a", Json::array({Json::array({1}), Json::array()})}}), "{\n  \"a\": [\n    [1],\n    []\n  ]\n}\n");
+    EXPECT_EQ(textOf({{"a", {{"b", 1}}}}), "{\n  \"a\": {\"b\": 1}\n}\n");
+    EXPECT_EQ(textOf({{"a", {1, 2, 3, 4, 5}}}), "{\n  \"a\": [1, 2, 3, 4, 5]\n}\n");
 }
 
-TEST(ReadableJson, objectsThatDoNotFitInto110ColumnsAreOpened)
+TEST(ReadableJson, fewWordsInAListOpenNoObject)
+{
+    EXPECT_EQ(textOf({{"a", {"b", "c", "d", "e"}}, {"f", 1}}), "{\"a\": [\"b\", \"c\", \"d\", \"e\"], \"f\": 1}\n");
+}
+
+TEST(ReadableJson, objectsThatDoNotFitInto120ColumnsAreOpened)
 {
     const auto object = [](std::size_t size) { return Json{{"a", std::string(size, 'x')}, {"b", 1}}; };
-    EXPECT_EQ(textOf(object(93)), "{\"a\": \"" + std::string(93, 'x') + "\", \"b\": 1}\n") << "110 columns";
-    EXPECT_EQ(textOf(object(94)), "{\n  \"a\": \"" + std::string(94, 'x') + "\",\n  \"b\": 1\n}\n");
+    EXPECT_EQ(textOf(object(103)), "{\"a\": \"" + std::string(103, 'x') + "\", \"b\": 1}\n") << "120 columns";
+    EXPECT_EQ(textOf(object(104)), "{\n  \"a\": \"" + std::string(104, 'x') + "\",\n  \"b\": 1\n}\n");
 }
 
 TEST(ReadableJson, listsOfMoreThanSixteenFillLines)
@@ -55,14 +62,14 @@ TEST(ReadableJson, listsOfMoreThanSixteenFillLines)
     EXPECT_EQ(textOf(list), "[\n  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26\n]\n");
 }
 
-TEST(ReadableJson, linesAreFilledTo110Columns)
+TEST(ReadableJson, linesAreFilledTo120Columns)
 {
-    // An indentation of six, a number of four columns with its comma, and twenty more with a blank before them.
+    // An indentation of six, a number of four columns with its comma, and 22 more with a blank before them.
     std::string full = "      100,";
-    for (int count = 0; count < 20; ++count) {
+    for (int count = 0; count < 22; ++count) {
         full += " 100,";
     }
-    ASSERT_EQ(full.size(), 110U);
-    const Json list{{"a", {{"b", Json(22, 100)}}}};
+    ASSERT_EQ(full.size(), 120U);
+    const Json list{{"a", {{"b", Json(24, 100)}}}};
     EXPECT_EQ(textOf(list), "{\n  \"a\": {\n    \"b\": [\n" + full + "\n      100\n    ]\n  }\n}\n");
 }
