@@ -204,26 +204,4 @@ TEST_F(Live, memoryStaysTheSameHoweverManySweepsThereAre)
     EXPECT_LT(memoryOf("1000") - few, most_KiB);
 }
 
-TEST_F(Live, csvIsReadByOtherPrograms)
-{
-    ASSERT_EQ(run("scan sub-band --repeat 2 --csv a.csv --json a.json").status, 0);
-    std::size_t strong = 0;
-    const json result = json::parse(read("a.json"));
-    for (const json& sweep : result["channels"][0]["sweeps"]) {
-        for (const json& sample : sweep["samples"]) {
-            strong += sample["level_dBm"] > -60.0 ? 1U : 0U;
-        }
-    }
-    const std::string folderName = folder.string();
-    const auto outputOf = [&](const std::string& command) {
-        EXPECT_EQ(std::system(("cd '" + folderName + "' && " + command + " >counted.txt").c_str()), 0) << command;
-        return read("counted.txt");
-    };
-    const std::string expected = std::to_string(strong) + "\n";
-    EXPECT_EQ(outputOf("awk -F, 'NR > 1 && $5 > -60 { n++ } END { print n }' a.csv"), expected);
-    EXPECT_EQ(outputOf("python3 -c 'import csv; print(sum(float(row[\"level_dBm\"]) > -60 for row in "
-                       "csv.DictReader(open(\"a.csv\", newline=\"\"))))'"),
-        expected);
-}
-
 } // namespace
