@@ -197,6 +197,18 @@ TEST_F(Live, rowsOfSeveralChannelsAreRefusedWhereNothingKeepsThemApart)
     EXPECT_EQ(run("scan channel --scenario 8-quad --sweep /dev/null").status, 0);
 }
 
+TEST_F(Live, scanForAResultAloneEndsWhenThatIsFull)
+{
+    const Outcome outcome = run("scan sub-band --repeat forever --json a.json --quiet");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(
+        outcome.err, HasSubstr("sdc: a scan without end: 'sdc plot' and 'sdc compare' read no results above 64 MiB"));
+    EXPECT_THAT(outcome.err,
+        EndsWith("sdc: a.json ends with sweep 991: it is as large as a result may be; --jsonl and --csv "
+                 "have no limit\n"));
+    EXPECT_LT(fs::file_size(folder / "a.json"), 64U << 20U);
+}
+
 TEST_F(Live, memoryStaysTheSameHoweverManySweepsThereAre)
 {
     const long few = memoryOf("10");

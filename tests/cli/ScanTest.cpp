@@ -111,12 +111,13 @@ TEST_F(Scan, sweepsForSoLongAndSoOften)
     EXPECT_EQ(Json::parse(run("scan channel --for 1h --repeat 3 --json -").out)["channels"][0]["sweeps"].size(), 3U);
 }
 
-TEST_F(Scan, saysBeforeItThatNobodyWouldReadItsResult)
+TEST_F(Scan, saysBeforeItThatItsResultWillBeFull)
 {
-    const std::string said = "'sdc plot' and 'sdc compare' read no results above 64 MiB, and this one may become larger";
+    const std::string said =
+        "'sdc plot' and 'sdc compare' read no results above 64 MiB, so --json, --plot and --waterfall end";
     RunningSdc sdc(folder, {"scan", "sub-band", "--repeat", "2000", "--json", "a.json", "--speed", "1"});
-    EXPECT_TRUE(
-        tests::eventually([&] { return read("err.txt").find("sdc: 1000000 samples: " + said) != std::string::npos; }));
+    EXPECT_TRUE(tests::eventually(
+        [&] { return read("err.txt").find("sdc: a scan of many samples: " + said) != std::string::npos; }));
     EXPECT_THAT(run("scan channel --repeat 2 --json a.json").err, Not(HasSubstr(said)));
 }
 

@@ -24,12 +24,14 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <ratio>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace sdc {
@@ -117,10 +119,11 @@ void addRepetition(CLI::App& command, ScanOptions& options)
 /// Keeps what a session tells.
 class Collector : public Sink {
 public:
-    /// @param keepsAll  otherwise of the sweeps the last alone, and what all have found
-    Collector(const Site& site, const SessionPlan& plan, FarEnd farEnd, const OccupancyRule& rule, bool keepsAll)
+    /// @param keepsAll  asked with each sweep; otherwise of the sweeps the last alone is kept, and what all have found
+    Collector(
+        const Site& site, const SessionPlan& plan, FarEnd farEnd, const OccupancyRule& rule, std::function<bool()> keepsAll)
         : m_rule(rule)
-        , m_keepsAll(keepsAll)
+        , m_keepsAll(std::move(keepsAll))
     {
         m_result.farEnd = farEnd;
         m_result.scenario = site.name();
@@ -142,13 +145,16 @@ public:
         }
     }
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_result.channels[channel].plan = plan; }
-    void onSweepEnd(std::size_t channel, const Sweep& sweep) override { m_result.channels[channel].add(sweep, m_keepsAll); }
+    void onSweepEnd(std::size_t channel, const Sweep& sweep) override
+    {
+        m_result.channels[channel].add(sweep, m_keepsAll());
+    }
 
     const ScanResult& result() const { return m_result; }
 
 private:
     OccupancyRule m_rule;
-    bool m_keepsAll;
+    std::function<bool()> m_keepsAll;
     ScanResult m_result;
 };
 
@@ -179,14 +185,14 @@ std::vector<std::uint32_t> numbersOf(const std::vector<ChannelInfo>& channels)
     return numbers;
 }
 
-/// Samples of all sweeps, where their number is known before; without end otherwise.
+/// Of all sweeps, as a result counts samples, where their number is known before; without end otherwise.
 double samplesOf(const SessionPlan& plan)
 {
     double samples = 0.0; // in a sweep of all channels
     std::chrono::milliseconds time{1};
     for (const PlannedChannel& channel : plan.channels) {
         const ScanPlan steps = channel.plan.value_or(ScanPlan{});
-        samples += steps.samples;
+        samples += steps.samples + static_cast<double>(samplesPerSweep);
         time = std::max(time, steps.settleTime());
     }
     const double byNumber = plan.sweeps == 0 ? std::numeric_limits<double>::infinity() : plan.sweeps;
@@ -196,17 +202,15 @@ double samplesOf(const SessionPlan& plan)
     return samples * std::min(byNumber, byTime);
 }
 
-/// Of a result that no other command would read.
+/// Of a result that is going to be full.
 void warnOfSize(const SessionPlan& plan, const OutputOptions& options, Report& report)
 {
-    constexpr double perSample = 110.0; // bytes, as JSON
-    constexpr double largest = 1024.0 * 1024.0 * largestResult_MiB;
     const double samples = samplesOf(plan);
-    if (samples * perSample > largest && needSamples(options.outputs)) {
-        report.tellAlways(
-            fmt::format("{}: 'sdc plot' and 'sdc compare' read no results above {} MiB, and this one may become "
-                        "larger; --jsonl and --csv have no limit",
-                std::isinf(samples) ? "a scan without end" : fmt::format("{:.0f} samples", samples), largestResult_MiB));
+    if (samples > static_cast<double>(mostSamplesInResult) && needSamples(options.outputs)) {
+        report.tellAlways(fmt::format("{}: 'sdc plot' and 'sdc compare' read no results above {} MiB, so --json, --plot and "
+                                      "--waterfall end with the sweep that makes them so large; --jsonl and --csv have no "
+                                      "limit",
+            std::isinf(samples) ? "a scan without end" : "a scan of many samples", largestResult_MiB));
     }
 }
 
@@ -235,7 +239,7 @@ ExitStatus scan(const ScanOptions& options)
 
     const SessionPlan plan = planOf(options, site, channels);
     warnOfSize(plan, options.outputs, report);
-    Collector collector(site, plan, options.farEnd, options.occupancy, needSamples(options.outputs.outputs));
+    Collector collector(site, plan, options.farEnd, options.occupancy, [&outputs] { return outputs.keepsSamples(); });
     outputs.open(collector.result());
     std::vector<Sink*> sinks = outputs.sinks();
     sinks.insert(sinks.begin(), {&report, &collector});

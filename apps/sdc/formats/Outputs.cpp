@@ -3,6 +3,7 @@
 #include "apps/sdc/formats/OutputFile.h"
 #include "apps/sdc/formats/Target.h"
 #include "apps/sdc/options/CommandLine.h"
+#include "apps/sdc/result/ResultFile.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -168,15 +169,41 @@ std::vector<Sink*> Outputs::sinks()
 
 bool Outputs::isAnyWanted() const
 {
-    const auto isWhole = [](const Output& output) { return output.format->makeLive == nullptr; };
+    const auto isWhole = [this](const Output& output) {
+        return output.format->makeLive == nullptr && !(output.format->needsSamples && m_isFull);
+    };
     const auto isOpen = [](const Live& live) {
         return std::ranges::any_of(live.files, [](const auto& file) { return file->isOpen(); });
     };
     return std::ranges::any_of(m_options.outputs, isWhole) || std::ranges::any_of(m_live, isOpen);
 }
 
-void Outputs::onSweepEnd(std::size_t, const Sweep&)
+/// A result that has become too large would be read by nobody, and its samples would fill the memory.
+void Outputs::onSweepBegin(std::size_t, const ScanPlan&)
 {
+    if (keepsSamples() && m_kept >= mostSamplesInResult) {
+        writeWhatIsFull();
+        m_isFull = true;
+    }
+}
+
+void Outputs::writeWhatIsFull()
+{
+    for (const Output& output : m_options.outputs) {
+        if (output.format->needsSamples) {
+            attempt([&] {
+                writeWhole(output);
+                throw std::runtime_error(fmt::format("{} ends with sweep {}: it is as large as a result may be; --jsonl and "
+                                                     "--csv have no limit",
+                    Target(output.file).shownName(), m_result->channels.front().survey.sweeps()));
+            });
+        }
+    }
+}
+
+void Outputs::onSweepEnd(std::size_t, const Sweep& sweep)
+{
+    m_kept += sweep.samples.size() + samplesPerSweep;
     onPoll();
 }
 
@@ -203,7 +230,7 @@ void Outputs::onEnd(Ending)
         }
     }
     for (const Output& output : m_options.outputs) {
-        if (output.format->makeLive == nullptr) {
+        if (output.format->makeLive == nullptr && !(output.format->needsSamples && m_isFull)) {
             attempt([&] { writeWhole(output); });
         }
     }

@@ -65,10 +65,15 @@ public:
     /// Whether there is anything left to scan for: not where all readers have gone, or no file takes more.
     bool isAnyWanted() const;
 
+    /// Whether the result must have the samples of all sweeps so far, and not of the last alone. Where it has as many as
+    /// fit into a file that is read, the outputs that need them are written and need no more.
+    bool keepsSamples() const { return needSamples(m_options.outputs) && !m_isFull; }
+
     /// Whether all went well so far. A reader that has had enough is no failure.
     bool areAllWritten() const { return m_areAllWritten; }
 
     // Told after the live formats.
+    void onSweepBegin(std::size_t channel, const ScanPlan& plan) override;
     void onSweepEnd(std::size_t channel, const Sweep& sweep) override;
     void onPoll() override;
     void onEnd(Ending ending) override;
@@ -83,6 +88,7 @@ private:
     void checkEachHasItsOwn() const;
     void attempt(const std::function<void()>& write);
     void writeWhole(const Output& output);
+    void writeWhatIsFull();
 
     OutputOptions m_options;
     std::vector<std::uint32_t> m_channels;
@@ -90,6 +96,8 @@ private:
     const ScanResult* m_result = nullptr;
     std::vector<Live> m_live;
     bool m_areAllWritten = true;
+    std::size_t m_kept = 0; ///< samples of all sweeps that have ended, as a result counts them
+    bool m_isFull = false;  ///< what needs them is written
 };
 
 } // namespace sdc

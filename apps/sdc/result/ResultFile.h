@@ -11,6 +11,10 @@ namespace sdc {
 
 inline constexpr std::size_t largestResult_MiB = 64; ///< that is read
 
+/// What a result of that size has room for, where each sweep counts as so many samples more.
+inline constexpr std::size_t mostSamplesInResult = 500'000;
+inline constexpr std::size_t samplesPerSweep = 5;
+
 /// A result that cannot be used. what() names the file and, line by line, the place in it as a JSON path, what is wrong and
 /// what would be right.
 class ResultError : public std::runtime_error {
