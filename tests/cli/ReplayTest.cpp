@@ -124,7 +124,24 @@ TEST_F(Replay, ofSeveralSweepsHasTheirAveragePower)
     ASSERT_EQ(run("scenarios replay result.json", "", ">again.json").status, 0);
     run("scan channel --scenario again.json --quiet --json again-result.json");
     expectTheSameLevels("result.json", "again-result.json");
-    EXPECT_THAT(read("again.json"), HasSubstr("5 sweeps, average power."));
+    EXPECT_THAT(read("again.json"), HasSubstr("5 sweeps, average."));
+}
+
+TEST_F(Replay, ofSeveralSweepsHasTheTraceAskedFor)
+{
+    run("scan sub-band --scenario 32-radar --repeat 5 --quiet --json result.json");
+    const json holds = json::parse(read("result.json"))["channels"][0]["holds"];
+    for (const std::string trace : {"max", "min"}) {
+        ASSERT_EQ(run("scenarios replay result.json --trace " + trace, "", ">again.json").status, 0);
+        run("scan sub-band --scenario again.json --quiet --json again-result.json");
+        const json samples = json::parse(read("again-result.json"))["channels"][0]["sweeps"][0]["samples"];
+        ASSERT_EQ(samples.size(), holds["frequency_kHz"].size());
+        for (std::size_t index = 0; index < samples.size(); ++index) {
+            EXPECT_EQ(samples[index]["frequency_kHz"], holds["frequency_kHz"][index]);
+            EXPECT_NEAR(samples[index]["level_dBm"], holds[trace + "_dBm"][index], mostOff_dB) << trace << ' ' << index;
+        }
+        EXPECT_THAT(read("again.json"), HasSubstr("5 sweeps, " + trace + "."));
+    }
 }
 
 TEST_F(Replay, needsTheScenarioThatWasScanned)

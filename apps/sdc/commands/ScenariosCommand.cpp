@@ -4,6 +4,7 @@
 #include "apps/sdc/options/Options.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Replay.h"
 #include "apps/sdc/tty/Screen.h"
@@ -172,9 +173,15 @@ Scenario scenarioOf(const ScanResult& result)
     return scenario;
 }
 
-/// @param scenario  whose radios they are; empty: the result's
-ExitStatus replay(const std::string& file, const std::string& scenario, std::ostream& output)
+struct ReplayOptions {
+    std::string file;     ///< of a result
+    std::string scenario; ///< whose radios they are; empty: the result's
+    TraceKind trace = TraceKind::average;
+};
+
+ExitStatus replay(const ReplayOptions& options, std::ostream& output)
 {
+    const auto& [file, scenario, trace] = options;
     if (file == "-" && scenario == "-") {
         throw UsageError("RESULT and --scenario: both are standard input; expected a file for one of them");
     }
@@ -182,7 +189,7 @@ ExitStatus replay(const std::string& file, const std::string& scenario, std::ost
     const std::string name = file == "-" ? "standard input" : support::shown(file);
     const Scenario radios = scenario.empty() ? scenarioOf(result) : openScenario(scenario);
     try {
-        const Scenario again = replayOf(result, radios);
+        const Scenario again = replayOf(result, radios, trace);
         std::ostringstream text;
         support::writeReadably(text, support::jsonOf(simulator::scenarioRecord(), &again));
         if (text.view().size() > simulator::largestScenario_MiB << 20U) {
@@ -223,23 +230,22 @@ void addShow(CLI::App& scenarios, Command& command)
 void addReplay(CLI::App& scenarios, Command& command)
 {
     CLI::App& replaying = *scenarios.add_subcommand("replay", "Print a scenario in which a result is read again");
-    const auto file = std::make_shared<std::string>();
-    const auto scenario = std::make_shared<std::string>();
-    CLI::Option* const result = replaying.add_option("RESULT", *file, "What 'sdc scan --json' wrote; - is standard input");
+    const auto options = std::make_shared<ReplayOptions>();
+    CLI::Option* const result =
+        replaying.add_option("RESULT", options->file, "What 'sdc scan --json' wrote; - is standard input");
     offer(result->required()->type_name(""), {anyFile});
-    CLI::Option* const radios = replaying.add_option("--scenario", *scenario,
+    CLI::Option* const radios = replaying.add_option("--scenario", options->scenario,
         "Whose radios they are: a built-in scenario or a\nscenario file (the one that was scanned)");
     offer(radios->type_name("NAME"), scenarioNames());
-    replaying.footer("The same scan of it gives the same levels, without jitter; of several sweeps\n"
-                     "the average power. Add emitters to see what they would change.\n\n"
+    addTrace(replaying, options->trace);
+    replaying.footer("The same scan of it gives the same levels, without jitter. Add emitters to\n"
+                     "see what they would change.\n\n"
                      "Example:\n"
                      "  sdc scan sub-band --json today.json\n"
                      "  sdc scenarios replay today.json > again.json\n"
                      "  sdc scan sub-band --scenario again.json\n");
-    replaying.callback([file, scenario, &command] {
-        command = [file, scenario] {
-            return toStandardOutput([&](std::ostream& output) { return replay(*file, *scenario, output); });
-        };
+    replaying.callback([options, &command] {
+        command = [options] { return toStandardOutput([&](std::ostream& output) { return replay(*options, output); }); };
     });
 }
 

@@ -100,6 +100,14 @@ double levelAt(SimulatedScans scans, std::uint32_t frequency_kHz)
     throw std::out_of_range("no such frequency");
 }
 
+/// The lowest of what is read without jitter.
+sdc::Hold lowestIn(SimulatedScans scans)
+{
+    scans.link.jitter_dB = 0.0;
+    const std::vector<sdc::Hold> holds = scans.scan(0, 1).channels[0].survey.holds();
+    return *std::ranges::min_element(holds, {}, &sdc::Hold::max);
+}
+
 bool isTold(const sdc::Comparison& comparison, std::uint32_t frequency_kHz)
 {
     return std::ranges::any_of(comparison.channels.at(0).ranges, [&](const sdc::RangeChange& change) {
@@ -151,6 +159,28 @@ TEST(ComparedScans, burstOf14DbInOneOfAHundredSweepsIsFound)
     const simulator::Schedule once{.from_ms = 40.0 * sweep_ms, .duration_ms = sweep_ms};
     const simulator::Emitter burst = lineAbove(levelAt(scans, frequency_kHz), 14.0, frequency_kHz, once);
     EXPECT_EQ(told(scans, 100, burst, frequency_kHz), pairs());
+}
+
+TEST(ComparedScans, newEmitter6DbOverTheFloorMakesThemDiffer)
+{
+    for (const Air& air : airs) {
+        const SimulatedScans before = scansOf(air);
+        SimulatedScans after = before;
+        const sdc::Hold floor = lowestIn(before);
+        after.link.emitters.push_back(
+            {simulator::ContinuousWave{static_cast<double>(floor.frequency_kHz), floor.max / 100.0 + 6.0}, {}});
+        for (const std::size_t sweeps : {1U, 10U}) {
+            std::size_t count = 0;
+            for (std::size_t pair = 0; pair < pairs(); ++pair) {
+                count += compared(before.scan(2 * pair, sweeps), after.scan(2 * pair + 1, sweeps)).isDifferent() ? 1U : 0U;
+            }
+            const std::string what = fmt::format("{}, {} sweeps", air.name, sweeps);
+            EXPECT_GE(count, pairs() - pairs() / 100) << what;
+            if (pairs() > usualPairs) {
+                std::cout << fmt::format("{}: {} of {} pairs differ\n", what, count, pairs()) << std::flush;
+            }
+        }
+    }
 }
 
 TEST(ComparedScans, newEmitter3DbAboveTheScatterIsFoundBesideAStrongOneToo)
