@@ -37,6 +37,7 @@ struct RangeChange : Change {
 /// A peak that has come or gone.
 struct PeakChange : Change {
     std::uint32_t frequency_kHz = 0;
+    bool comesAndGoes = false; ///< the lowest of the readings there shows no change
 
     bool operator==(const PeakChange&) const = default;
 };

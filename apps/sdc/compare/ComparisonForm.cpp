@@ -40,7 +40,11 @@ Fields<Owner> withLevels(Fields<Owner> where)
 }
 
 const Record<PeakChangeInFile> peakRecord{"peak_change", "a peak that has come or gone",
-    withLevels<PeakChangeInFile>({{"frequency_kHz", &PeakChangeInFile::frequency_kHz, word, "of its top, kHz"}})};
+    withLevels<PeakChangeInFile>({
+        {"frequency_kHz", &PeakChangeInFile::frequency_kHz, word, "of its top, kHz"},
+        {"comes_and_goes", &PeakChangeInFile::comesAndGoes, flag,
+            "whether it was not there all the time: the lowest of the readings shows no change"},
+    })};
 
 const Record<RasterChangeInFile> rasterRecord{"raster_change",
     "a channel of the raster; its level: the mean of its levels in dB",
@@ -134,6 +138,7 @@ PeakChangeInFile peakInFile(const PeakChange& peak)
 {
     auto written = inFile<PeakChangeInFile>(peak);
     written.frequency_kHz = peak.frequency_kHz;
+    written.comesAndGoes = peak.comesAndGoes;
     return written;
 }
 

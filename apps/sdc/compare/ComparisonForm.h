@@ -22,6 +22,7 @@ struct ChangeInFile {
 
 struct PeakChangeInFile : ChangeInFile {
     std::uint32_t frequency_kHz = 0;
+    bool comesAndGoes = false;
 };
 
 struct RasterChangeInFile : ChangeInFile {

@@ -61,8 +61,10 @@ std::string largest(const Changes& changes, const std::string& what, LineOf line
 
 std::string peakLines(const std::vector<PeakChange>& peaks, const std::string& what)
 {
-    return largest(peaks, what,
-        [&](const PeakChange& peak) { return line(what, rangeText(peak.frequency_kHz, peak.frequency_kHz), levels(peak)); });
+    return largest(peaks, what, [&](const PeakChange& peak) {
+        return line(
+            peak.comesAndGoes ? "comes and goes" : what, rangeText(peak.frequency_kHz, peak.frequency_kHz), levels(peak));
+    });
 }
 
 /// Neighbouring channels of the raster that changed the same way, with the largest of their changes.

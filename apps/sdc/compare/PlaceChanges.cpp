@@ -120,6 +120,12 @@ Tolerance Judge::usualTolerance(const std::vector<Place>& places) const
     return toleranceAt(usual);
 }
 
+/// Whether what has changed was not there all the time: by the lowest readings the place is the same.
+bool Judge::comesAndGoesAt(const Place& place) const
+{
+    return toleranceAt(place).direction(place.after.lowest_dBm - place.before.lowest_dBm) == 0;
+}
+
 /// Whether a place next to a change changed the same way, by half as much as would make a change of its own.
 bool Judge::leans(const Place& place, int direction) const
 {
@@ -221,7 +227,7 @@ std::vector<PeakChange> Judge::peaksOnlyIn(Scan scan, const std::vector<Place>& 
     for (const Peak& peak : findPeaks(shown, resolution_kHz, least)) {
         const auto place = std::ranges::lower_bound(places, peak.frequency_kHz, {}, &Place::frequency_kHz);
         if (directionAt(*place) == direction && !isTop[static_cast<std::size_t>(place - places.begin())]) {
-            changes.push_back({changeAt(*place), peak.frequency_kHz});
+            changes.push_back({changeAt(*place), peak.frequency_kHz, comesAndGoesAt(*place)});
         }
     }
     return changes;

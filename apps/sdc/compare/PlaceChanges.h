@@ -43,6 +43,7 @@ private:
     const Reach& reachOf(std::size_t readings) const;
     Tolerance toleranceAt(const Place& place, std::size_t places = 1) const;
     int directionAt(const Place& place) const { return toleranceAt(place).direction(place.difference_dB()); }
+    bool comesAndGoesAt(const Place& place) const;
     bool leans(const Place& place, int direction) const;
     Range rangeAround(PlaceIterator change, PlaceIterator first, PlaceIterator end) const;
     RasterChange describe(std::int64_t offset, const std::vector<Place>& places, const ScanPlan& plan) const;

@@ -43,12 +43,13 @@ public:
     }
 
 private:
-    Level levelAt(const Hold& hold) const { return {levelOf(hold, m_kind) / 100.0, 0.0, hold.readings}; }
+    Level levelAt(const Hold& hold) const { return {levelOf(hold, m_kind) / 100.0, 0.0, hold.readings, hold.min / 100.0}; }
 
     static Level between(const Level& below, const Level& above, double part)
     {
         const double step_dB = above.level_dBm - below.level_dBm;
-        return {below.level_dBm + part * step_dB, std::abs(step_dB) / 2.0, std::min(below.readings, above.readings)};
+        return {below.level_dBm + part * step_dB, std::abs(step_dB) / 2.0, std::min(below.readings, above.readings),
+            std::lerp(below.lowest_dBm, above.lowest_dBm, part)};
     }
 
     std::vector<Hold> m_holds;

@@ -14,6 +14,7 @@ struct Level {
     double level_dBm = 0.0;
     double doubt_dB = 0.0;    ///< of a level between two frequencies that were read: how far it may be off
     std::size_t readings = 1; ///< at least
+    double lowest_dBm = 0.0;  ///< of the readings
 };
 
 /// A frequency of which both scans of a channel tell a level.

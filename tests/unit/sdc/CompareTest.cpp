@@ -169,6 +169,31 @@ TEST(Comparisons, peaksComeAndGo)
     EXPECT_THAT(channel.vanishedPeaks, ElementsAre(peakAt(103000, -3000, -9000)));
 }
 
+TEST(Comparisons, peakThatWasNotThereInEachSweepComesAndGoes)
+{
+    const auto quiet = sweepOf(flat(11));
+    const auto loud = sweepOf(with(flat(11), 7, {-4000}));
+    const auto never = resultOf({channelOf(1, {quiet, quiet})});
+    const auto sometimes = resultOf({channelOf(1, {quiet, loud})});
+    const auto always = resultOf({channelOf(1, {loud, loud})});
+    EXPECT_TRUE(channelCompared(never, sometimes).newPeaks.at(0).comesAndGoes);
+    EXPECT_TRUE(channelCompared(sometimes, never).vanishedPeaks.at(0).comesAndGoes);
+    EXPECT_FALSE(channelCompared(never, always).newPeaks.at(0).comesAndGoes);
+    EXPECT_FALSE(channelCompared(always, never).vanishedPeaks.at(0).comesAndGoes);
+    EXPECT_THAT(textOf(compared(never, sometimes)),
+        HasSubstr("\n  comes and goes   107.000 MHz                 -90.00 ->  -40.00 dBm   +50.00 dB\n"));
+}
+
+TEST(Comparisons, peakThatComesAndGoesIsToldOfTheFrequenciesOfTheOtherScanToo)
+{
+    const auto quiet = sweepOf(flat(11));
+    const auto fine = resultOf({channelOf(1, {quiet, sweepOf(with(flat(11), 6, {-4000, -4000, -4000}))})});
+    const auto coarse = stepped(flat(5), 100500, 2000);
+    const auto peaks = channelCompared(coarse, fine).newPeaks;
+    ASSERT_EQ(peaks.size(), 1U);
+    EXPECT_TRUE(peaks.at(0).comesAndGoes);
+}
+
 TEST(Comparisons, peakWhoseNeighbourRoseHasNotVanished)
 {
     const auto before = scanOf({-9000, -9000, -7000, -9000, -9000, -9000, -9000});
@@ -375,7 +400,8 @@ TEST(Comparisons, jsonTellsAllAsItsSchemaSays)
         EXPECT_EQ(text["channels_only_after"], json({3}));
         const json channel = text["channels"][0];
         EXPECT_EQ(channel["new_peaks"],
-            json::parse(R"([{"frequency_kHz": 107000, "before_dBm": -90.0, "after_dBm": -40.0, "change_dB": 50.0}])"));
+            json::parse(
+                R"([{"frequency_kHz": 107000, "before_dBm": -90.0, "after_dBm": -40.0, "change_dB": 50.0, "comes_and_goes": false}])"));
         EXPECT_EQ(channel["ranges"][0],
             json::parse(R"({"lowest_kHz": 103000, "highest_kHz": 103000, "frequencies": 1, "frequency_kHz": 103000,
                 "before_dBm": -30.0, "after_dBm": -90.0, "change_dB": -60.0})"));
