@@ -401,7 +401,8 @@ TEST(Comparisons, jsonTellsAllAsItsSchemaSays)
         const json channel = text["channels"][0];
         EXPECT_EQ(channel["new_peaks"],
             json::parse(
-                R"([{"frequency_kHz": 107000, "before_dBm": -90.0, "after_dBm": -40.0, "change_dB": 50.0, "comes_and_goes": false}])"));
+                R"([{"frequency_kHz": 107000, "before_dBm": -90.0, "after_dBm": -40.0, "change_dB": 50.0,
+                "comes_and_goes": false}])"));
         EXPECT_EQ(channel["ranges"][0],
             json::parse(R"({"lowest_kHz": 103000, "highest_kHz": 103000, "frequencies": 1, "frequency_kHz": 103000,
                 "before_dBm": -30.0, "after_dBm": -90.0, "change_dB": -60.0})"));
