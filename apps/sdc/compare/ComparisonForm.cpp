@@ -1,5 +1,9 @@
 #include "apps/sdc/compare/ComparisonForm.h"
 
+#include "apps/sdc/compare/Chance.h"
+#include "apps/sdc/compare/Places.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
 
@@ -8,6 +12,7 @@
 #include <cstddef>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 namespace sdc {
 

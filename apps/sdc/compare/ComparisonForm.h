@@ -1,6 +1,9 @@
 #pragma once
 
+#include "apps/sdc/compare/Chance.h"
 #include "apps/sdc/compare/Comparison.h"
+#include "apps/sdc/compare/Places.h"
+#include "apps/sdc/result/Survey.h"
 #include "support/Fields.h"
 
 #include <cstdint>

@@ -1,15 +1,18 @@
 #include "apps/sdc/compare/ComparisonText.h"
 
+#include "apps/sdc/compare/Places.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "support/Text.h"
 #include "support/Time.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <iterator>
 #include <string>
 #include <vector>

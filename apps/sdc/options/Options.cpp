@@ -2,22 +2,13 @@
 
 #include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/options/CommandLine.h"
-#include "apps/sdc/result/Occupancy.h"
-#include "apps/sdc/result/Sweep.h"
 #include "simulator/scenario/EmbeddedText.h"
 #include "simulator/scenario/Scenario.h"
 #include "support/Text.h"
-#include "support/Time.h"
-#include "terminal/Peers.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <chrono>
 #include <cmath>
-#include <cstddef>
-#include <system_error>
-#include <utility>
 
 namespace sdc {
 
