@@ -7,27 +7,22 @@
 
 namespace sdc {
 
-FrequencyAxis::FrequencyAxis(std::int64_t highest_kHz)
-    : m_decimals(highest_kHz < 10'000'000 ? 3 : 6)
+int decimalsFor(std::int64_t frequency_kHz)
 {
-}
-
-int FrequencyAxis::decimalsFor(std::int64_t frequency_kHz) const
-{
-    int decimals = m_decimals;
+    int decimals = decimalsOfMegahertz;
     for (; decimals > 0 && frequency_kHz % 10 == 0; --decimals) {
         frequency_kHz /= 10;
     }
     return decimals;
 }
 
-std::string FrequencyAxis::text(std::int64_t frequency_kHz, int decimals) const
+std::string inMegahertz(std::int64_t frequency_kHz, int decimals)
 {
-    const std::int64_t unit_kHz = m_decimals == 3 ? 1000 : 1'000'000;
     const std::int64_t magnitude = std::llabs(frequency_kHz);
     const std::string all =
-        fmt::format("{}{}.{:0{}}", frequency_kHz < 0 ? "-" : "", magnitude / unit_kHz, magnitude % unit_kHz, m_decimals);
-    return all.substr(0, all.size() - static_cast<std::size_t>(decimals == 0 ? m_decimals + 1 : m_decimals - decimals));
+        fmt::format("{}{}.{:0{}}", frequency_kHz < 0 ? "-" : "", magnitude / 1000, magnitude % 1000, decimalsOfMegahertz);
+    const int cut = decimals == 0 ? decimalsOfMegahertz + 1 : decimalsOfMegahertz - decimals;
+    return all.substr(0, all.size() - static_cast<std::size_t>(cut));
 }
 
 std::int64_t niceStep(double least)
@@ -47,17 +42,14 @@ std::int64_t roundedUp(std::int64_t value, std::int64_t step)
     return towardsZero < value ? towardsZero + step : towardsZero;
 }
 
-std::vector<Tick> frequencyTicks(
-    const Range& range_kHz, std::int64_t sampleStep_kHz, const FrequencyAxis& axis, const Room& room)
+std::vector<Tick> frequencyTicks(const Range& range_kHz, const Room& room)
 {
     constexpr double charactersOfATick = 11.0; // with the distance of its neighbours
     const double most = std::clamp(room.width / room.characterWidth / charactersOfATick, 2.0, 12.0);
     const std::int64_t step_kHz = niceStep(static_cast<double>(range_kHz.span()) / most);
-    const int decimals =
-        std::max(axis.decimalsFor(step_kHz), axis.decimalsFor(sampleStep_kHz == 0 ? step_kHz : sampleStep_kHz));
     std::vector<Tick> ticks;
     for (std::int64_t place = roundedUp(range_kHz.lowest, step_kHz); place <= range_kHz.highest; place += step_kHz) {
-        ticks.push_back({place, axis.text(place, decimals)});
+        ticks.push_back({place, inMegahertz(place, decimalsFor(step_kHz))});
     }
     return ticks;
 }
@@ -67,16 +59,21 @@ std::vector<Tick> channelTicks(
 {
     constexpr std::int64_t mostTicks = 1000;
     constexpr double charactersOfATick = 6.0;
+    constexpr double leastCharacters = 0.5; // from one tick to the next
     if (spacing_kHz == 0 || range_kHz.span() / spacing_kHz > mostTicks) {
         return {};
     }
     const double room_kHz = static_cast<double>(range_kHz.span()) * charactersOfATick * room.characterWidth / room.width;
     const std::int64_t labelled = niceStep(room_kHz / static_cast<double>(spacing_kHz));
+    const bool areAllSeen = room_kHz * leastCharacters <= static_cast<double>(spacing_kHz) * charactersOfATick;
     std::vector<Tick> ticks;
     const std::int64_t first = roundedUp(range_kHz.lowest - configured_kHz, spacing_kHz) / spacing_kHz;
     for (std::int64_t offset = first; configured_kHz + offset * spacing_kHz <= range_kHz.highest; ++offset) {
-        ticks.push_back({configured_kHz + offset * spacing_kHz,
-            offset % labelled == 0 ? fmt::format("{}{}", offset > 0 ? "+" : "", offset) : ""});
+        const bool isLabelled = offset % labelled == 0;
+        if (isLabelled || areAllSeen) {
+            ticks.push_back({configured_kHz + offset * spacing_kHz,
+                isLabelled ? fmt::format("{}{}", offset > 0 ? "+" : "", offset) : ""});
+        }
     }
     return ticks;
 }

@@ -1,29 +1,18 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace sdc {
 
-/// Frequencies on an axis in MHz below 10 GHz and in GHz above.
-class FrequencyAxis {
-public:
-    explicit FrequencyAxis(std::int64_t highest_kHz = 0);
+inline constexpr int decimalsOfMegahertz = 3; ///< that show a kHz
 
-    const char* unit() const { return m_decimals == 3 ? "MHz" : "GHz"; }
+/// A frequency in MHz, with so many decimals at most as show a kHz; what has more of them is cut off.
+std::string inMegahertz(std::int64_t frequency_kHz, int decimals = decimalsOfMegahertz);
 
-    /// Number of decimals that shows a frequency exactly.
-    int decimalsFor(std::int64_t frequency_kHz) const;
-
-    /// With so many decimals, or all of them.
-    std::string text(std::int64_t frequency_kHz, int decimals) const;
-    std::string text(std::int64_t frequency_kHz) const { return text(frequency_kHz, m_decimals); }
-
-private:
-    int m_decimals; ///< of a kHz
-};
+/// Number of decimals that shows a frequency in MHz exactly.
+int decimalsFor(std::int64_t frequency_kHz);
 
 struct Range {
     std::int64_t lowest = 0;
@@ -55,12 +44,11 @@ std::int64_t niceStep(double least);
 /// The lowest multiple of a step that is not below a value, both of any sign.
 std::int64_t roundedUp(std::int64_t value, std::int64_t step);
 
-/// As many as there is room for, with as many digits as tell one step of the samples from the next.
-std::vector<Tick> frequencyTicks(
-    const Range& range_kHz, std::int64_t sampleStep_kHz, const FrequencyAxis& axis, const Room& room);
+/// As many as there is room for, with no more digits than tell one from the next.
+std::vector<Tick> frequencyTicks(const Range& range_kHz, const Room& room);
 
-/// Centres of the channels of a raster, labelled with their distance from the configured one where there is room; none where
-/// there are too many of them, or no raster.
+/// Centres of the channels of a raster, labelled with their distance from the configured one where there is room. Where they
+/// would run into each other, those alone that have a label; none where there are too many of them, or no raster.
 std::vector<Tick> channelTicks(
     const Range& range_kHz, std::int64_t configured_kHz, std::int64_t spacing_kHz, const Room& room);
 

@@ -166,8 +166,6 @@ Chart chartOf(const std::vector<Member>& members, const PlotOptions& options)
     chart.areHolds = isOne && first.survey.sweeps() > 1;
     chart.peaks = isOne ? peaksOf(first) : std::vector<Point>();
     chart.range_kHz = rangeOf(members, chart.traces);
-    chart.axis = FrequencyAxis(std::max<std::int64_t>(chart.range_kHz.highest, first.plan.rxFrequency_kHz));
-    chart.step_kHz = first.plan.step_kHz;
     chart.rx_kHz = first.plan.rxFrequency_kHz;
     chart.spacing_kHz = first.plan.channelSpacing_kHz;
     chart.bands = bandsOf(chart, options);
@@ -218,7 +216,7 @@ std::vector<PeakLabel> peakLabels(const Chart& chart, const LevelScale& scale, c
     const double character_kHz = static_cast<double>(chart.range_kHz.span()) * room.characterWidth / room.width;
     std::vector<PeakLabel> labels;
     for (const Point& peak : chart.peaks) {
-        const std::string frequency = chart.axis.text(peak.frequency_kHz, chart.axis.decimalsFor(peak.frequency_kHz));
+        const std::string frequency = inMegahertz(peak.frequency_kHz, decimalsFor(peak.frequency_kHz));
         const std::int64_t width_kHz = std::llround(static_cast<double>(frequency.size() + 1) * character_kHz);
         const bool isFree = std::ranges::none_of(labels,
             [&](const PeakLabel& other) { return std::llabs(other.peak.frequency_kHz - peak.frequency_kHz) < width_kHz; });

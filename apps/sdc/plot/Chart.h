@@ -66,9 +66,7 @@ struct Member {
 struct Chart {
     std::string title;
     std::string subtitle;
-    FrequencyAxis axis;
     Range range_kHz;
-    std::int64_t step_kHz = 0;    ///< of the samples
     std::int64_t rx_kHz = 0;      ///< centre of the configured channel
     std::int64_t spacing_kHz = 0; ///< of the channels of the raster; 0: there is none
     std::vector<Band> bands;

@@ -13,7 +13,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
-#include <sstream>
 
 namespace sdc {
 
@@ -23,11 +22,6 @@ namespace {
 std::string joined(const std::vector<std::string>& words, const char* separator)
 {
     return fmt::format("{}", fmt::join(words, separator));
-}
-
-std::string inMegahertz(std::int64_t frequency_kHz)
-{
-    return FrequencyAxis().text(frequency_kHz);
 }
 
 /// Scenario, unit and kind: no scenario's name fills the line.

@@ -1,6 +1,5 @@
 #include "apps/sdc/plot/ChartProgram.h"
 
-#include "apps/sdc/plot/ChartNotes.h"
 #include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "support/Text.h"
@@ -33,18 +32,18 @@ set key below horizontal Left reverse height 0.4
 constexpr const char* forgotten =
     "unset label\nunset object\nunset arrow\nunset x2tics\nunset x2label\nunset y2tics\n"; // of the plot before
 
-std::string listOf(const std::vector<Tick>& ticks, const FrequencyAxis& axis)
+std::string listOf(const std::vector<Tick>& ticks)
 {
     std::string list;
     for (const Tick& tick : ticks) {
-        list += fmt::format("{}\"{}\" {}", list.empty() ? "" : ", ", tick.label, axis.text(tick.place));
+        list += fmt::format("{}\"{}\" {}", list.empty() ? "" : ", ", tick.label, inMegahertz(tick.place));
     }
     return list;
 }
 
 std::string rangeText(const Chart& chart)
 {
-    return fmt::format("[{}:{}]", chart.axis.text(chart.range_kHz.lowest), chart.axis.text(chart.range_kHz.highest));
+    return fmt::format("[{}:{}]", inMegahertz(chart.range_kHz.lowest), inMegahertz(chart.range_kHz.highest));
 }
 
 std::string verticalLine(const std::string& place, const char* look)
@@ -64,7 +63,7 @@ std::string channelEdges(const Chart& chart, std::int64_t firstCentre_kHz, const
     std::string lines;
     const std::int64_t half_kHz = chart.spacing_kHz / 2;
     for (std::int64_t edge = firstCentre_kHz - half_kHz; edge <= chart.range_kHz.highest; edge += chart.spacing_kHz) {
-        lines += edge <= chart.range_kHz.lowest ? "" : verticalLine(chart.axis.text(edge), "back linecolor rgb '#e6e6e6'");
+        lines += edge <= chart.range_kHz.lowest ? "" : verticalLine(inMegahertz(edge), "back linecolor rgb '#e6e6e6'");
     }
     return lines;
 }
@@ -76,28 +75,28 @@ std::string raster(const Chart& chart, const Room& room)
     return ticks.empty()
         ? ""
         : fmt::format("set x2range {}\nset x2tics ({})\nset x2label 'channel raster, 0: the configured channel'\n",
-              rangeText(chart), listOf(ticks, chart.axis))
+              rangeText(chart), listOf(ticks))
             + channelEdges(chart, ticks.front().place, room);
 }
 
 std::string bandProgram(const Chart& chart, const Band& band)
 {
     const bool isReceived = band.name == "RX";
-    const std::string lower = chart.axis.text(band.range_kHz.lowest);
-    const std::string upper = chart.axis.text(band.range_kHz.highest);
+    const std::string lower = inMegahertz(band.range_kHz.lowest);
+    const std::string upper = inMegahertz(band.range_kHz.highest);
     std::string program =
         fmt::format("set object rectangle from first {}, graph 0 to first {}, graph 1 behind fillcolor rgb "
                     "'{}' fillstyle solid noborder\n",
             lower, upper, isReceived ? "#dce8f7" : "#f7e8d8");
     for (const std::int64_t edge_kHz : {band.range_kHz.lowest, band.range_kHz.highest}) {
         if (edge_kHz > chart.range_kHz.lowest && edge_kHz < chart.range_kHz.highest) {
-            program += verticalLine(chart.axis.text(edge_kHz),
+            program += verticalLine(inMegahertz(edge_kHz),
                 isReceived ? "back dashtype 3 linecolor rgb '#5b7fa8'" : "back dashtype 3 linecolor rgb '#a8835b'");
         }
     }
     return program
         + fmt::format("set label '{}' at first {}, graph 0.03 center front textcolor rgb '#555555'\n", band.name,
-            chart.axis.text(std::midpoint(band.range_kHz.lowest, band.range_kHz.highest)));
+            inMegahertz(std::midpoint(band.range_kHz.lowest, band.range_kHz.highest)));
 }
 
 /// Whole steps of 5 dB, with room for the labels of peaks above the strongest level.
@@ -128,11 +127,11 @@ std::vector<Point> outsidersOf(const Chart& chart, const LevelScale& scale, bool
     return outsiders;
 }
 
-std::string pointsOf(const std::string& name, const Chart& chart, const LevelScale& scale, const std::vector<Point>& points)
+std::string pointsOf(const std::string& name, const LevelScale& scale, const std::vector<Point>& points)
 {
     std::string text = fmt::format("${} << end\n", name);
     for (const Point& point : points) {
-        text += fmt::format("{} {}\n", chart.axis.text(point.frequency_kHz), hundredths(scale.shown(point.level)));
+        text += fmt::format("{} {}\n", inMegahertz(point.frequency_kHz), hundredths(scale.shown(point.level)));
     }
     return text + "end\n";
 }
@@ -141,7 +140,7 @@ std::string dataOf(const Chart& chart, const LevelScale& scale)
 {
     std::string text;
     for (std::size_t index = 0; index < chart.traces.size(); ++index) {
-        text += pointsOf(fmt::format("trace{}", index), chart, scale, chart.traces[index].points);
+        text += pointsOf(fmt::format("trace{}", index), scale, chart.traces[index].points);
     }
     return text;
 }
@@ -153,8 +152,7 @@ std::string labels(const Chart& chart, const LevelScale& scale, const Room& room
     std::string text = isEmpty ? "set label 'no samples' at graph 0.5, graph 0.5 center\n" : "";
     for (const PeakLabel& label : peakLabels(chart, scale, room, lines)) {
         text += fmt::format("set label {}.\"\\n\".{} at first {}, first {} center front\n", inQuotes(label.frequency),
-            inQuotes(hundredths(label.peak.level)), chart.axis.text(label.place.frequency_kHz),
-            hundredths(label.place.level));
+            inQuotes(hundredths(label.peak.level)), inMegahertz(label.place.frequency_kHz), hundredths(label.place.level));
     }
     return text;
 }
@@ -180,7 +178,7 @@ std::string stemData(const Chart& chart, const LevelScale& scale)
 {
     std::string text = "$stems << end\n";
     for (const Stem& stem : stemsOf(chart, scale)) {
-        text += fmt::format("{} {} {}\n", chart.axis.text(stem.frequency_kHz), hundredths(stem.foot),
+        text += fmt::format("{} {} {}\n", inMegahertz(stem.frequency_kHz), hundredths(stem.foot),
             hundredths(std::int64_t{stem.top} - stem.foot));
     }
     return text + "end\n";
@@ -257,8 +255,8 @@ std::string frameProgram(const Chart& chart, const PlotOptions& options)
     std::string program = forgotten;
     program += fmt::format("set title {}{} offset 0,0.7\n", inQuotes(chart.title),
         chart.subtitle.empty() ? "" : ".\"\\n\"." + inQuotes(chart.subtitle));
-    program += fmt::format("set xrange {}\nset xtics ({})\nset xlabel 'frequency, {}'", rangeText(chart),
-        listOf(frequencyTicks(chart.range_kHz, chart.step_kHz, chart.axis, room), chart.axis), chart.axis.unit());
+    program += fmt::format("set xrange {}\nset xtics ({})\nset xlabel 'frequency, MHz'", rangeText(chart),
+        listOf(frequencyTicks(chart.range_kHz, room)));
     for (const std::string& note : pictureNotes(chart, options)) {
         program += ".\"\\n\"." + inQuotes(note);
     }
@@ -267,9 +265,9 @@ std::string frameProgram(const Chart& chart, const PlotOptions& options)
         program += bandProgram(chart, band);
     }
     for (const Mark& mark : chart.marks) {
-        program += verticalLine(chart.axis.text(mark.frequency_kHz), "front dashtype 2 linecolor rgb '#000000'");
-        program += fmt::format("set label '{}' at first {}, graph 0.96 left offset 0.4,0 front\n", mark.label,
-            chart.axis.text(mark.frequency_kHz));
+        program += verticalLine(inMegahertz(mark.frequency_kHz), "front dashtype 2 linecolor rgb '#000000'");
+        program += fmt::format(
+            "set label '{}' at first {}, graph 0.96 left offset 0.4,0 front\n", mark.label, inMegahertz(mark.frequency_kHz));
     }
     return program;
 }
@@ -282,8 +280,8 @@ std::string chartProgram(const Chart& chart, const PlotOptions& options)
         + fmt::format("set yrange [{}:{}]\nset ylabel 'level, dBm'\nset ytics {}\n", scale.range_dBm.lowest,
             scale.range_dBm.highest, scale.tick_dB)
         + "set grid ytics linetype 1 linecolor rgb '#d8d8d8' linewidth 1\n" + dataOf(chart, scale) + stemData(chart, scale)
-        + pointsOf("peaks", chart, scale, chart.peaks) + pointsOf("above", chart, scale, outsidersOf(chart, scale, true))
-        + pointsOf("below", chart, scale, outsidersOf(chart, scale, false)) + labels(chart, scale, room) + "plot "
+        + pointsOf("peaks", scale, chart.peaks) + pointsOf("above", scale, outsidersOf(chart, scale, true))
+        + pointsOf("below", scale, outsidersOf(chart, scale, false)) + labels(chart, scale, room) + "plot "
         + items(chart, scale) + "\n";
 }
 

@@ -1,6 +1,5 @@
 #include "apps/sdc/plot/TextFrame.h"
 
-#include "apps/sdc/plot/ChartNotes.h"
 #include "support/Text.h"
 
 #include <algorithm>
@@ -130,10 +129,10 @@ void TextFrame::drawRaster()
 
 void TextFrame::drawTicks()
 {
-    const std::string unit = m_chart.axis.unit();
+    const std::string unit = "MHz";
     m_canvas.write(1, bottom() + 1, unit);
     LabelRow labels(m_canvas, bottom() + 1, static_cast<int>(unit.size()) + 2);
-    for (const Tick& tick : frequencyTicks(m_chart.range_kHz, m_chart.step_kHz, m_chart.axis, room())) {
+    for (const Tick& tick : frequencyTicks(m_chart.range_kHz, room())) {
         m_canvas.put(columnOf(tick.place), bottom(), '+');
         labels.write(columnOf(tick.place), tick.label);
     }

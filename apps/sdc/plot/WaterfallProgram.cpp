@@ -64,7 +64,7 @@ std::string edgesOf(const Chart& chart)
             text +=
                 fmt::format("set arrow from first {0}, graph 0 to first {0}, graph 1 nohead front dashtype 3 linewidth 1.5 "
                             "linecolor rgb '#ffffff'\n",
-                    chart.axis.text(edge_kHz));
+                    inMegahertz(edge_kHz));
         }
     }
     return text;
@@ -82,14 +82,13 @@ std::string waterfallProgram(const ChannelResult& channel, const Chart& chart, c
     const std::string edges = edgesOf(beside);
     beside.bands.clear(); // the levels would hide them
     const Range scale = waterfallScale(chart);
-    const double unit_kHz = chart.axis.decimalsFor(1) == 3 ? 1e3 : 1e6;
-    const double column = static_cast<double>(chart.range_kHz.span()) / (room.width - 1.0) / unit_kHz;
+    const double column = static_cast<double>(chart.range_kHz.span()) / (room.width - 1.0) / 1000.0; // MHz
     const double row = static_cast<double>(waterfall.sweepsOfARow);
     return frameProgram(beside, options) + edges + sweepAxes(waterfall, room) + palette
         + fmt::format("set cbrange [{}:{}]\nset cblabel 'level, dBm'\nunset grid\n", scale.lowest, scale.highest)
         + dataOf(waterfall)
         + fmt::format("plot $levels matrix using ({}+$1*{:.9f}):({}+$2*{}):3 with image notitle\n",
-            chart.axis.text(chart.range_kHz.lowest), column, (row + 1.0) / 2.0, row);
+            inMegahertz(chart.range_kHz.lowest), column, (row + 1.0) / 2.0, row);
 }
 
 } // namespace sdc

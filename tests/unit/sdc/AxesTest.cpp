@@ -3,38 +3,29 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using sdc::FrequencyAxis;
+#include <utility>
+
 using sdc::niceStep;
 using sdc::Room;
 using sdc::roundedUp;
 using sdc::Tick;
 using testing::ElementsAre;
 
-TEST(FrequencyAxes, frequenciesAreInMegahertzBelow10Gigahertz)
+TEST(FrequencyAxes, areInMegahertz)
 {
-    EXPECT_STREQ(FrequencyAxis(9'999'999).unit(), "MHz");
-    EXPECT_EQ(FrequencyAxis(9'999'999).text(7'428'005), "7428.005");
-    EXPECT_STREQ(FrequencyAxis(10'000'000).unit(), "GHz");
-    EXPECT_EQ(FrequencyAxis(10'000'000).text(19'177'500), "19.177500");
-    EXPECT_EQ(FrequencyAxis(10'000'000).text(-1), "-0.000001");
+    EXPECT_EQ(sdc::inMegahertz(7'428'005), "7428.005");
+    EXPECT_EQ(sdc::inMegahertz(19'177'500), "19177.500");
+    EXPECT_EQ(sdc::inMegahertz(-1), "-0.001");
+    EXPECT_EQ(sdc::inMegahertz(19'177'500, 1), "19177.5");
+    EXPECT_EQ(sdc::inMegahertz(19'000'000, 0), "19000");
+    EXPECT_EQ(sdc::inMegahertz(7'428'000, 1), "7428.0");
 }
 
 TEST(FrequencyAxes, decimalsAreThoseThatTellAFrequencyExactly)
 {
-    const FrequencyAxis low(7'000'000);
-    const FrequencyAxis high(19'000'000);
-    const struct {
-        std::int64_t frequency_kHz;
-        int lowDecimals;
-        int highDecimals;
-    } rows[]{{1, 3, 6}, {10, 2, 5}, {1'000, 0, 3}, {27'500, 1, 4}, {1'000'000, 0, 0}, {19'177'500, 1, 4}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(low.decimalsFor(row.frequency_kHz), row.lowDecimals) << row.frequency_kHz;
-        EXPECT_EQ(high.decimalsFor(row.frequency_kHz), row.highDecimals) << row.frequency_kHz;
+    for (const auto& [frequency_kHz, decimals] : {std::pair{1, 3}, {10, 2}, {1'000, 0}, {27'500, 1}, {19'000'000, 0}}) {
+        EXPECT_EQ(sdc::decimalsFor(frequency_kHz), decimals) << frequency_kHz;
     }
-    EXPECT_EQ(high.text(19'177'500, 4), "19.1775");
-    EXPECT_EQ(high.text(19'000'000, 0), "19");
-    EXPECT_EQ(low.text(7'428'000, 1), "7428.0");
 }
 
 TEST(Steps, areOneTwoOrFiveTimesAPowerOfTen)
@@ -55,10 +46,16 @@ TEST(Ticks, ofFrequenciesHaveRoomForTheirLabels)
 {
     const Room wide{.width = 100.0, .height = 20.0, .characterWidth = 1.0, .lineHeight = 1.0};
     const Room narrow{.width = 30.0, .height = 20.0, .characterWidth = 1.0, .lineHeight = 1.0};
-    const FrequencyAxis axis(7'000'000);
-    EXPECT_THAT(sdc::frequencyTicks({6'999'000, 7'011'000}, 500, axis, narrow),
-        ElementsAre(Tick{7'000'000, "7000.0"}, Tick{7'005'000, "7005.0"}, Tick{7'010'000, "7010.0"}));
-    EXPECT_EQ(sdc::frequencyTicks({6'999'000, 7'011'000}, 500, axis, wide).size(), 6U);
+    EXPECT_THAT(sdc::frequencyTicks({6'999'000, 7'011'000}, narrow),
+        ElementsAre(Tick{7'000'000, "7000"}, Tick{7'005'000, "7005"}, Tick{7'010'000, "7010"}));
+    EXPECT_EQ(sdc::frequencyTicks({6'999'000, 7'011'000}, wide).size(), 6U);
+}
+
+TEST(Ticks, ofFrequenciesHaveTheDigitsThatTellThemApart)
+{
+    const Room room{.width = 30.0, .height = 20.0, .characterWidth = 1.0, .lineHeight = 1.0};
+    EXPECT_THAT(sdc::frequencyTicks({19'177'400, 19'178'300}, room),
+        ElementsAre(Tick{19'177'500, "19177.5"}, Tick{19'178'000, "19178.0"}));
 }
 
 TEST(Ticks, ofChannelsAreLabelledWhereThereIsRoom)
@@ -71,4 +68,12 @@ TEST(Ticks, ofChannelsAreLabelledWhereThereIsRoom)
         ElementsAre(Tick{97'600, ""}, Tick{100'000, "0"}, Tick{102'400, ""}));
     EXPECT_TRUE(sdc::channelTicks({94'000, 106'000}, 100'000, 0, room).empty());
     EXPECT_TRUE(sdc::channelTicks({0, 1'001'000}, 0, 1'000, room).empty());
+}
+
+TEST(Ticks, ofChannelsDoNotRunIntoEachOther)
+{
+    const Room room{.width = 60.0, .height = 20.0, .characterWidth = 1.0, .lineHeight = 1.0};
+    const auto ticks = [&](std::int64_t highest_kHz) { return sdc::channelTicks({0, highest_kHz}, 0, 1'000, room); };
+    EXPECT_EQ(ticks(120'000).size(), 121U) << "half a character each";
+    EXPECT_THAT(ticks(121'000), testing::Each(testing::Field(&Tick::label, testing::Not(testing::IsEmpty()))));
 }

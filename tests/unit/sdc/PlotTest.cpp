@@ -61,20 +61,19 @@ TEST(PlotPrograms, whatCouldEndAStringOrBeACommandIsANumber)
 TEST(PlotPrograms, axesAreNamedAndTicked)
 {
     const std::string program = sdc::plotProgram(bandResult(), {});
-    EXPECT_THAT(program, HasSubstr("set xrange [19.166500:19.188500]\n")) << "half a step beside the samples";
-    EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, GHz'\n"));
+    EXPECT_THAT(program, HasSubstr("set xrange [19166.500:19188.500]\n")) << "half a step beside the samples";
+    EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, MHz'\n"));
     EXPECT_THAT(
-        program, HasSubstr(R"(set xtics ("19.170" 19.170000, "19.175" 19.175000, "19.180" 19.180000, "19.185" 19.185000))"));
+        program, HasSubstr(R"(set xtics ("19170" 19170.000, "19175" 19175.000, "19180" 19180.000, "19185" 19185.000))"));
     EXPECT_THAT(program, HasSubstr("set ylabel 'level, dBm'\nset ytics 10\n"));
     EXPECT_THAT(program, HasSubstr("set grid ytics "));
     EXPECT_THAT(program, HasSubstr("set yrange [-105:"));
-    EXPECT_THAT(sdc::plotProgram(scanOf({-9000, -8000}), {}), HasSubstr("set xlabel 'frequency, MHz'\n"));
 }
 
 TEST(PlotPrograms, rasterTicksCountFromTheConfiguredChannel)
 {
     EXPECT_THAT(sdc::plotProgram(bandResult(), {}),
-        HasSubstr("set x2range [19.166500:19.188500]\nset x2tics (\"-1\" 19.170500, \"0\" 19.177500, \"+1\" 19.184500)\n"));
+        HasSubstr("set x2range [19166.500:19188.500]\nset x2tics (\"-1\" 19170.500, \"0\" 19177.500, \"+1\" 19184.500)\n"));
 }
 
 TEST(PlotPrograms, rasterTicksWithoutRoomForLabelsHaveNone)
@@ -87,13 +86,13 @@ TEST(PlotPrograms, rasterTicksWithoutRoomForLabelsHaveNone)
 TEST(PlotPrograms, configuredChannelIsShadedAndHasEdges)
 {
     const std::string program = sdc::plotProgram(bandResult(), {});
-    EXPECT_THAT(program, HasSubstr("set object rectangle from first 19.174000, graph 0 to first 19.181000, graph 1 behind"));
-    EXPECT_THAT(program, HasSubstr("set arrow from first 19.174000, graph 0 to first 19.174000, graph 1 nohead"));
-    EXPECT_THAT(program, HasSubstr("set arrow from first 19.181000, graph 0 to first 19.181000, graph 1 nohead"));
+    EXPECT_THAT(program, HasSubstr("set object rectangle from first 19174.000, graph 0 to first 19181.000, graph 1 behind"));
+    EXPECT_THAT(program, HasSubstr("set arrow from first 19174.000, graph 0 to first 19174.000, graph 1 nohead"));
+    EXPECT_THAT(program, HasSubstr("set arrow from first 19181.000, graph 0 to first 19181.000, graph 1 nohead"));
     auto wide = bandResult();
     wide.channels[0].plan.channelSpacing_kHz = 40'000;
     const std::string clipped = sdc::plotProgram(wide, {});
-    EXPECT_THAT(clipped, HasSubstr("rectangle from first 19.166500, graph 0 to first 19.188500, graph 1 behind"));
+    EXPECT_THAT(clipped, HasSubstr("rectangle from first 19166.500, graph 0 to first 19188.500, graph 1 behind"));
     EXPECT_THAT(clipped, Not(HasSubstr("\nset arrow")));
 }
 
@@ -105,8 +104,8 @@ TEST(PlotPrograms, floorOfReadingsIsDrawn)
 TEST(PlotPrograms, strongestPeaksAreMarkedAndLabelled)
 {
     const std::string program = sdc::plotProgram(bandResult(), {});
-    EXPECT_THAT(program, HasSubstr("$peaks << end\n19.177500 -30.00\nend\n"));
-    EXPECT_THAT(program, HasSubstr(R"(set label "19.1775"."\n"."-30.00" at first 19.177500, first -21.51 center)"));
+    EXPECT_THAT(program, HasSubstr("$peaks << end\n19177.500 -30.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr(R"(set label "19177.5"."\n"."-30.00" at first 19177.500, first -21.51 center)"));
     EXPECT_THAT(program, HasSubstr("$peaks using 1:2 with points"));
     EXPECT_THAT(sdc::plotProgram(scanOf({-9000, -9000}), {}), Not(HasSubstr("$peaks using")));
 }
@@ -152,13 +151,6 @@ TEST(PlotPrograms, manySamplesHaveNoMarkers)
     EXPECT_THAT(
         sdc::plotProgram(scanOf(std::vector<std::int32_t>(150, -9000)), {}), HasSubstr("using 1:2 with linespoints "));
     EXPECT_THAT(sdc::plotProgram(scanOf(std::vector<std::int32_t>(151, -9000)), {}), HasSubstr("using 1:2 with lines "));
-}
-
-TEST(PlotPrograms, ticksHaveTheDigitsThatTellStepsApart)
-{
-    auto fine = bandResult();
-    fine.channels[0].plan.step_kHz = 1250;
-    EXPECT_THAT(sdc::plotProgram(fine, {}), HasSubstr(R"("19.17000" 19.170000)"));
 }
 
 TEST(PlotPrograms, titleSaysWhatWasScannedAndWhen)
@@ -227,7 +219,7 @@ TEST(PlotPrograms, whatIsSaidBelowAddsToTheHeight)
 {
     const std::string program = sdc::plotProgram(bandResult(), {.marks_kHz = {19'177'500}});
     EXPECT_THAT(program, HasSubstr("size 1000,576 "));
-    EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, GHz'.\"\\n\".\"mark 1: 19177.500 MHz, level -30.00 dBm\"\n"));
+    EXPECT_THAT(program, HasSubstr("set xlabel 'frequency, MHz'.\"\\n\".\"mark 1: 19177.500 MHz, level -30.00 dBm\"\n"));
     EXPECT_THAT(sdc::plotProgram(bandResult(), {.width = 300, .marks_kHz = {19'177'000}}), HasSubstr("size 300,592 "))
         << "in lines that fit";
 }
@@ -235,9 +227,9 @@ TEST(PlotPrograms, whatIsSaidBelowAddsToTheHeight)
 TEST(PlotPrograms, marksAreLinesWithTheirNumber)
 {
     const std::string program = sdc::plotProgram(bandResult(), {.marks_kHz = {19'170'000, 1, 19'180'000}});
-    EXPECT_THAT(program, HasSubstr("set arrow from first 19.170000, graph 0 to first 19.170000, graph 1 nohead front"));
-    EXPECT_THAT(program, HasSubstr("set label '1' at first 19.170000, graph 0.96 "));
-    EXPECT_THAT(program, HasSubstr("set label '3' at first 19.180000, graph 0.96 "));
+    EXPECT_THAT(program, HasSubstr("set arrow from first 19170.000, graph 0 to first 19170.000, graph 1 nohead front"));
+    EXPECT_THAT(program, HasSubstr("set label '1' at first 19170.000, graph 0.96 "));
+    EXPECT_THAT(program, HasSubstr("set label '3' at first 19180.000, graph 0.96 "));
     EXPECT_THAT(program, Not(HasSubstr("set label '2'"))) << "outside the plot";
 }
 
@@ -251,9 +243,9 @@ TEST(PlotPrograms, limitIsALineAndInThePicture)
 TEST(PlotPrograms, transmitChannelIsShadedWhereItIsInThePicture)
 {
     const std::string program = sdc::plotProgram(bandResult(), {.duplex_kHz = 7000});
-    EXPECT_THAT(program, HasSubstr("set object rectangle from first 19.181000, graph 0 to first 19.188000, graph 1 behind"));
-    EXPECT_THAT(program, HasSubstr("set label 'TX' at first 19.184500, "));
-    EXPECT_THAT(program, HasSubstr("set label 'RX' at first 19.177500, "));
+    EXPECT_THAT(program, HasSubstr("set object rectangle from first 19181.000, graph 0 to first 19188.000, graph 1 behind"));
+    EXPECT_THAT(program, HasSubstr("set label 'TX' at first 19184.500, "));
+    EXPECT_THAT(program, HasSubstr("set label 'RX' at first 19177.500, "));
     EXPECT_THAT(sdc::plotProgram(bandResult(), {.duplex_kHz = 1'010'000}), Not(HasSubstr("'TX'")));
 }
 
@@ -261,7 +253,7 @@ TEST(PlotPrograms, edgesOfChannelsAreDrawnWhereTheyCanBeTold)
 {
     constexpr const char* look = "graph 1 nohead back linecolor rgb '#e6e6e6'";
     const std::string program = sdc::plotProgram(bandResult(), {});
-    for (const char* const edge : {"19.167000", "19.174000", "19.181000", "19.188000"}) {
+    for (const char* const edge : {"19167.000", "19174.000", "19181.000", "19188.000"}) {
         EXPECT_THAT(program, HasSubstr(std::string("to first ") + edge + ", " + look)) << edge;
     }
     EXPECT_THAT(sdc::plotProgram(scanOf(std::vector<std::int32_t>(300, -9000)), {}), Not(HasSubstr(look)));
