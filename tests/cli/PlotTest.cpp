@@ -46,6 +46,16 @@ TEST_F(Plots, takeSeveralResults)
     EXPECT_THAT(run("plot a.json - <b.json").out, HasSubstr("o standard input, 2026-01-03"));
 }
 
+TEST_F(Plots, showTheTraceChosen)
+{
+    run("scan channel --quiet --repeat 3 --trace min --json b.json --plot b.txt --start-time 2026-01-02T03:04:05Z");
+    EXPECT_THAT(read("b.txt"), HasSubstr("\nv min hold   ^ max hold   * average power"));
+    EXPECT_EQ(run("plot b.json --trace min").out, read("b.txt"));
+    EXPECT_THAT(run("plot b.json").out, HasSubstr("\n^ max hold"));
+    run("compare b.json b.json --trace average --plot both.txt");
+    EXPECT_THAT(read("both.txt"), HasSubstr("3 sweeps, average power"));
+}
+
 TEST_F(Plots, tellWhatIsAskedAtMarksAndLimits)
 {
     const std::string text = run("plot a.json --mark 19177.5 --mark 19180.750 --limit -35 --duplex -1010").out;

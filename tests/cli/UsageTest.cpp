@@ -64,9 +64,11 @@ constexpr Row commandRows[] = {
         "--duplex: invalid duplex distance '1e3'; expected a number of MHz with at most three decimals, such as 1010 or "
         "-1010"},
     {"plot - -", "standard input holds one result; write - once"},
-    {"plot 1 2 3 4 5 6 7", "7 results in one plot cannot be told apart; write at most 6"},
+    {"plot 1 2 3 4 5 6 7 8 9", "9 results in one plot cannot be told apart; write at most 8"},
     {"plot a.json b.json --waterfall", "--waterfall draws one result; write one"},
     {"plot a.json --waterfall --limit -85", "--waterfall has no line for --limit; write one of them"},
+    {"plot a.json --waterfall --trace max",
+        "--waterfall shows each sweep, and --trace chooses of several; write one of them"},
     {"plot a.json --width 9", "--width: invalid size '9'; expected a number from 10 to 10000"},
     {"plot a.json --height 10001", "--height: invalid size '10001'; expected a number from 10 to 10000"},
     {"compare a.json", "'sdc compare' needs AFTER behind it; 'sdc compare --help' tells more"},

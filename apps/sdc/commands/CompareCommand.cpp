@@ -53,8 +53,9 @@ void plotBoth(const CompareCommandOptions& options, const ScanResult& before, co
     constexpr std::size_t longestName = 40;
     const std::vector<Plotted> both{{support::shown(nameOf(options.before), longestName), before},
         {support::shown(nameOf(options.after), longestName), after}};
-    writeFile(options.plot,
-        [&](std::ostream& output) { writeOverlay(output, both, {.format = plotFormat(options.plot).value()}); });
+    writeFile(options.plot, [&](std::ostream& output) {
+        writeOverlay(output, both, {.format = plotFormat(options.plot).value(), .trace = options.comparing.trace});
+    });
 }
 
 /// Tells what has changed between two results; that nothing has, too.

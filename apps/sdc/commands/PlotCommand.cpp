@@ -4,6 +4,7 @@
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/tty/Screen.h"
 #include "support/Text.h"
 
@@ -37,6 +38,8 @@ struct PlotCommandOptions {
     std::optional<std::uint32_t> height; ///< pixels; rows for text
     ColorMode color{};                   ///< of text on standard output
     bool isWaterfall = false;
+    TraceKind trace = usualTrace;
+    bool isTraceChosen = false;
     std::vector<std::uint32_t> marks_kHz;
     std::optional<std::int32_t> limit; ///< hundredths of a dBm
     std::optional<std::int64_t> duplex_kHz;
@@ -98,6 +101,7 @@ PlotOptions plotOptions(const PlotCommandOptions& options, PlotFormat format)
     }
     plotting.width = static_cast<int>(options.width.value_or(static_cast<std::uint32_t>(plotting.width)));
     plotting.height = static_cast<int>(options.height.value_or(static_cast<std::uint32_t>(plotting.height)));
+    plotting.trace = options.trace;
     plotting.marks_kHz = options.marks_kHz;
     plotting.limit = options.limit;
     plotting.duplex_kHz = options.duplex_kHz;
@@ -110,9 +114,12 @@ void checkResults(const PlotCommandOptions& options)
     if (count > mostPlotted) {
         throw UsageError(fmt::format("{} results in one plot cannot be told apart; write at most {}", count, mostPlotted));
     }
-    if (options.isWaterfall && (count > 1 || options.limit)) {
-        throw UsageError(count > 1 ? "--waterfall draws one result; write one"
-                                   : "--waterfall has no line for --limit; write one of them");
+    if (options.isWaterfall && count > 1) {
+        throw UsageError("--waterfall draws one result; write one");
+    }
+    if (options.isWaterfall && (options.limit || options.isTraceChosen)) {
+        throw UsageError(options.limit ? "--waterfall has no line for --limit; write one of them"
+                                       : "--waterfall shows each sweep, and --trace chooses of several; write one of them");
     }
     if (std::ranges::count(options.results, "-") > 1) {
         throw UsageError("standard input holds one result; write - once");
@@ -203,6 +210,7 @@ void addPlot(CLI::App& app, Command& command)
     addParsed(plotting, "--height", options->height, size, "Pixels; rows of text");
     addFlag(
         plotting, "--waterfall", options->isWaterfall, "The sweeps one below the other, a colour or sign for\neach level");
+    const CLI::Option* const trace = addTrace(plotting, options->trace);
     addMarks(plotting, options->marks_kHz);
     const Parsing<std::int32_t> limit{"DBM", "level", "a number of dBm with at most two decimals, such as -85", parseLimit};
     addParsed(plotting, "--limit", options->limit, limit, "Draws a line at a level, and tells what is above it");
@@ -217,7 +225,10 @@ void addPlot(CLI::App& app, Command& command)
                     "  sdc plot scan.json --waterfall --output scan.png\n"
                     "  sdc plot yesterday.json today.json\n"
                     "  sdc plot scan.json --mark 19177.5 --mark 19205 --limit -85\n");
-    plotting.callback([options, &command] { command = [options] { return plot(*options); }; });
+    plotting.callback([options, trace, &command] {
+        options->isTraceChosen = trace->count() > 0;
+        command = [options] { return plot(*options); };
+    });
 }
 
 } // namespace sdc

@@ -10,7 +10,10 @@ namespace {
 
 PlotOptions plotOptions(const WriteOptions& options)
 {
-    return {.format = plotFormat(options.file).value(), .width = options.width, .isColored = options.isColored};
+    return {.format = plotFormat(options.file).value(),
+        .width = options.width,
+        .isColored = options.isColored,
+        .trace = options.trace};
 }
 
 } // namespace

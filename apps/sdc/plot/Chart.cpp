@@ -35,6 +35,7 @@ Trace traceOf(const ChannelResult& channel, TraceKind kind, const Look& look)
 {
     return {.title = "",
         .name = "",
+        .kind = kind,
         .look = look,
         .points = pointsOf(channel, kind),
         .step_kHz = channel.plan.step_kHz,
@@ -48,24 +49,44 @@ Trace named(Trace trace, const std::string& title, const std::string& name)
     return trace;
 }
 
-std::vector<Trace> tracesOfOne(const ChannelResult& channel)
+const char* titleOf(TraceKind kind)
 {
-    if (channel.survey.sweeps() < 2) {
-        return {named(traceOf(channel, TraceKind::max, levelLook), "level", "level")};
-    }
-    return {named(traceOf(channel, TraceKind::average, levelLook), "average power", "average"),
-        named(traceOf(channel, TraceKind::max, maxLook), "max hold", "max"),
-        named(traceOf(channel, TraceKind::min, minLook), "min hold", "min")};
+    return kind == TraceKind::max ? "max hold" : kind == TraceKind::min ? "min hold" : "average power";
 }
 
-std::vector<Trace> tracesOfMany(const std::vector<Member>& members)
+const Look& lookOf(TraceKind kind)
+{
+    return kind == TraceKind::max ? maxLook : kind == TraceKind::min ? minLook : levelLook;
+}
+
+/// @param chosen  comes first
+std::vector<Trace> tracesOfOne(const ChannelResult& channel, TraceKind chosen)
+{
+    if (channel.survey.sweeps() < 2) {
+        return {named(traceOf(channel, chosen, levelLook), "level", "level")};
+    }
+    std::vector<Trace> traces;
+    for (const TraceKind kind : {TraceKind::max, TraceKind::average, TraceKind::min}) {
+        const Trace trace = named(traceOf(channel, kind, lookOf(kind)), titleOf(kind), std::string(toText(kind)));
+        traces.insert(kind == chosen ? traces.begin() : traces.end(), trace);
+    }
+    return traces;
+}
+
+const Trace& holdOf(const Chart& chart, TraceKind kind)
+{
+    return *std::ranges::find(chart.traces, kind, &Trace::kind);
+}
+
+std::vector<Trace> tracesOfMany(const std::vector<Member>& members, TraceKind kind)
 {
     std::vector<Trace> traces;
     for (const Member& member : members) {
         const bool isHold = member.channel.survey.sweeps() > 1;
-        const std::string title = member.name + ", " + whenOf(member.channel) + (isHold ? ", max hold" : "");
+        const std::string title = member.name + ", " + whenOf(member.channel) + incompletenessOf(member.channel)
+            + (isHold ? std::string(", ") + titleOf(kind) : "");
         const Look& look = overlayLooks.at(traces.size() % overlayLooks.size());
-        traces.push_back(named(traceOf(member.channel, TraceKind::max, look), title, member.name));
+        traces.push_back(named(traceOf(member.channel, kind, look), title, member.name));
     }
     return traces;
 }
@@ -127,10 +148,10 @@ std::vector<Mark> marksOf(const Chart& chart, const PlotOptions& options)
     return marks;
 }
 
-std::vector<Point> peaksOf(const ChannelResult& channel)
+std::vector<Point> peaksOf(const ChannelResult& channel, TraceKind kind)
 {
     std::vector<Point> peaks;
-    for (const Peak& peak : analyse(channel).peaks) {
+    for (const Peak& peak : analyse(channel, kind).peaks) {
         if (peak.level <= highestShown) {
             peaks.push_back({peak.frequency_kHz, peak.level});
         }
@@ -162,9 +183,9 @@ Chart chartOf(const std::vector<Member>& members, const PlotOptions& options)
     const ChannelResult& first = members.front().channel;
     Chart chart;
     const bool isOne = members.size() == 1;
-    chart.traces = isOne ? tracesOfOne(first) : tracesOfMany(members);
+    chart.traces = isOne ? tracesOfOne(first, options.trace) : tracesOfMany(members, options.trace);
     chart.areHolds = isOne && first.survey.sweeps() > 1;
-    chart.peaks = isOne ? peaksOf(first) : std::vector<Point>();
+    chart.peaks = isOne ? peaksOf(first, options.trace) : std::vector<Point>();
     chart.range_kHz = rangeOf(members, chart.traces);
     chart.rx_kHz = first.plan.rxFrequency_kHz;
     chart.spacing_kHz = first.plan.channelSpacing_kHz;
@@ -179,7 +200,7 @@ Chart chartOf(const std::vector<Member>& members, const PlotOptions& options)
 
 Range levelsOf(const Chart& chart)
 {
-    constexpr Range usual{-10000, -6000};
+    constexpr Range usual{lowestReading, -6000};
     Range levels = usual;
     const auto include = [&](std::int32_t level) {
         if (level >= lowestShown && level <= highestShown) {
@@ -197,12 +218,11 @@ Range levelsOf(const Chart& chart)
 
 std::vector<Stem> stemsOf(const Chart& chart, const LevelScale& scale)
 {
-    const bool isOne = chart.areHolds || chart.traces.size() == 1;
     std::vector<Stem> stems;
-    if (isOne && !chart.traces.front().isConnected) {
-        const std::vector<Point>& tops = chart.areHolds ? chart.traces[1].points : chart.traces.front().points;
+    if (!chart.isOverlay() && !chart.traces.front().isConnected) {
+        const std::vector<Point>& tops = chart.areHolds ? holdOf(chart, TraceKind::max).points : chart.traces.front().points;
         for (std::size_t index = 0; index < tops.size(); ++index) {
-            const std::int32_t foot = chart.areHolds ? scale.shown(chart.traces[2].points[index].level)
+            const std::int32_t foot = chart.areHolds ? scale.shown(holdOf(chart, TraceKind::min).points[index].level)
                                                      : static_cast<std::int32_t>(scale.range_dBm.lowest * 100);
             stems.push_back({tops[index].frequency_kHz, foot, scale.shown(tops[index].level)});
         }

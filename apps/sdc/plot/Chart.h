@@ -4,6 +4,7 @@
 #include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 
 #include <cstdint>
 #include <optional>
@@ -16,9 +17,6 @@ namespace sdc {
 inline constexpr std::int32_t lowestShown = -20000; // hundredths of a dBm
 inline constexpr std::int32_t highestShown = 6000;
 
-/// A receiver reads no less.
-inline constexpr std::int32_t floorLevel = -9970;
-
 struct Point {
     std::int64_t frequency_kHz;
     std::int32_t level; ///< hundredths of a dBm
@@ -30,6 +28,7 @@ struct Point {
 struct Trace {
     std::string title;
     std::string name; ///< of it among the others, short
+    TraceKind kind;   ///< of several sweeps, which of their levels it shows
     Look look;
     std::vector<Point> points; ///< frequencies ascending
     std::int64_t step_kHz;     ///< from one to the next
@@ -71,11 +70,14 @@ struct Chart {
     std::int64_t spacing_kHz = 0; ///< of the channels of the raster; 0: there is none
     std::vector<Band> bands;
     std::vector<Trace> traces; ///< the first one in front
-    bool areHolds = false;     ///< average, max hold and min hold of one channel
-    std::vector<Point> peaks;  ///< strongest first
+    bool areHolds = false;     ///< of one channel: the trace chosen, then the other two
+    std::vector<Point> peaks;  ///< of the first trace, strongest first
     std::vector<Mark> marks;
     std::optional<std::int32_t> limit; ///< hundredths of a dBm
     std::vector<std::string> notes;    ///< said below, a line each
+
+    /// Whether the traces are those of several results.
+    bool isOverlay() const { return traces.size() > 1 && !areHolds; }
 };
 
 /// The scale of a chart's levels, and what stands on it.
@@ -97,8 +99,8 @@ struct Stem {
 /// @param members  at least one
 Chart chartOf(const std::vector<Member>& members, const PlotOptions& options);
 
-/// The lowest and the highest level that a chart has to show, hundredths of a dBm: always the floor of readings and the
-/// limit.
+/// The lowest and the highest level that a chart has to show, hundredths of a dBm: always the lowest
+/// reading and the limit.
 Range levelsOf(const Chart& chart);
 
 /// From the lower end of the scale to each level; of several sweeps from the weakest to the strongest. Several results, one

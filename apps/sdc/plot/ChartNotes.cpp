@@ -132,7 +132,7 @@ std::string textOf(const Excess& excess)
     return fmt::format("{}{} MHz ({} dBm)", inMegahertz(excess.lowest_kHz), up, hundredths(excess.strongest));
 }
 
-/// @param trace  of one channel the strongest levels, of several results each
+/// @param trace  of one channel the one chosen, of several results each
 void tellExcess(std::vector<std::string>& notes, const Trace& trace, std::int32_t limit, const std::string& who)
 {
     constexpr std::size_t mostTold = 5;
@@ -156,8 +156,8 @@ void tellExcesses(std::vector<std::string>& notes, const Chart& chart)
         return;
     }
     for (const Trace& trace : chart.traces) {
-        const bool isStrongest = !chart.areHolds || trace.look.sign == maxLook.sign;
-        if (isStrongest) {
+        const bool isChosen = !chart.areHolds || &trace == &chart.traces.front();
+        if (isChosen) {
             tellExcess(notes, trace, *chart.limit, chart.traces.size() > 1 ? trace.name + " " : "");
         }
     }
@@ -233,10 +233,6 @@ std::vector<std::string> notesOf(const std::vector<Member>& members, const Chart
     std::vector<std::string> notes;
     tellDifferences(notes, members, whatOf);
     tellDifferences(notes, members, [](const Member& member) { return stepsOf(member.channel); });
-    tellDifferences(notes, members, [](const Member& member) {
-        const std::string missing = incompletenessOf(member.channel);
-        return missing.empty() ? "complete" : missing.substr(2);
-    });
     tellOutsiders(notes, chart);
     tellDuplex(notes, chart, options);
     tellMarks(notes, chart, options);

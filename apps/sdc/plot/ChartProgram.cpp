@@ -157,21 +157,23 @@ std::string labels(const Chart& chart, const LevelScale& scale, const Room& room
     return text;
 }
 
-std::string traceItem(const Trace& trace, std::size_t index)
+/// Of a trace in the plot and in the key.
+std::string drawnWith(const Trace& trace, const Chart& chart)
 {
     constexpr std::size_t mostMarkers = 150; // more of them run into each other
-    const bool hasMarkers = !trace.isConnected || trace.points.size() <= mostMarkers;
-    const char* const lines = hasMarkers ? "linespoints" : "lines";
-    std::string with = trace.isConnected ? lines : "points";
+    constexpr std::size_t fewMarkers = 25;
+    const bool areMany = trace.isConnected && trace.points.size() > mostMarkers;
+    const bool hasMarkers = !areMany || chart.isOverlay();
+    std::string with = !trace.isConnected ? "points" : hasMarkers ? "linespoints" : "lines";
     with += fmt::format(" linecolor rgb '{}' linewidth 1.5 dashtype {}", trace.look.color, trace.look.dash);
     with += hasMarkers ? fmt::format(" pointtype {} pointsize 0.5", trace.look.marker) : "";
-    return fmt::format("$trace{} using 1:2 with {} title {}, \\\n    ", index, with, inQuotes(trace.title));
+    return with + (hasMarkers && areMany ? fmt::format(" pointinterval {}", trace.points.size() / fewMarkers) : "");
 }
 
 std::string levelItem(const Look& look, std::int32_t level, const char* name)
 {
     return fmt::format("{0} with lines linecolor rgb '{1}' dashtype {2} title '{3} {0} dBm'{4}", hundredths(level),
-        look.color, look.dash, name, level == floorLevel ? "" : ", \\\n    ");
+        look.color, look.dash, name, level == lowestReading ? "" : ", \\\n    ");
 }
 
 std::string stemData(const Chart& chart, const LevelScale& scale)
@@ -191,7 +193,13 @@ std::string items(const Chart& chart, const LevelScale& scale)
         ? ""
         : "$stems using 1:2:(0):3 with vectors nohead linecolor rgb '#7a8ca3' linewidth 1 notitle, \\\n    ";
     for (std::size_t index = chart.traces.size(); index-- > 0;) {
-        items += chart.traces[index].points.empty() ? "" : traceItem(chart.traces[index], index);
+        const Trace& trace = chart.traces[index];
+        items += trace.points.empty()
+            ? ""
+            : fmt::format("$trace{} using 1:2 with {} notitle, \\\n    ", index, drawnWith(trace, chart));
+    }
+    for (const Trace& trace : chart.traces) {
+        items += fmt::format("keyentry with {} title {}, \\\n    ", drawnWith(trace, chart), inQuotes(trace.title));
     }
     if (!chart.peaks.empty()) {
         items += "$peaks using 1:2 with points pointtype 11 pointsize 1.2 linecolor rgb '#8a3ffc' title 'peaks', \\\n    ";
@@ -203,7 +211,7 @@ std::string items(const Chart& chart, const LevelScale& scale)
     if (chart.limit) {
         items += levelItem(limitLook, *chart.limit, "limit");
     }
-    return items + levelItem(floorLook, floorLevel, "floor");
+    return items + levelItem(lowestLook, lowestReading, "lowest reading");
 }
 
 } // namespace
@@ -219,10 +227,10 @@ std::string inQuotes(const std::string& text)
     return quoted + "\"";
 }
 
-std::string programHead(const PlotOptions& options, std::size_t plots, std::size_t notes)
+std::string programHead(const PlotOptions& options, std::size_t plots, std::size_t lines)
 {
     const std::int64_t height =
-        (options.height + static_cast<std::int64_t>(notes) * lineHeight_px) * static_cast<std::int64_t>(plots);
+        (options.height + static_cast<std::int64_t>(lines) * lineHeight_px) * static_cast<std::int64_t>(plots);
     const std::string size = fmt::format("size {},{} noenhanced", options.width, std::min<std::int64_t>(mostPixels, height));
     const std::string terminal = options.format == PlotFormat::svg
         ? fmt::format("svg {} font 'sans-serif,13' background '#ffffff'", size)
@@ -247,6 +255,11 @@ Room pictureRoom(const PlotOptions& options)
 std::vector<std::string> pictureNotes(const Chart& chart, const PlotOptions& options)
 {
     return support::wrapped(chart.notes, static_cast<std::size_t>(options.width / characterWidth_px));
+}
+
+std::size_t linesBelow(const Chart& chart, const PlotOptions& options)
+{
+    return pictureNotes(chart, options).size() + (chart.isOverlay() ? chart.traces.size() : 0);
 }
 
 std::string frameProgram(const Chart& chart, const PlotOptions& options)

@@ -17,8 +17,8 @@ namespace sdc {
 std::string inQuotes(const std::string& text);
 
 /// What comes before plots that stand below one another, all of the same size.
-/// @param notes  lines of what is said below each plot, at most
-std::string programHead(const PlotOptions& options, std::size_t plots, std::size_t notes);
+/// @param lines  that stand below each plot beside what every plot has, at most
+std::string programHead(const PlotOptions& options, std::size_t plots, std::size_t lines);
 
 /// What comes behind them.
 std::string programTail(std::size_t plots);
@@ -28,6 +28,9 @@ Room pictureRoom(const PlotOptions& options);
 
 /// What is said below, in lines that fit.
 std::vector<std::string> pictureNotes(const Chart& chart, const PlotOptions& options);
+
+/// What stands below beside what every plot has: what is said, and a line of the key for each of several results.
+std::size_t linesBelow(const Chart& chart, const PlotOptions& options);
 
 /// What the pictures of one channel have in common: title, the axis of frequencies, the raster, channels of the radio,
 /// marks, and what is said below.

@@ -26,7 +26,7 @@ std::int64_t roundedDown(std::int64_t value, std::int64_t step)
 LevelScale textScale(const Chart& chart, int rows)
 {
     constexpr int rowsOfALabel = 2;
-    constexpr std::int64_t margin_dB = 2; // the floor of readings does not lie on the frame
+    constexpr std::int64_t margin_dB = 2; // the lowest reading does not lie on the frame
     const Range levels = levelsOf(chart);
     const int intervals = std::max((rows - 1) * 2 / 3, 1);
     for (const std::int64_t step_dB : {10, 20, 50, 100}) {
@@ -58,7 +58,7 @@ public:
     {
         drawGrid();
         m_frame.draw();
-        drawLevel(floorLook, floorLevel);
+        drawLevel(lowestLook, lowestReading);
         if (m_chart.limit) {
             drawLevel(limitLook, *m_chart.limit);
         }
@@ -159,7 +159,7 @@ std::vector<LegendItem> legendOf(const Chart& chart)
     if (chart.limit) {
         items.push_back({limitLook.sign, limitLook.ansi, "limit " + hundredths(*chart.limit) + " dBm"});
     }
-    items.push_back({floorLook.sign, floorLook.ansi, "floor " + hundredths(floorLevel) + " dBm"});
+    items.push_back({lowestLook.sign, lowestLook.ansi, "lowest reading " + hundredths(lowestReading) + " dBm"});
     return items;
 }
 

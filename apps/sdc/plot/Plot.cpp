@@ -84,11 +84,11 @@ constexpr Kind waterfalls{
 
 std::string programOf(const std::vector<Drawn>& plots, const PlotOptions& options, const Kind& kind)
 {
-    std::size_t notes = 0;
+    std::size_t lines = 0;
     for (const Drawn& plot : plots) {
-        notes = std::max(notes, pictureNotes(plot.chart, options).size());
+        lines = std::max(lines, linesBelow(plot.chart, options));
     }
-    std::string program = programHead(options, plots.size(), notes);
+    std::string program = programHead(options, plots.size(), lines);
     for (const Drawn& plot : plots) {
         program += kind.program(plot, options);
     }

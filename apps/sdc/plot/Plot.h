@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,6 +21,7 @@ struct PlotOptions {
     int width = 0;  ///< pixels, 300 to 10000, usually 1000; columns of text, 40 to 1000, usually 80
     int height = 0; ///< of each channel's plot: pixels, 200 to 10000, usually 560; rows of text, 15 to 500, usually 24
     bool isColored = false;                   ///< of text, by ANSI sequences; pictures always have colours
+    TraceKind trace = usualTrace;             ///< of several sweeps: in front, with its peaks; of several results, each
     std::vector<std::uint32_t> marks_kHz{};   ///< places to mark, and to tell the level of
     std::optional<std::int32_t> limit{};      ///< hundredths of a dBm: a line, and to tell what is above it
     std::optional<std::int64_t> duplex_kHz{}; ///< from the receive to the transmit frequency of the terminal, below 0: down
@@ -31,7 +33,7 @@ struct Plotted {
     const ScanResult& result;
 };
 
-inline constexpr std::size_t mostPlotted = 6;
+inline constexpr std::size_t mostPlotted = 8;
 
 /// The kind of picture that goes into a file, by the ending of its name; text for standard output ("-"). Nothing where the
 /// name tells none.
@@ -52,7 +54,6 @@ std::string plotProgram(const ScanResult& result, const PlotOptions& options);
 void writePlot(std::ostream& stream, const ScanResult& result, const PlotOptions& options);
 
 /// Draws results over one another: one plot for each radio channel that any of them has; what they differ in is said below.
-/// Of several sweeps, their max hold.
 /// @param results  at least one, at most mostPlotted
 /// @throws std::runtime_error as writePlot
 void writeOverlay(std::ostream& stream, const std::vector<Plotted>& results, const PlotOptions& options);

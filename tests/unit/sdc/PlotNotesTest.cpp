@@ -54,7 +54,7 @@ TEST(PlotNotes, tellOfSeveralSweepsAllTraces)
 {
     const auto result = resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})});
     EXPECT_THAT(notesOf(result, {.marks_kHz = {100'000}, .limit = -1000}),
-        ElementsAre("mark 1: 100.000 MHz, average -2.60 dBm, max 0.00 dBm, min -10.00 dBm",
+        ElementsAre("mark 1: 100.000 MHz, max 0.00 dBm, average -2.60 dBm, min -10.00 dBm",
             "max above -10.00 dBm: 100.000 MHz (0.00 dBm)"));
 }
 
@@ -86,12 +86,11 @@ TEST(PlotNotes, tellInWhatResultsDiffer)
             "b.json: 100.000 to 101.000 MHz in steps of 0.500 MHz, receiving at 102.000 MHz, channels of 2.000 MHz"));
 }
 
-TEST(PlotNotes, tellWhichOfSeveralResultsIsNotComplete)
+TEST(PlotNotes, tellWhatIsAboveTheLimitOfTheTraceChosen)
 {
-    auto cut = resultOf({channelOf(1, {cutShort(sweepOf({-9000, -9000, -9000}), 1, sdc::Ending::stopped)})});
-    cut.channels[0].plan = planOf(3);
-    EXPECT_THAT(
-        notesOf(scanOf({-9000, -9000, -9000}), cut), ElementsAre("a.json: complete", "b.json: PARTIAL 1/3, stopped"));
+    const auto result = resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})});
+    EXPECT_THAT(notesOf(result, {.trace = sdc::TraceKind::average, .limit = -1000}),
+        ElementsAre("average above -10.00 dBm: 100.000 MHz (-2.60 dBm)"));
 }
 
 TEST(PlotNotes, tellOfEachResultWhatIsAboveTheLimit)

@@ -1,5 +1,7 @@
 #include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/plot/Chart.h"
 #include "apps/sdc/plot/ChartProgram.h"
+#include "apps/sdc/plot/Looks.h"
 
 #include "TestResults.h"
 
@@ -8,6 +10,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <set>
 
 using namespace testing_results;
 using sdc::Ending;
@@ -96,9 +99,12 @@ TEST(PlotPrograms, configuredChannelIsShadedAndHasEdges)
     EXPECT_THAT(clipped, Not(HasSubstr("\nset arrow")));
 }
 
-TEST(PlotPrograms, floorOfReadingsIsDrawn)
+TEST(PlotPrograms, lowestReadingIsDrawnAndNamedSo)
 {
-    EXPECT_THAT(sdc::plotProgram(bandResult(), {}), HasSubstr("-99.70 with lines"));
+    const std::string program = sdc::plotProgram(bandResult(), {});
+    EXPECT_THAT(program, HasSubstr("-99.70 with lines"));
+    EXPECT_THAT(program, HasSubstr("title 'lowest reading -99.70 dBm'"));
+    EXPECT_THAT(program, Not(HasSubstr("floor")));
 }
 
 TEST(PlotPrograms, strongestPeaksAreMarkedAndLabelled)
@@ -180,18 +186,43 @@ TEST(PlotPrograms, severalSweepsDrawTheirHolds)
 {
     const std::string program =
         sdc::plotProgram(resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})}), {});
-    EXPECT_THAT(program, HasSubstr("$trace0 << end\n100.000 -2.60\n101.000 -50.00\nend\n"));
-    EXPECT_THAT(program, HasSubstr("$trace1 << end\n100.000 0.00\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$trace0 << end\n100.000 0.00\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$trace1 << end\n100.000 -2.60\n101.000 -50.00\nend\n"));
     EXPECT_THAT(program, HasSubstr("$trace2 << end\n100.000 -10.00\n101.000 -50.00\nend\n"));
     EXPECT_THAT(program,
-        HasSubstr("$trace1 using 1:2 with linespoints linecolor rgb '#b3261e' linewidth 1.5 dashtype 2 pointtype 8"));
+        HasSubstr("$trace0 using 1:2 with linespoints linecolor rgb '#b3261e' linewidth 1.5 dashtype 2 pointtype 8"));
     EXPECT_THAT(program,
-        HasSubstr("$trace0 using 1:2 with linespoints linecolor rgb '#0b4f9e' linewidth 1.5 dashtype 1 pointtype 7"));
+        HasSubstr("$trace1 using 1:2 with linespoints linecolor rgb '#0b4f9e' linewidth 1.5 dashtype 1 pointtype 7"));
     EXPECT_THAT(program,
         HasSubstr("$trace2 using 1:2 with linespoints linecolor rgb '#1b7f4b' linewidth 1.5 dashtype 3 pointtype 10"));
     for (const char* const title : {"title \"max hold\"", "title \"average power\"", "title \"min hold\""}) {
         EXPECT_THAT(program, HasSubstr(title));
     }
+}
+
+TEST(PlotPrograms, keyHasTheTracesInTheirOrderAndTheFirstIsDrawnLast)
+{
+    const std::string program =
+        sdc::plotProgram(resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})}), {});
+    EXPECT_THAT(program,
+        testing::ContainsRegex("trace2 using.*\n.*trace1 using.*\n.*trace0 using.*\n.*keyentry.*max hold.*\n.*keyentry.*"
+                               "average power.*\n.*keyentry.*min hold"));
+}
+
+TEST(PlotPrograms, resultsOverOneAnotherAreToldApartWithoutColour)
+{
+    std::set<std::pair<int, int>> looks;
+    for (const sdc::Look& look : sdc::overlayLooks) {
+        looks.emplace(look.dash, look.marker);
+    }
+    EXPECT_EQ(looks.size(), sdc::mostPlotted);
+    const auto result = scanOf(std::vector<std::int32_t>(200, -9000));
+    const sdc::ChannelResult& channel = result.channels[0];
+    const std::string program = sdc::chartProgram(
+        sdc::chartOf({{"a", result, channel}, {"b", result, channel}}, {}), {.width = 1000, .height = 560});
+    EXPECT_THAT(program, HasSubstr("pointtype 7 pointsize 0.5 pointinterval 8 notitle"))
+        << "also where there are many points";
+    EXPECT_THAT(program, HasSubstr("pointtype 4 pointsize 0.5 pointinterval 8 title \"b, "));
 }
 
 TEST(PlotPrograms, channelsStandBelowOneAnother)

@@ -157,7 +157,23 @@ TEST(TextPlots, tracesAreToldApartByTheirSigns)
     for (const char sign : {'*', '^', 'v'}) {
         EXPECT_GE(rowsOf(lines, 40, sign).size(), 1U) << sign;
     }
-    EXPECT_EQ(lines.back(), "* average power   ^ max hold   v min hold   - floor -99.70 dBm");
+    EXPECT_EQ(lines.back(), "^ max hold   * average power   v min hold   - lowest reading -99.70 dBm");
+}
+
+TEST(TextPlots, traceChosenIsInFrontAndBearsThePeaks)
+{
+    // Alone the third sweep has something at 103 MHz; all have the same at 101.
+    const std::vector<std::int32_t> quiet{-9000, -8000, -9000, -9000, -9000, -9000, -9000};
+    const std::vector<std::int32_t> burst{-9000, -8000, -9000, -3000, -9000, -9000, -9000};
+    const auto result = resultOf({channelOf(1, {sweepOf(quiet), sweepOf(quiet), sweepOf(burst)})});
+    const auto linesWith = [&](sdc::TraceKind trace) { return linesOf(textOf(result, {.trace = trace})); };
+    const auto ofMax = linesWith(sdc::TraceKind::max);
+    EXPECT_THAT(ofMax, testing::Contains(HasSubstr(" 103 ")));
+    EXPECT_TRUE(rowsOf(ofMax, 18, '*').empty()) << "where all traces have the same level";
+    const auto ofMin = linesWith(sdc::TraceKind::min);
+    EXPECT_THAT(ofMin, Not(testing::Contains(HasSubstr(" 103 "))));
+    EXPECT_EQ(rowsOf(ofMin, 18, 'v').size(), 1U);
+    EXPECT_EQ(ofMin.back(), "v min hold   ^ max hold   * average power   - lowest reading -99.70 dBm");
 }
 
 TEST(TextPlots, saysTheSameInColourAndWithout)
@@ -179,7 +195,7 @@ TEST(TextPlots, coloursAreSeenOnBlackAndOnWhite)
         };
         return 0.2126 * part(36) + 0.7152 * part(6) + 0.0722 * part(1);
     };
-    std::vector<sdc::Look> looks{sdc::levelLook, sdc::maxLook, sdc::minLook, sdc::limitLook, sdc::floorLook};
+    std::vector<sdc::Look> looks{sdc::levelLook, sdc::maxLook, sdc::minLook, sdc::limitLook, sdc::lowestLook};
     looks.insert(looks.end(), sdc::overlayLooks.begin(), sdc::overlayLooks.end());
     for (const sdc::Look& look : looks) {
         ASSERT_GE(look.ansi, 16) << "others look as each terminal likes";
@@ -220,6 +236,25 @@ TEST(TextPlots, overlayHasAPlotForEachChannelOfAnyResult)
     EXPECT_THAT(text, HasSubstr("channel 2, 2 results\n"));
     EXPECT_THAT(text, HasSubstr("channel 3 is not in a.json\n"));
     EXPECT_THAT(text, Not(HasSubstr("channel 2 is not")));
+}
+
+TEST(TextPlots, overlaySaysOfEachResultWhatIsMissing)
+{
+    auto cut = resultOf({channelOf(1, {cutShort(sweepOf({-9000, -9000, -9000}), 1, sdc::Ending::stopped)})});
+    cut.channels[0].plan = planOf(3);
+    const std::string text = overlayOf({{"a.json", cut}, {"b.json", cut}});
+    EXPECT_THAT(text, HasSubstr("\n* a.json, 2026-01-02 03:04:05 UTC, PARTIAL 1/3, stopped\n"));
+    EXPECT_THAT(text, HasSubstr("\no b.json, 2026-01-02 03:04:05 UTC, PARTIAL 1/3, stopped\n"));
+}
+
+TEST(TextPlots, overlayShowsTheTraceChosen)
+{
+    const auto a = scanOf({-9000, -9000, -9000});
+    const auto b = resultOf({channelOf(1, {sweepOf({-3000, -3000, -3000}), sweepOf({-8000, -8000, -8000})})});
+    const std::string text = overlayOf({{"a.json", a}, {"b.json", b}}, {.trace = sdc::TraceKind::min});
+    EXPECT_THAT(text, HasSubstr("o b.json, 2026-01-02 03:04:05 UTC, 2 sweeps, min hold"));
+    const auto lines = linesOf(text);
+    EXPECT_LE(std::abs(rowsOf(lines, 40, 'o').at(0) - placeOf(scaleOf(lines), -80.0)), 0.5);
 }
 
 TEST(TextPlots, overlayShowsTheStrongestOfSeveralSweeps)
