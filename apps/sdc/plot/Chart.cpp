@@ -6,10 +6,12 @@
 #include "apps/sdc/result/Survey.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 
 namespace sdc {
@@ -148,10 +150,26 @@ std::vector<Mark> marksOf(const Chart& chart, const PlotOptions& options)
     return marks;
 }
 
-std::vector<Point> peaksOf(const ChannelResult& channel, TraceKind kind)
+std::vector<ChannelState> statesOf(const std::vector<RasterChannel>& raster, const Chart& chart)
+{
+    std::vector<ChannelState> states;
+    const bool isOwnAlone =
+        std::ranges::all_of(raster, [](const RasterChannel& one) { return one.state == RasterState::own; });
+    for (const RasterChannel& channel : isOwnAlone ? std::vector<RasterChannel>() : raster) {
+        const std::int64_t centre_kHz = chart.rx_kHz + channel.offset * chart.spacing_kHz;
+        const Range range{std::max(centre_kHz - chart.spacing_kHz / 2, chart.range_kHz.lowest),
+            std::min(centre_kHz + chart.spacing_kHz / 2, chart.range_kHz.highest)};
+        if (range.lowest < range.highest) {
+            states.push_back({range, channel.state});
+        }
+    }
+    return states;
+}
+
+std::vector<Point> pointsOf(const std::vector<Peak>& found)
 {
     std::vector<Point> peaks;
-    for (const Peak& peak : analyse(channel, kind).peaks) {
+    for (const Peak& peak : found) {
         if (peak.level <= highestShown) {
             peaks.push_back({peak.frequency_kHz, peak.level});
         }
@@ -178,6 +196,21 @@ std::int32_t LevelScale::shown(std::int32_t level) const
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(level, range_dBm.lowest * 100, range_dBm.highest * 100));
 }
 
+std::vector<StateLook> statesIn(const Chart& chart)
+{
+    std::vector<StateLook> looks;
+    std::ranges::copy_if(stateLooks, std::back_inserter(looks), [&](const StateLook& look) {
+        return std::ranges::find(chart.states, look.state, &ChannelState::state) != chart.states.end();
+    });
+    return looks;
+}
+
+Chart withoutStates(Chart chart)
+{
+    chart.states.clear();
+    return chart;
+}
+
 Chart chartOf(const std::vector<Member>& members, const PlotOptions& options)
 {
     const ChannelResult& first = members.front().channel;
@@ -185,15 +218,19 @@ Chart chartOf(const std::vector<Member>& members, const PlotOptions& options)
     const bool isOne = members.size() == 1;
     chart.traces = isOne ? tracesOfOne(first, options.trace) : tracesOfMany(members, options.trace);
     chart.areHolds = isOne && first.survey.sweeps() > 1;
-    chart.peaks = isOne ? peaksOf(first, options.trace) : std::vector<Point>();
     chart.range_kHz = rangeOf(members, chart.traces);
     chart.rx_kHz = first.plan.rxFrequency_kHz;
     chart.spacing_kHz = first.plan.channelSpacing_kHz;
     chart.bands = bandsOf(chart, options);
+    if (isOne) {
+        const Analysis analysis = analyse(first, options.trace);
+        chart.peaks = pointsOf(analysis.peaks);
+        chart.states = statesOf(analysis.raster, chart);
+    }
     chart.marks = marksOf(chart, options);
     chart.limit = options.limit;
     chart.title = titleOf(members);
-    chart.subtitle = isOne ? whenOf(first) + incompletenessOf(first) : "";
+    chart.subtitle = isOne ? whenOf(first) + incompletenessOf(first) + verdictOn(members.front()) : "";
     chart.notes = notesOf(members, chart, options);
     return chart;
 }

@@ -3,6 +3,7 @@
 #include "apps/sdc/plot/Axes.h"
 #include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/result/Raster.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 
@@ -41,6 +42,12 @@ struct Band {
     Range range_kHz;
 };
 
+/// A channel of the raster and what is in it; only the part that is in the plot.
+struct ChannelState {
+    Range range_kHz;
+    RasterState state;
+};
+
 /// A place that the user wants to see.
 struct Mark {
     std::string label;
@@ -66,8 +73,9 @@ struct Chart {
     std::string title;
     std::string subtitle;
     Range range_kHz;
-    std::int64_t rx_kHz = 0;      ///< centre of the configured channel
-    std::int64_t spacing_kHz = 0; ///< of the channels of the raster; 0: there is none
+    std::int64_t rx_kHz = 0;          ///< centre of the configured channel
+    std::int64_t spacing_kHz = 0;     ///< of the channels of the raster; 0: there is none
+    std::vector<ChannelState> states; ///< of the channels of the raster, ascending; none where there is but the own one
     std::vector<Band> bands;
     std::vector<Trace> traces; ///< the first one in front
     bool areHolds = false;     ///< of one channel: the trace chosen, then the other two
@@ -95,6 +103,11 @@ struct Stem {
     std::int32_t foot; ///< hundredths of a dBm
     std::int32_t top;
 };
+
+/// The looks of those states that a chart has, the worst first.
+std::vector<StateLook> statesIn(const Chart& chart);
+
+Chart withoutStates(Chart chart);
 
 /// @param members  at least one
 Chart chartOf(const std::vector<Member>& members, const PlotOptions& options);

@@ -1,8 +1,8 @@
 #include "apps/sdc/plot/ChartNotes.h"
 
 #include "apps/sdc/plot/Axes.h"
-#include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/result/Verdict.h"
 #include "support/Text.h"
 #include "support/Time.h"
 
@@ -226,6 +226,26 @@ std::string incompletenessOf(const ChannelResult& channel)
     }
     return (isPartialAnywhere ? fmt::format(", PARTIAL {}/{}", taken, planned) : "")
         + (worst == Ending::complete ? "" : fmt::format(", {}", toText(worst)));
+}
+
+std::string verdictOn(const Member& member)
+{
+    const Verdict verdict = judge(member.channel, member.result.farEnd);
+    return fmt::format("; configured channel: {}{}", toText(verdict.judgement),
+        verdict.kind ? fmt::format(" ({})", toText(*verdict.kind)) : "");
+}
+
+std::vector<std::string> headLines(const Chart& chart, std::size_t width)
+{
+    std::vector<std::string> texts{chart.title};
+    if (!chart.subtitle.empty()) {
+        texts.push_back(chart.subtitle);
+    }
+    std::vector<std::string> lines = support::wrapped(texts, width);
+    for (std::string& line : lines) {
+        line = support::shown(line, width);
+    }
+    return lines;
 }
 
 std::vector<std::string> notesOf(const std::vector<Member>& members, const Chart& chart, const PlotOptions& options)

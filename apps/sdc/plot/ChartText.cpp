@@ -5,6 +5,7 @@
 #include "apps/sdc/plot/TextCanvas.h"
 #include "apps/sdc/plot/TextFrame.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <algorithm>
 #include <cmath>
@@ -168,8 +169,13 @@ std::vector<LegendItem> legendOf(const Chart& chart)
 std::string chartText(const Chart& chart, const PlotOptions& options)
 {
     constexpr int fewestRows = 5;
-    const std::vector<std::string> legend = legendLines(legendOf(chart), options.width, options.isColored);
-    const int around = TextFrame::linesAround + static_cast<int>(legend.size());
+    std::vector<std::string> legend = legendLines(legendOf(chart), options.width, options.isColored);
+    const std::vector<std::string> states = stateLegend(chart, options.width, options.isColored);
+    legend.insert(legend.end(), states.begin(), states.end());
+    const int around = TextFrame::linesAround(chart, options.width) + static_cast<int>(legend.size());
+    if (options.height - around < TextFrame::fewRows && !chart.states.empty()) {
+        return chartText(withoutStates(chart), options);
+    }
     TextPlot plot(chart, options.width, std::max(options.height - around, fewestRows));
     return plot.draw(legend, options.isColored);
 }

@@ -3,6 +3,7 @@
 #include "apps/sdc/plot/Chart.h"
 #include "apps/sdc/plot/ChartProgram.h"
 #include "apps/sdc/plot/ChartText.h"
+#include "apps/sdc/plot/FrameProgram.h"
 #include "apps/sdc/plot/Gnuplot.h"
 #include "apps/sdc/plot/Waterfall.h"
 #include "support/Text.h"

@@ -1,11 +1,16 @@
 #include "apps/sdc/plot/TextFrame.h"
 
+#include "apps/sdc/plot/ChartNotes.h"
+#include "apps/sdc/plot/Looks.h"
+#include "apps/sdc/result/Raster.h"
 #include "support/Text.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <numeric>
+#include <ranges>
 
 namespace sdc {
 
@@ -59,11 +64,33 @@ std::vector<std::string> legendLines(const std::vector<LegendItem>& items, int w
     return lines;
 }
 
+std::vector<std::string> stateLegend(const Chart& chart, int width, bool isColored)
+{
+    std::vector<LegendItem> items;
+    for (const StateLook& look : statesIn(chart)) {
+        items.push_back({look.sign, look.ansi, std::string(toText(look.state)) + (items.empty() ? " channel" : "")});
+    }
+    std::vector<std::string> lines = legendLines(items, width, isColored);
+    if (std::ssize(chart.states) > width && items.size() > 1) {
+        const std::vector<std::string> more = support::wrapped(
+            {"channels that share a letter have that of the first in this order"}, static_cast<std::size_t>(width));
+        lines.insert(lines.end(), more.begin(), more.end());
+    }
+    return lines;
+}
+
+int TextFrame::linesAround(const Chart& chart, int width)
+{
+    constexpr int rasterAndTicks = 2;
+    return static_cast<int>(headLines(chart, static_cast<std::size_t>(width)).size()) + rasterAndTicks
+        + (chart.states.empty() ? 0 : 1);
+}
+
 TextFrame::TextFrame(const Chart& chart, const Sides& sides, int rows)
     : m_chart(chart)
     , m_sides(sides)
     , m_rows(rows)
-    , m_canvas(sides.right + 1, rows + 2)
+    , m_canvas(sides.right + 1, rows + (chart.states.empty() ? 2 : 3))
 {
 }
 
@@ -91,6 +118,7 @@ void TextFrame::draw()
     }
     drawTicks();
     drawRaster();
+    drawStates();
     for (const Band& band : m_chart.bands) {
         for (const std::int64_t edge_kHz : {band.range_kHz.lowest, band.range_kHz.highest}) {
             if (edge_kHz > m_chart.range_kHz.lowest && edge_kHz < m_chart.range_kHz.highest) {
@@ -110,7 +138,7 @@ void TextFrame::draw()
 void TextFrame::drawRaster()
 {
     constexpr int leastColumns = 3; // from one edge to the next
-    LabelRow labels(m_canvas, top() - 1, left() - 1);
+    LabelRow labels(m_canvas, 0, left() - 1);
     const std::int64_t spacing_kHz = m_chart.spacing_kHz;
     const bool hasEdges = columnOf(m_chart.range_kHz.lowest + spacing_kHz) - left() >= leastColumns;
     for (const Tick& tick : channelTicks(m_chart.range_kHz, m_chart.rx_kHz, spacing_kHz, room())) {
@@ -123,6 +151,19 @@ void TextFrame::drawRaster()
         }
         if (!tick.label.empty()) {
             labels.write(columnOf(tick.place), tick.label);
+        }
+    }
+}
+
+/// Above the middle of each channel.
+void TextFrame::drawStates()
+{
+    for (const StateLook& look : std::views::reverse(stateLooks)) {
+        for (const ChannelState& channel : m_chart.states) {
+            if (channel.state == look.state) {
+                const int column = columnOf(std::midpoint(channel.range_kHz.lowest, channel.range_kHz.highest));
+                m_canvas.put(column, top() - 1, look.sign, look.ansi);
+            }
         }
     }
 }
@@ -147,8 +188,10 @@ void TextFrame::labelRow(int row, const std::string& label)
 std::string TextFrame::text(const std::vector<std::string>& legend, bool isColored) const
 {
     const auto width = static_cast<std::size_t>(m_canvas.columns());
-    std::string text = support::shown(m_chart.title, width) + "\n";
-    text += m_chart.subtitle.empty() ? "" : support::shown(m_chart.subtitle, width) + "\n";
+    std::string text;
+    for (const std::string& line : headLines(m_chart, width)) {
+        text += line + "\n";
+    }
     text += m_canvas.text(isColored);
     for (const std::string& line : legend) {
         text += line + "\n";

@@ -20,12 +20,18 @@ struct LegendItem {
 /// A legend in lines of a width.
 std::vector<std::string> legendLines(const std::vector<LegendItem>& items, int width, bool isColored);
 
+/// What the letters above the frame stand for; nothing where there are none.
+std::vector<std::string> stateLegend(const Chart& chart, int width, bool isColored);
+
 /// What pictures of one channel as text have in common: the title, a frame, the axis of frequencies below it, the raster
-/// above, channels of the radio and marks. The upper and the lower side are the ends of the axis of levels; the ends of the
-/// frequencies stand beside the other two.
+/// above and what is in its channels, channels of the radio and marks. The upper and the lower side are the ends of the axis
+/// of levels; the ends of the frequencies stand beside the other two.
 class TextFrame {
 public:
-    static constexpr int linesAround = 4; ///< title, raster, ticks; without legend and notes
+    static constexpr int fewRows = 8; ///< of a frame: where there are no more, states of channels are left out
+
+    /// Lines of the title, the raster and the ticks.
+    static int linesAround(const Chart& chart, int width);
 
     /// Columns of the frame's sides; labels of rows stand left of them.
     struct Sides {
@@ -43,7 +49,7 @@ public:
 
     int left() const { return m_sides.left; }
     int right() const { return m_sides.right; }
-    int top() const { return 1; }
+    int top() const { return m_chart.states.empty() ? 1 : 2; }
     int bottom() const { return top() + m_rows - 1; }
     int columnOf(std::int64_t frequency_kHz) const;
 
@@ -57,6 +63,7 @@ public:
 
 private:
     void drawRaster();
+    void drawStates();
     void drawTicks();
 
     const Chart& m_chart;

@@ -1,6 +1,6 @@
 #include "apps/sdc/plot/Axes.h"
 #include "apps/sdc/plot/Chart.h"
-#include "apps/sdc/plot/ChartProgram.h"
+#include "apps/sdc/plot/FrameProgram.h"
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/plot/Waterfall.h"
 #include "apps/sdc/result/ScanResult.h"
@@ -87,8 +87,8 @@ std::string waterfallProgram(const ChannelResult& channel, const Chart& chart, c
     return frameProgram(beside, options) + edges + sweepAxes(waterfall, room) + palette
         + fmt::format("set cbrange [{}:{}]\nset cblabel 'level, dBm'\nunset grid\n", scale.lowest, scale.highest)
         + dataOf(waterfall)
-        + fmt::format("plot $levels matrix using ({}+$1*{:.9f}):({}+$2*{}):3 with image notitle\n",
-            inMegahertz(chart.range_kHz.lowest), column, (row + 1.0) / 2.0, row);
+        + fmt::format("plot $levels matrix using ({}+$1*{:.9f}):({}+$2*{}):3 with image notitle{}\n",
+            inMegahertz(chart.range_kHz.lowest), column, (row + 1.0) / 2.0, row, stateKey(beside));
 }
 
 } // namespace sdc

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace sdc {
@@ -59,8 +60,13 @@ std::string waterfallText(const ChannelResult& channel, const Chart& chart, cons
 {
     constexpr int fewestRows = 3;
     const Range scale = waterfallScale(chart);
-    const std::vector<std::string> legend = legendLines(legendOf(scale), options.width, options.isColored);
-    const int around = TextFrame::linesAround + static_cast<int>(legend.size()) + 2;
+    std::vector<std::string> legend = legendLines(legendOf(scale), options.width, options.isColored);
+    const std::vector<std::string> states = stateLegend(chart, options.width, options.isColored);
+    legend.insert(legend.end(), states.begin(), states.end());
+    const int around = TextFrame::linesAround(chart, options.width) + static_cast<int>(legend.size()) + 2;
+    if (options.height - around < TextFrame::fewRows && !chart.states.empty()) {
+        return waterfallText(channel, withoutStates(chart), options);
+    }
     const int most = std::max(options.height - around, fewestRows);
     const TextFrame::Sides sides{.left = 9, .right = options.width - 1};
     const Waterfall waterfall =

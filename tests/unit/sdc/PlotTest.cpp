@@ -1,9 +1,12 @@
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/plot/Chart.h"
 #include "apps/sdc/plot/ChartProgram.h"
+#include "apps/sdc/plot/FrameProgram.h"
 #include "apps/sdc/plot/Looks.h"
+#include "apps/sdc/result/Raster.h"
 
 #include "TestResults.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,6 +14,8 @@
 
 #include <cstdlib>
 #include <set>
+#include <stdexcept>
+#include <utility>
 
 using namespace testing_results;
 using sdc::Ending;
@@ -76,7 +81,8 @@ TEST(PlotPrograms, axesAreNamedAndTicked)
 TEST(PlotPrograms, rasterTicksCountFromTheConfiguredChannel)
 {
     EXPECT_THAT(sdc::plotProgram(bandResult(), {}),
-        HasSubstr("set x2range [19166.500:19188.500]\nset x2tics (\"-1\" 19170.500, \"0\" 19177.500, \"+1\" 19184.500)\n"));
+        HasSubstr("set x2range [19166.500:19188.500]\nset x2tics scale 0 offset 0,0.5 (\"-1\" 19170.500, \"0\" 19177.500, "
+                  "\"+1\" 19184.500)\n"));
 }
 
 TEST(PlotPrograms, rasterTicksWithoutRoomForLabelsHaveNone)
@@ -162,11 +168,13 @@ TEST(PlotPrograms, manySamplesHaveNoMarkers)
 TEST(PlotPrograms, titleSaysWhatWasScannedAndWhen)
 {
     EXPECT_THAT(sdc::plotProgram(bandResult(), {}),
-        HasSubstr(R"(set title "test-link, KLM6 18G, sub-band scan"."\n"."2026-01-02 03:04:05 UTC" offset)"));
+        HasSubstr(
+            R"x(set title "test-link, KLM6 18G, sub-band scan"."\n"."2026-01-02 03:04:05 UTC; configured channel: disturbed (carrier)" offset)x"));
     auto result = resultOf({channelOf(4, {sweepOf({-9000}), sweepOf({-9000})}), channelOf(5, {sweepOf({-9000})})});
     result.kind = sdc::ScanKind::channel;
     EXPECT_THAT(sdc::plotProgram(result, {}),
-        HasSubstr(R"("test-link, KLM6 18G, channel scan, channel 4"."\n"."2026-01-02 03:04:05 UTC, 2 sweeps" offset)"));
+        HasSubstr(
+            R"("test-link, KLM6 18G, channel scan, channel 4"."\n"."2026-01-02 03:04:05 UTC, 2 sweeps; configured channel: cannot tell" offset)"));
 }
 
 TEST(PlotPrograms, titleSaysWhatIsMissing)
@@ -174,12 +182,12 @@ TEST(PlotPrograms, titleSaysWhatIsMissing)
     auto result = scanOf({-9000, -8000, -7000});
     sdc::Sweep& sweep = result.channels[0].sweeps[0];
     sweep = cutShort(sweep, 2, Ending::stopped);
-    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, PARTIAL 2/3, stopped\""));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, PARTIAL 2/3, stopped; "));
     result.channels[0].add(sweepOf({-9000, -8000, -7000}));
-    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, 2 sweeps, PARTIAL 5/6, stopped\""));
+    EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, 2 sweeps, PARTIAL 5/6, stopped; "));
     auto failed = scanOf({-9000});
     failed.channels[0].sweeps[0].ending = Ending::failed;
-    EXPECT_THAT(sdc::plotProgram(failed, {}), HasSubstr("UTC, failed\""));
+    EXPECT_THAT(sdc::plotProgram(failed, {}), HasSubstr("UTC, failed; "));
 }
 
 TEST(PlotPrograms, severalSweepsDrawTheirHolds)
@@ -269,6 +277,42 @@ TEST(PlotPrograms, limitIsALineAndInThePicture)
     EXPECT_THAT(sdc::plotProgram(bandResult(), {.limit = -8500}), HasSubstr("\n    -85.00 with lines linecolor rgb"));
     EXPECT_THAT(sdc::plotProgram(bandResult(), {.limit = -14000}), HasSubstr("set yrange [-145:"));
     EXPECT_THAT(sdc::plotProgram(bandResult(), {}), Not(HasSubstr("title 'limit")));
+}
+
+TEST(PlotPrograms, limitMayBeTheLowestReading)
+{
+    EXPECT_THAT(plotOf(bandResult(), {.limit = sdc::lowestReading}), StartsWith("<?xml"));
+}
+
+TEST(PlotPrograms, stripAboveTheFrameTellsWhatIsInEachChannel)
+{
+    const auto result = resultOf({channelOf(1, {sweepOf({-9000, -9000, -9000, -9000, -9000})})});
+    sdc::Chart chart = sdc::chartOf({{"", result, result.channels[0]}}, {});
+    chart.states = {{{99'500, 101'000}, sdc::RasterState::free}, {{101'000, 102'000}, sdc::RasterState::occupied},
+        {{102'000, 103'000}, sdc::RasterState::occupied}, {{103'000, 104'500}, sdc::RasterState::intermittent}};
+    const std::string program = sdc::chartProgram(chart, {.width = 1000, .height = 560});
+    EXPECT_THAT(program, HasSubstr("rectangle from first 99.500, graph 1 to first 101.000, graph 1.0231 noclip"));
+    EXPECT_THAT(program, HasSubstr("rectangle from first 101.000, graph 1 to first 103.000, graph 1.0231 noclip"))
+        << "neighbours with the same state are one";
+    EXPECT_THAT(program,
+        HasSubstr("keyentry with boxes fillcolor rgb '#8f1d16' fillstyle solid 1.0 border rgb '#333333' title "
+                  "'occupied channel', "));
+    EXPECT_THAT(program, HasSubstr("fillstyle empty border rgb '#333333' title 'free'\n"));
+    EXPECT_THAT(program, Not(HasSubstr("title 'unknown")));
+}
+
+TEST(PlotPrograms, statesAreToldApartWithoutColour)
+{
+    std::set<std::string> fills;
+    std::set<char> letters;
+    for (const sdc::StateLook& look : sdc::stateLooks) {
+        const std::string fill = look.fill;
+        const bool isSolid = fill.find("solid") != std::string::npos; // one is dark, the other is not, see below
+        fills.insert(isSolid ? fill : fill.substr(fill.find("fillstyle")));
+        letters.insert(look.sign);
+    }
+    EXPECT_EQ(fills.size(), sdc::rasterStates.size());
+    EXPECT_EQ(letters.size(), sdc::rasterStates.size());
 }
 
 TEST(PlotPrograms, transmitChannelIsShadedWhereItIsInThePicture)

@@ -2,18 +2,29 @@
 
 #include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/plot/Plot.h"
+#include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/Raster.h"
 
 #include "TestResults.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <iterator>
 #include <map>
+#include <ostream>
 #include <regex>
 #include <set>
 #include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
 
 using namespace testing_results;
 using sdc::PlotFormat;
@@ -82,6 +93,21 @@ double placeOf(const std::map<int, double>& scale, double level_dBm)
     return top + (highest - level_dBm) * (bottom - top) / (highest - lowest);
 }
 
+/// Of the own channel, those below have a carrier each, those above have nothing.
+sdc::ScanResult threeChannels(int onEachSide = 1)
+{
+    std::vector<std::int32_t> levels;
+    for (int channel = -onEachSide; channel <= onEachSide; ++channel) {
+        levels.push_back((channel < 0 ? -4000 : -9480) + channel % 3 * 10);
+    }
+    auto result = scanOf(levels);
+    sdc::ChannelResult& channel = result.channels[0];
+    channel.receiver = {1000.0, 20.0, 60.0, -20.0};
+    channel.plan.channelSpacing_kHz = 1000;
+    channel.plan.rxFrequency_kHz = 100'000 + static_cast<std::uint32_t>(onEachSide) * 1000;
+    return surveyed(std::move(result));
+}
+
 } // namespace
 
 TEST(TextPlots, labelsAndSamplesStandOnTheRightRowsInEverySize)
@@ -108,8 +134,8 @@ TEST(TextPlots, endsOfTheScaleAreTheFirstAndTheLastRowOfTheFrame)
     for (int height = 15; height <= 60; ++height) {
         const auto lines = linesOf(textOf(scanOf({-9000, -3000, -9000}), {.height = height}));
         const auto scale = scaleOf(lines);
-        EXPECT_EQ(scale.begin()->first, 3);
-        EXPECT_EQ(scale.rbegin()->first, height - 3) << "ticks and legend are below";
+        EXPECT_THAT(lines.at(static_cast<std::size_t>(scale.begin()->first)), testing::ContainsRegex("^ +-?[0-9]+ [+]-"));
+        EXPECT_THAT(lines.at(static_cast<std::size_t>(scale.rbegin()->first) + 1), testing::StartsWith(" MHz "));
     }
 }
 
@@ -125,8 +151,7 @@ TEST(TextPlots, samplesStandInTheRightColumns)
         ASSERT_NE(top, lines.end());
         const double place = 7.0 + (width - 9) * 2.5 / 7.0;
         EXPECT_LE(std::abs(static_cast<double>(top->find('*')) - place), 0.5) << width;
-        const std::size_t unit = lines[lines.size() - 2].find("MHz");
-        EXPECT_EQ(unit, 1U);
+        EXPECT_THAT(lines, testing::Contains(testing::StartsWith(" MHz ")));
     }
 }
 
@@ -157,7 +182,7 @@ TEST(TextPlots, tracesAreToldApartByTheirSigns)
     for (const char sign : {'*', '^', 'v'}) {
         EXPECT_GE(rowsOf(lines, 40, sign).size(), 1U) << sign;
     }
-    EXPECT_EQ(lines.back(), "^ max hold   * average power   v min hold   - lowest reading -99.70 dBm");
+    EXPECT_THAT(lines, testing::Contains("^ max hold   * average power   v min hold   - lowest reading -99.70 dBm"));
 }
 
 TEST(TextPlots, traceChosenIsInFrontAndBearsThePeaks)
@@ -173,7 +198,7 @@ TEST(TextPlots, traceChosenIsInFrontAndBearsThePeaks)
     const auto ofMin = linesWith(sdc::TraceKind::min);
     EXPECT_THAT(ofMin, Not(testing::Contains(HasSubstr(" 103 "))));
     EXPECT_EQ(rowsOf(ofMin, 18, 'v').size(), 1U);
-    EXPECT_EQ(ofMin.back(), "v min hold   ^ max hold   * average power   - lowest reading -99.70 dBm");
+    EXPECT_THAT(ofMin, testing::Contains("v min hold   ^ max hold   * average power   - lowest reading -99.70 dBm"));
 }
 
 TEST(TextPlots, saysTheSameInColourAndWithout)
@@ -282,11 +307,12 @@ TEST(TextPlots, whatTheScaleDoesNotReachIsAtItsEnds)
 {
     const std::string text = textOf(scanOf({-9000, 2147483647, -9000, -9000, -2147483647 - 1, -9000}));
     const auto lines = linesOf(text);
-    EXPECT_THAT(lines[3], HasSubstr("^"));
-    EXPECT_THAT(lines[lines.size() - 5], HasSubstr("v"));
+    const auto scale = scaleOf(lines);
+    EXPECT_THAT(lines[static_cast<std::size_t>(scale.begin()->first)], HasSubstr("^"));
+    EXPECT_THAT(lines[static_cast<std::size_t>(scale.rbegin()->first)], HasSubstr("v"));
     EXPECT_THAT(text, HasSubstr("\n^ above the plot, the strongest level: 21474836.47 dBm at 101.000 MHz\n"));
     EXPECT_THAT(text, HasSubstr("\nv below the plot, the weakest level: -21474836.48 dBm at 104.000 MHz\n"));
-    EXPECT_EQ(scaleOf(lines).begin()->second, -50.0) << "the scale is that of the others";
+    EXPECT_EQ(scale.begin()->second, -50.0) << "the scale is that of the others";
 }
 
 TEST(TextPlots, peaksBearTheirFrequencyAboveThem)
@@ -302,10 +328,11 @@ TEST(TextPlots, marksAndOwnChannelsAreDrawn)
 {
     const auto lines = linesOf(textOf(scanOf({-9000, -9000, -9000, -9000, -9000, -9000, -9000}),
         {.marks_kHz = {104'000}, .limit = -5000, .duplex_kHz = 4000}));
-    const std::string& below = lines[4];
+    const auto top = static_cast<std::size_t>(scaleOf(lines).begin()->first);
+    const std::string& below = lines[top + 1];
     EXPECT_EQ(std::ranges::count(below, ':'), 3) << "both edges of the receive channel, one of the other is the plot's end";
     EXPECT_EQ(std::ranges::count(below, '!'), 1);
-    EXPECT_EQ(lines[3][below.find('!')], '1');
+    EXPECT_EQ(lines[top][below.find('!')], '1');
     EXPECT_THAT(lines, testing::Contains(HasSubstr("RX")));
     EXPECT_THAT(lines, testing::Contains(HasSubstr("TX")));
     EXPECT_THAT(lines, testing::Contains(testing::ContainsRegex("=====")));
@@ -315,8 +342,57 @@ TEST(TextPlots, marksAndOwnChannelsAreDrawn)
 TEST(TextPlots, rasterIsNumberedAbove)
 {
     const auto lines = linesOf(textOf(scanOf({-9000, -9000, -9000, -9000, -9000, -9000, -9000})));
-    EXPECT_THAT(lines[2], testing::ContainsRegex("^ dBm +-1 +0 +[+]1 +[+]2$"));
-    EXPECT_THAT(lines[3], testing::ContainsRegex("^  -50 [+]-+:-+:-+[+]-+[+]$"));
+    EXPECT_THAT(lines[2], testing::ContainsRegex("^ +-1 +0 +[+]1 +[+]2$"));
+    EXPECT_THAT(lines[4], testing::ContainsRegex("^  -50 [+]-+:-+:-+[+]-+[+]$"));
+}
+
+TEST(TextPlots, lettersAboveTheFrameTellWhatIsInEachChannel)
+{
+    const sdc::ScanResult result = threeChannels();
+    const auto lines = linesOf(textOf(result));
+    const auto raster = sdc::analyse(result.channels[0]).raster;
+    ASSERT_EQ(raster.size(), 3U);
+    ASSERT_EQ(raster[0].state, sdc::RasterState::occupied);
+    ASSERT_EQ(raster[2].state, sdc::RasterState::free);
+    EXPECT_THAT(lines[3], testing::ContainsRegex("^ dBm +O +R +F$"));
+    for (const std::size_t label : {lines[2].find("-1"), lines[2].find('0'), lines[2].find("+1")}) {
+        EXPECT_NE(lines[3].substr(label, 2).find_first_of("ORF"), std::string::npos) << "below the channel's number";
+    }
+    EXPECT_THAT(lines, testing::Contains("R own channel   O occupied   F free"));
+    EXPECT_THAT(textOf(result, {.isColored = true}), HasSubstr("\033[38;5;196mO\033[0m occupied"));
+}
+
+TEST(TextPlots, lettersThatChannelsShareTellTheWorst)
+{
+    sdc::ScanResult result = threeChannels(60);
+    const auto lines = linesOf(textOf(result, {.width = 40}));
+    EXPECT_THAT(lines, testing::Contains(testing::ContainsRegex("^ dBm +O+RF+$")));
+    EXPECT_THAT(lines, testing::Contains("channels that share a letter have that"));
+    EXPECT_THAT(linesOf(textOf(result, {.width = 200})), Not(testing::Contains(HasSubstr("share a letter"))));
+}
+
+TEST(TextPlots, lettersGiveWayWhereThereIsNoRoom)
+{
+    const auto lines = linesOf(textOf(threeChannels(), {.width = 40, .height = 15}));
+    EXPECT_THAT(lines, Not(testing::Contains(HasSubstr("own channel"))));
+    EXPECT_EQ(lines.size(), 15U);
+}
+
+TEST(TextPlots, scanOfOneChannelHasNoLetters)
+{
+    auto result = scanOf({-9000});
+    result.channels[0].plan.rxFrequency_kHz = 100'000;
+    EXPECT_THAT(textOf(surveyed(std::move(result))), Not(HasSubstr("own channel")));
+}
+
+TEST(TextPlots, titlesThatAreTooLongAreBroken)
+{
+    auto result = scanOf({-9000, -9000, -9000});
+    result.scenario = "a link with a long name";
+    const auto lines = linesOf(textOf(result, {.width = 40}));
+    EXPECT_THAT(std::vector(lines.begin(), lines.begin() + 4),
+        ElementsAre("a link with a long name, KLM6 18G,", "  sub-band scan", "2026-01-02 03:04:05 UTC; configured",
+            "  channel: cannot tell"));
 }
 
 TEST(TextPlots, withoutSamplesSaySo)
