@@ -75,6 +75,16 @@ TEST_F(Plots, showSweepsOneBelowTheOther)
     EXPECT_EQ(run("plot b.json --waterfall").out, read("b.txt"));
 }
 
+TEST_F(Plots, tellOfAllSweepsThoughTheyAreNotKept)
+{
+    run("scan channel --quiet --repeat 600 --waterfall b.txt --plot c.txt --start-time 2026-01-02T03:04:05Z");
+    EXPECT_THAT(read("b.txt"), HasSubstr("2026-01-02 03:04:05 UTC, 600 sweeps"));
+    EXPECT_THAT(read("b.txt"), HasSubstr("each row shows the strongest levels of "));
+    EXPECT_THAT(read("c.txt"), HasSubstr("2026-01-02 03:04:05 UTC, 600 sweeps"));
+    run("scan channel --quiet --repeat 600 --json b.json --plot d.txt --start-time 2026-01-02T03:04:05Z");
+    EXPECT_EQ(read("c.txt"), read("d.txt"));
+}
+
 TEST_F(Plots, endTheirGnuplotWhenTheyEnd)
 {
     const tests::FakeGnuplot stuck("echo $$ >>process; exec sleep 1000");

@@ -119,11 +119,11 @@ void addRepetition(CLI::App& command, ScanOptions& options)
 /// Keeps what a session tells.
 class Collector : public Sink {
 public:
-    /// @param keepsAll  asked with each sweep; otherwise of the sweeps the last alone is kept, and what all have found
+    /// @param keep  asked with each sweep
     Collector(
-        const Site& site, const SessionPlan& plan, FarEnd farEnd, const OccupancyRule& rule, std::function<bool()> keepsAll)
+        const Site& site, const SessionPlan& plan, FarEnd farEnd, const OccupancyRule& rule, std::function<Keep()> keep)
         : m_rule(rule)
-        , m_keepsAll(std::move(keepsAll))
+        , m_keep(std::move(keep))
     {
         m_result.farEnd = farEnd;
         m_result.scenario = site.name();
@@ -147,14 +147,14 @@ public:
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_result.channels[channel].plan = plan; }
     void onSweepEnd(std::size_t channel, const Sweep& sweep) override
     {
-        m_result.channels[channel].add(sweep, m_keepsAll());
+        m_result.channels[channel].add(sweep, m_keep());
     }
 
     const ScanResult& result() const { return m_result; }
 
 private:
     OccupancyRule m_rule;
-    std::function<bool()> m_keepsAll;
+    std::function<Keep()> m_keep;
     ScanResult m_result;
 };
 
@@ -206,9 +206,9 @@ double samplesOf(const SessionPlan& plan)
 void warnOfSize(const SessionPlan& plan, const OutputOptions& options, Report& report)
 {
     const double samples = samplesOf(plan);
-    if (samples > static_cast<double>(mostSamplesInResult) && needSamples(options.outputs)) {
-        report.tellAlways(fmt::format("{}: 'sdc plot' and 'sdc compare' read no results above {} MiB, so --json, --plot and "
-                                      "--waterfall end with the sweep that makes them so large; --jsonl and --csv have no "
+    if (samples > static_cast<double>(mostSamplesInResult) && keepFor(options.outputs) == Keep::all) {
+        report.tellAlways(fmt::format("{}: 'sdc plot' and 'sdc compare' read no results above {} MiB, so --json ends "
+                                      "with the sweep that makes it so large; --jsonl and --csv have no "
                                       "limit",
             std::isinf(samples) ? "a scan without end" : "a scan of many samples", largestResult_MiB));
     }
@@ -239,7 +239,7 @@ ExitStatus scan(const ScanOptions& options)
 
     const SessionPlan plan = planOf(options, site, channels);
     warnOfSize(plan, options.outputs, report);
-    Collector collector(site, plan, options.farEnd, options.occupancy, [&outputs] { return outputs.keepsSamples(); });
+    Collector collector(site, plan, options.farEnd, options.occupancy, [&outputs] { return outputs.keep(); });
     outputs.open(collector.result());
     std::vector<Sink*> sinks = outputs.sinks();
     sinks.insert(sinks.begin(), {&report, &collector});

@@ -30,7 +30,7 @@ struct Format {
     void (*write)(std::ostream& stream, const ScanResult& result, const WriteOptions& options) = nullptr;
     std::unique_ptr<LiveFormat> (*makeLive)(const ScanResult& run, std::vector<Lines*> files) = nullptr;
     bool isPerChannel = false;                                   ///< a file for each channel
-    bool needsSamples = false;                                   ///< of all sweeps, at the end
+    Keep keep = Keep::last;                                      ///< what it needs at the end
     std::string (*nameError)(const std::string& file) = nullptr; ///< what is wrong with a file's name; empty: nothing
     std::string (*obstacle)(const std::string& file) = nullptr;  ///< why it cannot be written; empty: nothing is known
 };
@@ -67,7 +67,7 @@ inline constexpr Format formats[] = {
     {.name = "json",
         .help = "JSON: all that is known of the scan; ends with the\nsweep that brings it to 64 MiB",
         .write = writeJson,
-        .needsSamples = true},
+        .keep = Keep::all},
     {.name = "sweep",
         .help = "Rows as power scanners of receivers write them;\nof several channels a file each: NAME-1.csv",
         .makeLive = makeSweepRows,
@@ -78,13 +78,12 @@ inline constexpr Format formats[] = {
     {.name = "plot",
         .help = "Picture: .svg, .png or .txt; - is text",
         .write = writePicture,
-        .needsSamples = true,
         .nameError = plotNameError,
         .obstacle = plotObstacle},
     {.name = "waterfall",
         .help = "Picture of sweeps one below the other",
         .write = writeWaterfallPicture,
-        .needsSamples = true,
+        .keep = Keep::history,
         .nameError = plotNameError,
         .obstacle = plotObstacle},
 };

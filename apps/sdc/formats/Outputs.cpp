@@ -24,6 +24,12 @@ namespace {
 
 constexpr const char* standardOutput = "-";
 
+/// The samples of all sweeps.
+bool needsAll(const Output& output)
+{
+    return output.format->keep == Keep::all;
+}
+
 WriteOptions writeOptions(const Output& output, const OutputOptions& options)
 {
     const bool isStandard = output.file == standardOutput;
@@ -70,9 +76,13 @@ bool isLiveOnTerminal(const std::vector<Output>& outputs)
     return isTerminal(STDOUT_FILENO) && std::ranges::any_of(outputs, isLive);
 }
 
-bool needSamples(const std::vector<Output>& outputs)
+Keep keepFor(const std::vector<Output>& outputs)
 {
-    return std::ranges::any_of(outputs, [](const Output& output) { return output.format->needsSamples; });
+    Keep keep = Keep::last;
+    for (const Output& output : outputs) {
+        keep = std::max(keep, output.format->keep);
+    }
+    return keep;
 }
 
 Outputs::Outputs(OutputOptions options, std::vector<std::uint32_t> channels, std::function<void(const std::string&)> tell)
@@ -167,10 +177,19 @@ std::vector<Sink*> Outputs::sinks()
     return sinks;
 }
 
+Keep Outputs::keep() const
+{
+    std::vector<Output> left = m_options.outputs;
+    if (m_isFull) {
+        std::erase_if(left, needsAll);
+    }
+    return keepFor(left);
+}
+
 bool Outputs::isAnyWanted() const
 {
     const auto isWhole = [this](const Output& output) {
-        return output.format->makeLive == nullptr && !(output.format->needsSamples && m_isFull);
+        return output.format->makeLive == nullptr && !(needsAll(output) && m_isFull);
     };
     const auto isOpen = [](const Live& live) {
         return std::ranges::any_of(live.files, [](const auto& file) { return file->isOpen(); });
@@ -181,7 +200,7 @@ bool Outputs::isAnyWanted() const
 /// A result that has become too large would be read by nobody, and its samples would fill the memory.
 void Outputs::onSweepBegin(std::size_t, const ScanPlan&)
 {
-    if (keepsSamples() && m_kept >= mostSamplesInResult) {
+    if (keep() == Keep::all && m_kept >= mostSamplesInResult) {
         writeWhatIsFull();
         m_isFull = true;
     }
@@ -190,7 +209,7 @@ void Outputs::onSweepBegin(std::size_t, const ScanPlan&)
 void Outputs::writeWhatIsFull()
 {
     for (const Output& output : m_options.outputs) {
-        if (output.format->needsSamples) {
+        if (needsAll(output)) {
             attempt([&] {
                 writeWhole(output);
                 throw std::runtime_error(fmt::format("{} ends with sweep {}: it is as large as a result may be; --jsonl and "
@@ -230,7 +249,7 @@ void Outputs::onEnd(Ending)
         }
     }
     for (const Output& output : m_options.outputs) {
-        if (output.format->makeLive == nullptr && !(output.format->needsSamples && m_isFull)) {
+        if (output.format->makeLive == nullptr && !(needsAll(output) && m_isFull)) {
             attempt([&] { writeWhole(output); });
         }
     }

@@ -40,8 +40,8 @@ bool usesStandardOutput(const std::vector<Output>& outputs);
 /// Whether lines appear on a terminal, on standard output, while a scan runs.
 bool isLiveOnTerminal(const std::vector<Output>& outputs);
 
-/// Whether one of the outputs needs the samples of all sweeps, and not of the last alone.
-bool needSamples(const std::vector<Output>& outputs);
+/// What has to be kept of the sweeps for the outputs.
+Keep keepFor(const std::vector<Output>& outputs);
 
 /// The outputs of a scan: the live formats while it runs, the others at its end. What cannot be written does not keep the
 /// others from it.
@@ -65,9 +65,9 @@ public:
     /// Whether there is anything left to scan for: not where all readers have gone, or no file takes more.
     bool isAnyWanted() const;
 
-    /// Whether the result must have the samples of all sweeps so far, and not of the last alone. Where it has as many as
-    /// fit into a file that is read, the outputs that need them are written and need no more.
-    bool keepsSamples() const { return needSamples(m_options.outputs) && !m_isFull; }
+    /// What the result has to keep of the next sweep. Where it has as many samples as fit into a file that is read, the
+    /// outputs that need all of them are written and need no more.
+    Keep keep() const;
 
     /// Whether all went well so far. A reader that has had enough is no failure.
     bool areAllWritten() const { return m_areAllWritten; }

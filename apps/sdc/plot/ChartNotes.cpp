@@ -1,6 +1,7 @@
 #include "apps/sdc/plot/ChartNotes.h"
 
 #include "apps/sdc/plot/Axes.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/result/Verdict.h"
 #include "support/Text.h"
@@ -206,26 +207,23 @@ std::string titleOf(const std::vector<Member>& members)
 
 std::string whenOf(const ChannelResult& channel)
 {
-    const Sweep& first = channel.sweeps.front();
+    const TimePoint start = channel.survey.start();
     const std::size_t count = channel.survey.sweeps();
-    return fmt::format("{} {} UTC{}", support::dateText(first.start), support::clockText(first.start),
+    return fmt::format("{} {} UTC{}", support::dateText(start), support::clockText(start),
         count > 1 ? fmt::format(", {} sweeps", count) : "");
 }
 
 std::string incompletenessOf(const ChannelResult& channel)
 {
-    std::int64_t taken = 0;
-    std::int64_t planned = 0;
-    bool isPartialAnywhere = false;
-    Ending worst = Ending::complete;
-    for (const Sweep& sweep : channel.sweeps) {
-        taken += std::ssize(sweep.samples);
-        planned += channel.plan.samples;
-        isPartialAnywhere = isPartialAnywhere || isPartial(sweep, channel.plan);
-        worst = std::max(worst, sweep.ending);
+    const Survey& survey = channel.survey;
+    std::string text =
+        survey.missing() == 0 ? "" : fmt::format(", PARTIAL {}/{}", survey.taken(), survey.taken() + survey.missing());
+    for (const Ending ending : {Ending::failed, Ending::stopped}) { // the worst
+        if (survey.sweeps(ending) > 0) {
+            return text + fmt::format(", {}", toText(ending));
+        }
     }
-    return (isPartialAnywhere ? fmt::format(", PARTIAL {}/{}", taken, planned) : "")
-        + (worst == Ending::complete ? "" : fmt::format(", {}", toText(worst)));
+    return text;
 }
 
 std::string verdictOn(const Member& member)

@@ -1,6 +1,9 @@
 #include "apps/sdc/plot/Waterfall.h"
 
+#include "apps/sdc/result/History.h"
 #include "support/Time.h"
+
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 
 #include <fmt/format.h>
 
@@ -13,12 +16,12 @@ namespace sdc {
 
 namespace {
 
-/// A sample stands for the slice of spectrum one step wide around it; the strongest of all that share a column is shown.
-void enter(std::vector<std::int32_t>& levels, const Sample& sample, const Range& range_kHz, std::int64_t step_kHz)
+/// A sample stands for a slice of spectrum around it; the strongest of all that share a column is shown.
+void enter(std::vector<std::int32_t>& levels, const SDCResult& sample, const Range& range_kHz, std::int64_t width_kHz)
 {
     const double columns_per_kHz = static_cast<double>(levels.size() - 1) / static_cast<double>(range_kHz.span());
     const double middle = static_cast<double>(sample.frequency_kHz - range_kHz.lowest) * columns_per_kHz;
-    const double half = static_cast<double>(step_kHz) / 2.0 * columns_per_kHz;
+    const double half = static_cast<double>(width_kHz) / 2.0 * columns_per_kHz;
     const std::int64_t nearest = std::llround(middle);
     const std::int64_t first = std::min<std::int64_t>(nearest, std::llround(std::ceil(middle - half)));
     const std::int64_t last = std::max<std::int64_t>(nearest, std::llround(std::ceil(middle + half)) - 1);
@@ -29,20 +32,39 @@ void enter(std::vector<std::int32_t>& levels, const Sample& sample, const Range&
     }
 }
 
+/// One step; of a sweep that stays in one place, the channel.
+std::int64_t widthOfASample(const ScanPlan& plan)
+{
+    return plan.step_kHz == 0 ? plan.channelSpacing_kHz : plan.step_kHz;
+}
+
+/// Of all sweeps where they are there, and otherwise what was kept of them.
+History historyOf(const ChannelResult& channel)
+{
+    if (channel.sweeps.size() != channel.survey.sweeps()) {
+        return channel.history;
+    }
+    History history(History::noLimit);
+    for (const Sweep& sweep : channel.sweeps) {
+        history.add(sweep);
+    }
+    return history;
+}
+
 } // namespace
 
 Waterfall gathered(const ChannelResult& channel, const Range& range_kHz, std::size_t columns, std::size_t mostRows)
 {
-    Waterfall waterfall;
-    waterfall.sweeps = channel.sweeps.size();
-    waterfall.sweepsOfARow = (waterfall.sweeps + mostRows - 1) / mostRows;
-    for (std::size_t index = 0; index < channel.sweeps.size(); ++index) {
-        const Sweep& sweep = channel.sweeps[index];
-        if (index % waterfall.sweepsOfARow == 0) {
-            waterfall.rows.push_back({sweep.start, std::vector<std::int32_t>(columns, Waterfall::nothing)});
+    const History history = historyOf(channel);
+    const std::size_t joined = (history.rows().size() + mostRows - 1) / mostRows;
+    Waterfall waterfall{channel.survey.sweeps(), joined * history.sweepsOfARow(), {}};
+    for (std::size_t index = 0; index < history.rows().size(); ++index) {
+        const History::Row& row = history.rows()[index];
+        if (index % joined == 0) {
+            waterfall.rows.push_back({row.start, std::vector<std::int32_t>(columns, Waterfall::nothing)});
         }
-        for (const Sample& sample : sweep.samples) {
-            enter(waterfall.rows.back().levels, sample, range_kHz, channel.plan.step_kHz);
+        for (const SDCResult& level : row.levels) {
+            enter(waterfall.rows.back().levels, level, range_kHz, widthOfASample(channel.plan));
         }
     }
     return waterfall;

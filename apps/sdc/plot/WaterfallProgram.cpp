@@ -23,10 +23,17 @@ constexpr const char* palette = "set palette defined (0 '#440154', 1 '#472d7b', 
 
 constexpr double colorScale_px = 140.0; // with the times beside it
 
+/// An image has no height unless it has two rows.
+std::size_t imageRows(const Waterfall& waterfall)
+{
+    return std::max<std::size_t>(waterfall.rows.size(), 2);
+}
+
 std::string dataOf(const Waterfall& waterfall)
 {
     std::string text = "$levels << end\n";
-    for (const Waterfall::Row& row : waterfall.rows) {
+    for (std::size_t index = 0; index < imageRows(waterfall); ++index) {
+        const Waterfall::Row& row = waterfall.rows[std::min(index, waterfall.rows.size() - 1)];
         for (const std::int32_t level : row.levels) {
             text += (level == Waterfall::nothing ? "NaN" : hundredths(level)) + " ";
         }
@@ -83,12 +90,13 @@ std::string waterfallProgram(const ChannelResult& channel, const Chart& chart, c
     beside.bands.clear(); // the levels would hide them
     const Range scale = waterfallScale(chart);
     const double column = static_cast<double>(chart.range_kHz.span()) / (room.width - 1.0) / 1000.0; // MHz
-    const double row = static_cast<double>(waterfall.sweepsOfARow);
+    const double row = static_cast<double>(waterfall.rows.size() * waterfall.sweepsOfARow)
+        / static_cast<double>(imageRows(waterfall)); // sweeps
     return frameProgram(beside, options) + edges + sweepAxes(waterfall, room) + palette
-        + fmt::format("set cbrange [{}:{}]\nset cblabel 'level, dBm'\nunset grid\n", scale.lowest, scale.highest)
+        + fmt::format("set cbrange [{}:{}]\nset cblabel 'level, dBm' offset 1,0\nunset grid\n", scale.lowest, scale.highest)
         + dataOf(waterfall)
         + fmt::format("plot $levels matrix using ({}+$1*{:.9f}):({}+$2*{}):3 with image notitle{}\n",
-            inMegahertz(chart.range_kHz.lowest), column, (row + 1.0) / 2.0, row, stateKey(beside));
+            inMegahertz(chart.range_kHz.lowest), column, 0.5 + row / 2.0, row, stateKey(beside));
 }
 
 } // namespace sdc

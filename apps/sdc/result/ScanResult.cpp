@@ -22,10 +22,17 @@ std::string megahertz(std::uint32_t frequency_kHz)
     return fmt::format("{}.{:03}", frequency_kHz / 1000, frequency_kHz % 1000);
 }
 
-void ChannelResult::add(Sweep sweep, bool keepsAll)
+void ChannelResult::add(Sweep sweep, Keep keep)
 {
     survey.add(sweep, plan, receiver);
-    if (!keepsAll) {
+    if (keep == Keep::history) {
+        // All of them may have been kept so far.
+        for (const Sweep& before : history.rows().empty() ? std::exchange(sweeps, {}) : std::vector<Sweep>{}) {
+            history.add(before);
+        }
+        history.add(sweep);
+    }
+    if (keep != Keep::all) {
         sweeps.clear();
     }
     sweeps.push_back(std::move(sweep));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/result/History.h"
 #include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
@@ -35,6 +36,13 @@ constexpr std::string_view toText(FarEnd farEnd)
     return farEnds.at(static_cast<std::size_t>(farEnd));
 }
 
+/// What is kept of sweeps beside what the survey knows.
+enum class Keep : std::uint8_t {
+    last,    ///< the last one
+    history, ///< the last one, and a history of all
+    all,
+};
+
 /// What the sweeps of one channel found; at least one.
 struct ChannelResult {
     std::uint32_t channel = 0; ///< radio channel number
@@ -43,10 +51,10 @@ struct ChannelResult {
     ScanPlan plan;             ///< of the last sweep; plan.samples tells how many samples each sweep should have
     std::vector<Sweep> sweeps; ///< in the order made: all of them, or the last alone where nobody asks for the others
     Survey survey;             ///< of all sweeps
+    History history{};         ///< of all sweeps, where that is what is kept of them
 
     /// One sweep more.
-    /// @param keepsAll  otherwise those before it are forgotten; the survey still knows what they found
-    void add(Sweep sweep, bool keepsAll = true);
+    void add(Sweep sweep, Keep keep = Keep::all);
 };
 
 /// How a result was made, so that it can be made again.

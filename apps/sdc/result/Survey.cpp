@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <numeric>
 
 namespace sdc {
@@ -25,7 +26,10 @@ std::int32_t levelOf(const Hold& hold, TraceKind kind)
 
 void Survey::add(const Sweep& sweep, const terminal::ScanPlan& plan, const ReceiverData& receiver)
 {
+    m_start = m_sweeps == 0 ? sweep.start : m_start;
     ++m_sweeps;
+    m_taken += sweep.samples.size();
+    m_missing += static_cast<std::uint64_t>(std::max<std::int64_t>(plan.samples - std::ssize(sweep.samples), 0));
     ++m_endings.at(static_cast<std::size_t>(sweep.ending));
     m_occupancy.add(sweep, plan, receiver);
     m_check.add(sweep, receiver);

@@ -69,6 +69,9 @@ public:
 
     std::size_t sweeps() const { return m_sweeps; } ///< number of those added
     std::size_t sweeps(Ending ending) const { return m_endings.at(static_cast<std::size_t>(ending)); }
+    TimePoint start() const { return m_start; }         ///< of the first one
+    std::uint64_t taken() const { return m_taken; }     ///< samples of all of them
+    std::uint64_t missing() const { return m_missing; } ///< samples planned and not taken
 
     /// The holds of all frequencies that any sweep reached, ascending, each over the sweeps that reached it.
     std::vector<Hold> holds() const;
@@ -106,6 +109,9 @@ private:
     static constexpr std::size_t mostStep = 1000;
 
     std::size_t m_sweeps = 0;
+    TimePoint m_start{};
+    std::uint64_t m_taken = 0;
+    std::uint64_t m_missing = 0;
     std::array<std::size_t, endings.size()> m_endings{}; ///< number of sweeps that ended so
     std::array<std::size_t, mostStep + 1> m_steps{};
     std::size_t m_pairs = 0;                      ///< of readings at one frequency in two sweeps

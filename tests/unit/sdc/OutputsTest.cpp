@@ -53,12 +53,12 @@ TEST_F(OutputsOfAScan, thatNeedSamplesAreWrittenWhenTheyHaveAsManyAsAResultTakes
     outputs.onSweepEnd(0, longSweep(sdc::mostSamplesInResult - 2 * sdc::samplesPerSweep - 1));
     outputs.onSweepEnd(0, longSweep(0));
     outputs.onSweepBegin(0, {});
-    EXPECT_TRUE(outputs.keepsSamples());
+    EXPECT_EQ(outputs.keep(), sdc::Keep::all);
     EXPECT_FALSE(isThere("json"));
     outputs.onSweepEnd(0, longSweep(1));
     EXPECT_FALSE(isThere("json")) << "no other sweep may come";
     outputs.onSweepBegin(0, {});
-    EXPECT_FALSE(outputs.keepsSamples());
+    EXPECT_EQ(outputs.keep(), sdc::Keep::last);
     EXPECT_TRUE(outputs.isAnyWanted());
     EXPECT_EQ(sdc::readResult(in("json")).channels.size(), 1U);
     std::filesystem::remove(in("json"));

@@ -4,6 +4,7 @@
 #include "apps/sdc/plot/FrameProgram.h"
 #include "apps/sdc/plot/Looks.h"
 #include "apps/sdc/result/Raster.h"
+#include "support/Text.h"
 
 #include "TestResults.h"
 #include "apps/sdc/result/Sweep.h"
@@ -182,11 +183,13 @@ TEST(PlotPrograms, titleSaysWhatIsMissing)
     auto result = scanOf({-9000, -8000, -7000});
     sdc::Sweep& sweep = result.channels[0].sweeps[0];
     sweep = cutShort(sweep, 2, Ending::stopped);
+    result = surveyed(std::move(result));
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, PARTIAL 2/3, stopped; "));
     result.channels[0].add(sweepOf({-9000, -8000, -7000}));
     EXPECT_THAT(sdc::plotProgram(result, {}), HasSubstr("UTC, 2 sweeps, PARTIAL 5/6, stopped; "));
     auto failed = scanOf({-9000});
     failed.channels[0].sweeps[0].ending = Ending::failed;
+    failed = surveyed(std::move(failed));
     EXPECT_THAT(sdc::plotProgram(failed, {}), HasSubstr("UTC, failed; "));
 }
 
@@ -395,6 +398,9 @@ TEST(Plots, textsOfAScenarioAreNoCommands)
         result.channels[0].unitTypeText = text;
         EXPECT_THAT(sdc::plotProgram(result, {}), Not(HasSubstr("\nsystem")));
         EXPECT_EQ(failureOf(result), "") << text;
+        const std::vector<sdc::Plotted> named{{support::shown(text), result}, {"other", result}};
+        EXPECT_THAT(written([&](std::ostream& stream) { sdc::writeOverlay(stream, named, {}); }), StartsWith("<?xml"))
+            << text;
         EXPECT_NE(access(trap.c_str(), F_OK), 0) << text;
     }
     auto result = bandResult();

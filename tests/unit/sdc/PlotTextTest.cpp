@@ -267,6 +267,7 @@ TEST(TextPlots, overlaySaysOfEachResultWhatIsMissing)
 {
     auto cut = resultOf({channelOf(1, {cutShort(sweepOf({-9000, -9000, -9000}), 1, sdc::Ending::stopped)})});
     cut.channels[0].plan = planOf(3);
+    cut = surveyed(std::move(cut));
     const std::string text = overlayOf({{"a.json", cut}, {"b.json", cut}});
     EXPECT_THAT(text, HasSubstr("\n* a.json, 2026-01-02 03:04:05 UTC, PARTIAL 1/3, stopped\n"));
     EXPECT_THAT(text, HasSubstr("\no b.json, 2026-01-02 03:04:05 UTC, PARTIAL 1/3, stopped\n"));

@@ -97,7 +97,7 @@ TEST(Traces, ofSeveralSweepsHaveTheLevelAskedForAtEachFrequency)
 TEST(Surveys, knowWhatForgottenSweepsFound)
 {
     sdc::ChannelResult channel = channelOf(1, {sweepOf({-1000, -5000})});
-    channel.add(sweepOf({0, -5000}), false);
+    channel.add(sweepOf({0, -5000}), sdc::Keep::last);
     ASSERT_EQ(channel.sweeps.size(), 1U);
     EXPECT_EQ(channel.sweeps[0].samples[0].rssi, 0);
     EXPECT_EQ(channel.survey.sweeps(), 2U);

@@ -156,11 +156,11 @@ TEST(TableOutput, onATerminalHasAsManyRowsAsFitAndSaysHowToSeeAll)
 TEST(TableOutput, sweepsThatAreForgottenAreStillCounted)
 {
     auto channel = channelOf(1, {sweepOf({-4000, -9000})});
-    channel.add(cutShort(sweepOf({-5000, -9000}), 1, Ending::failed, "tuning failed"), false);
-    channel.add(cutShort(sweepOf({-5000, -9000}), 1, Ending::failed, "tuning failed"), false);
+    channel.add(cutShort(sweepOf({-5000, -9000}), 1, Ending::failed, "tuning failed"), sdc::Keep::last);
+    channel.add(cutShort(sweepOf({-5000, -9000}), 1, Ending::failed, "tuning failed"), sdc::Keep::last);
     EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("3 sweeps, by "));
     EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("\n2 failed; the last: PARTIAL 1/2, failed: tuning failed\n"));
-    channel.add(sweepOf({-6000, -9000}), false);
+    channel.add(sweepOf({-6000, -9000}), sdc::Keep::last);
     EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("\n2 failed\n"));
     EXPECT_THAT(tableOf(resultOf({channel})), HasSubstr("  100.000   -40.00  -45.19  -60.00  |"));
 }

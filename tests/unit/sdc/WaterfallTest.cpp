@@ -98,6 +98,33 @@ TEST(Waterfalls, moreSweepsThanRowsAreGatheredByTheirStrongest)
     EXPECT_EQ(sdc::gathered(result.channels[0], {100'000, 101'000}, 2, 7).sweepsOfARow, 1U);
 }
 
+TEST(Waterfalls, showWhatWasKeptOfSweepsThatAreGone)
+{
+    auto channel = channelOf(1, {sweepOf({-9000, -9000})});
+    channel.sweeps.clear();
+    channel.survey = {};
+    for (std::size_t sweep = 0; sweep < 1025; ++sweep) {
+        channel.add(sweepOf({-9000, sweep == 700 ? -3000 : -9000}, aMoment + sweep * 1min), sdc::Keep::history);
+    }
+    ASSERT_EQ(channel.sweeps.size(), 1U);
+    const Waterfall waterfall = sdc::gathered(channel, {100'000, 101'000}, 2, 100);
+    EXPECT_EQ(waterfall.sweeps, 1025U);
+    EXPECT_EQ(waterfall.sweepsOfARow, 12U) << "of a history with 257 rows of 4 sweeps";
+    ASSERT_EQ(waterfall.rows.size(), 86U);
+    EXPECT_THAT(waterfall.rows[700 / 12].levels, ElementsAre(-9000, -3000));
+    EXPECT_EQ(waterfall.rows[700 / 12].start, aMoment + 696min);
+    const auto result = resultOf({channel});
+    EXPECT_THAT(textOf(result), HasSubstr("2026-01-02 03:04:05 UTC, 1025 sweeps"));
+}
+
+TEST(Waterfalls, sampleOfAScanInOnePlaceFillsTheChannel)
+{
+    auto result = minutes({{-9000}});
+    result.channels[0].plan.step_kHz = 0;
+    EXPECT_THAT(sdc::gathered(result.channels[0], {98'000, 102'000}, 5, 10).rows[0].levels,
+        ElementsAre(nothing, -9000, -9000, nothing, nothing));
+}
+
 TEST(Waterfalls, hundredThousandSweepsFit)
 {
     const std::vector<std::vector<std::int32_t>> sweeps(100'000, {-9000, -3000});
@@ -187,6 +214,14 @@ TEST(WaterfallPrograms, rowsOfSeveralSweepsStandInTheirMiddle)
     EXPECT_THAT(program, HasSubstr(":(2+$2*3):3 with image"));
     EXPECT_THAT(program, HasSubstr("set yrange [1002.5:0.5]\n"));
     EXPECT_THAT(program, HasSubstr("\"each row shows the strongest levels of 3 sweeps\""));
+}
+
+TEST(WaterfallPrograms, singleSweepIsAnImageOfTwoRows)
+{
+    const std::string program = programOf(minutes({{-9000, -8000}}));
+    EXPECT_THAT(program, testing::ContainsRegex("levels << end\n[^\n]*-80.00[^\n]*\n[^\n]*-80.00[^\n]*\nend\n"));
+    EXPECT_THAT(program, HasSubstr(":(0.75+$2*0.5):3 with image"));
+    EXPECT_THAT(program, HasSubstr("set yrange [1.5:0.5]\n"));
 }
 
 TEST(WaterfallPrograms, areDrawn)
