@@ -25,7 +25,7 @@ constexpr const char* settings = R"(set encoding utf8
 set samples 2
 set border 15 linecolor rgb '#333333'
 set tics nomirror out
-set key below horizontal Left reverse height 0.4
+set key below horizontal Left reverse height 0.4 samplen 3
 )";
 
 constexpr const char* forgotten =
