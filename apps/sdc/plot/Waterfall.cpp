@@ -20,11 +20,12 @@ namespace {
 void enter(std::vector<std::int32_t>& levels, const SDCResult& sample, const Range& range_kHz, std::int64_t width_kHz)
 {
     const double columns_per_kHz = static_cast<double>(levels.size() - 1) / static_cast<double>(range_kHz.span());
-    const double middle = static_cast<double>(sample.frequency_kHz - range_kHz.lowest) * columns_per_kHz;
-    const double half = static_cast<double>(width_kHz) / 2.0 * columns_per_kHz;
-    const std::int64_t nearest = std::llround(middle);
-    const std::int64_t first = std::min<std::int64_t>(nearest, std::llround(std::ceil(middle - half)));
-    const std::int64_t last = std::max<std::int64_t>(nearest, std::llround(std::ceil(middle + half)) - 1);
+    const auto columnsTo = [&](double kHz) { return kHz * columns_per_kHz; }; // one edge is the same for two neighbours
+    const auto offset_kHz = static_cast<double>(sample.frequency_kHz - range_kHz.lowest);
+    const double half_kHz = static_cast<double>(width_kHz) / 2.0;
+    const std::int64_t nearest = std::llround(columnsTo(offset_kHz));
+    const std::int64_t first = std::min<std::int64_t>(nearest, std::llround(std::ceil(columnsTo(offset_kHz - half_kHz))));
+    const std::int64_t last = std::max<std::int64_t>(nearest, std::llround(std::ceil(columnsTo(offset_kHz + half_kHz))) - 1);
     for (std::int64_t column = std::max<std::int64_t>(first, 0);
          column <= std::min<std::int64_t>(last, std::ssize(levels) - 1); ++column) {
         std::int32_t& level = levels[static_cast<std::size_t>(column)];

@@ -78,6 +78,15 @@ TEST(Waterfalls, sampleFillsTheSliceThatItStandsFor)
         ElementsAre(nothing, nothing, -9000, -8000, -7000, nothing, nothing));
 }
 
+TEST(Waterfalls, leaveNoGapBetweenSamples)
+{
+    const auto result = minutes({std::vector<std::int32_t>(378, -9000)});
+    for (std::size_t columns = 379; columns < 1200; ++columns) {
+        const auto levels = sdc::gathered(result.channels[0], {99'500, 477'500}, columns, 10).rows[0].levels;
+        ASSERT_EQ(std::count(levels.begin(), levels.end() - 1, nothing), 0) << columns;
+    }
+}
+
 TEST(Waterfalls, columnShowsTheStrongestOfItsSamples)
 {
     const auto result = minutes({{-9000, -3000, -7000, -8000, -4000, -9000}});
