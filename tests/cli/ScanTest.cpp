@@ -113,8 +113,7 @@ TEST_F(Scan, sweepsForSoLongAndSoOften)
 
 TEST_F(Scan, saysBeforeItThatItsResultWillBeFull)
 {
-    const std::string said =
-        "'sdc plot' and 'sdc compare' read no results above 64 MiB, so --json, --plot and --waterfall end";
+    const std::string said = "'sdc plot' and 'sdc compare' read no results above 64 MiB, so --json ends";
     RunningSdc sdc(folder, {"scan", "sub-band", "--repeat", "2000", "--json", "a.json", "--speed", "1"});
     EXPECT_TRUE(tests::eventually(
         [&] { return read("err.txt").find("sdc: a scan of many samples: " + said) != std::string::npos; }));

@@ -145,10 +145,7 @@ public:
         }
     }
     void onSweepBegin(std::size_t channel, const ScanPlan& plan) override { m_result.channels[channel].plan = plan; }
-    void onSweepEnd(std::size_t channel, const Sweep& sweep) override
-    {
-        m_result.channels[channel].add(sweep, m_keep());
-    }
+    void onSweepEnd(std::size_t channel, const Sweep& sweep) override { m_result.channels[channel].add(sweep, m_keep()); }
 
     const ScanResult& result() const { return m_result; }
 
