@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/sdc/result/ScanResult.h"
-#include "apps/sdc/result/Verdict.h"
+#include "apps/sdc/verdict/Verdict.h"
 
 #include <array>
 #include <cstddef>

@@ -7,7 +7,7 @@
 #include "apps/sdc/result/Sightings.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
-#include "apps/sdc/result/Verdict.h"
+#include "apps/sdc/verdict/Verdict.h"
 #include "support/FieldsJson.h"
 #include "support/ReadableJson.h"
 

@@ -6,7 +6,7 @@
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
-#include "apps/sdc/result/Verdict.h"
+#include "apps/sdc/verdict/Verdict.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

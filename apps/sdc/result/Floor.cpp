@@ -177,7 +177,7 @@ double Leakage::rejected_mW(const Stretch& channel) const
 std::optional<double> Leakage::heardAt_mW(double centre_kHz) const
 {
     std::optional<double> heard_mW;
-    double nearest_kHz = m_spacing_kHz / 4.0;
+    double nearest_kHz = m_spacing_kHz / 2.0;
     for (const Heard& heard : m_heard) {
         const double distance_kHz = std::abs(heard.frequency_kHz - centre_kHz);
         if (distance_kHz <= nearest_kHz) {

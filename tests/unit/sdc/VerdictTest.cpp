@@ -1,6 +1,6 @@
 // What is said of the configured channel, by traces whose levels follow from the rules of what receivers read.
 
-#include "apps/sdc/result/Verdict.h"
+#include "apps/sdc/verdict/Verdict.h"
 #include "TestResults.h"
 
 #include <gtest/gtest.h>

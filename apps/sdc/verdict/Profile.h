@@ -48,6 +48,9 @@ private:
     double m_filterWidth_kHz;
 };
 
+/// The part of a band of one density, 0 to 1, that a filter takes in.
+double shareOfBand(const Stretch& band, double tuning_kHz, double filterWidth_kHz);
+
 /// The best sum of shapes, none of them less than nothing.
 struct Fit {
     double misfit = 0.0;              ///< sum of the squares of the deviations, each in standard deviations
@@ -55,10 +58,10 @@ struct Fit {
     std::vector<double> explained_mW; ///< at each point
 };
 
+/// What one more shape would take of the misfit of a fit, at most.
+double gainOf(const Profile& profile, const Fit& fit, const Shape& shape);
+
 /// @param constant_mW  what is there in any case
 Fit fit(const Profile& profile, double constant_mW, const std::vector<Shape>& shapes);
-
-/// By how much a point lies above what is explained, hundredths of a dB; negative: below.
-double above(const ProfilePoint& point, double explained_mW);
 
 } // namespace sdc

@@ -1,4 +1,4 @@
-#include "apps/sdc/result/Profile.h"
+#include "apps/sdc/verdict/Profile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,6 +10,12 @@ namespace {
 
 /// In which a deviation of a level is told as one of its power.
 constexpr double relativePerLevel = std::numbers::ln10 / 1000.0;
+
+/// Of a deviation in power: so many standard deviations each mW is.
+double weightOf(const ProfilePoint& point)
+{
+    return 1.0 / (milliwatts(point.level) * point.deviation * relativePerLevel);
+}
 
 /// A sum of shapes that comes nearer to a profile step by step: one shape after the other gets the power that is best for
 /// it.
@@ -38,9 +44,8 @@ Fitting::Fitting(const Profile& profile, double constant_mW, const std::vector<S
     , m_powers_mW(shapes.size(), 0.0)
 {
     for (const ProfilePoint& point : profile) {
-        const double power_mW = milliwatts(point.level);
-        m_weights.push_back(1.0 / (power_mW * point.deviation * relativePerLevel));
-        m_rest_mW.push_back(power_mW - constant_mW);
+        m_weights.push_back(weightOf(point));
+        m_rest_mW.push_back(milliwatts(point.level) - constant_mW);
     }
 }
 
@@ -137,11 +142,14 @@ Shape ShapeMaker::line(double frequency_kHz) const
 
 Shape ShapeMaker::band(double low_kHz, double high_kHz) const
 {
-    return shapeOf([&](double tuning_kHz) {
-        const double from_kHz = std::max(low_kHz, tuning_kHz - m_filterWidth_kHz / 2.0);
-        const double to_kHz = std::min(high_kHz, tuning_kHz + m_filterWidth_kHz / 2.0);
-        return std::max(to_kHz - from_kHz, 0.0) / (high_kHz - low_kHz);
-    });
+    return shapeOf([&](double tuning_kHz) { return shareOfBand({low_kHz, high_kHz}, tuning_kHz, m_filterWidth_kHz); });
+}
+
+double shareOfBand(const Stretch& band, double tuning_kHz, double filterWidth_kHz)
+{
+    const double from_kHz = std::max(band.low_kHz, tuning_kHz - filterWidth_kHz / 2.0);
+    const double to_kHz = std::min(band.high_kHz, tuning_kHz + filterWidth_kHz / 2.0);
+    return std::max(to_kHz - from_kHz, 0.0) / band.width_kHz();
 }
 
 Fit fit(const Profile& profile, double constant_mW, const std::vector<Shape>& shapes)
@@ -149,9 +157,17 @@ Fit fit(const Profile& profile, double constant_mW, const std::vector<Shape>& sh
     return Fitting(profile, constant_mW, shapes).run();
 }
 
-double above(const ProfilePoint& point, double explained_mW)
+double gainOf(const Profile& profile, const Fit& fit, const Shape& shape)
 {
-    return point.level - levelOf(std::max(explained_mW, 1e-30));
+    double matched = 0.0;
+    double whole = 0.0;
+    for (std::size_t index = 0; index < profile.size(); ++index) {
+        const double weight = weightOf(profile[index]);
+        const double weighted = shape.shares[index] * weight;
+        matched += weighted * (milliwatts(profile[index].level) - fit.explained_mW[index]) * weight;
+        whole += weighted * weighted;
+    }
+    return whole > 0.0 && matched > 0.0 ? matched * matched / whole : 0.0;
 }
 
 } // namespace sdc

@@ -1,4 +1,4 @@
-#include "apps/sdc/result/Fluctuation.h"
+#include "apps/sdc/verdict/Fluctuation.h"
 
 #include "apps/sdc/result/Floor.h"
 

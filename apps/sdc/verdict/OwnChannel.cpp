@@ -1,7 +1,8 @@
-#include "apps/sdc/result/OwnChannel.h"
+#include "apps/sdc/verdict/OwnChannel.h"
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace sdc {
 
@@ -10,9 +11,16 @@ namespace {
 /// Noise figures are known to some tenths of a dB, and so are rejections.
 constexpr double uncertain = 50.0;
 
+constexpr double highestReading = 0.0; ///< none is higher
+
 constexpr double surely = 3.3; ///< standard deviations, exceeded in one case of two thousand
 
 } // namespace
+
+TraceKind traceOf(OwnLevel level)
+{
+    return level == &OwnReading::mean ? TraceKind::average : TraceKind::max;
+}
 
 OwnChannel::OwnChannel(const ChannelResult& channel)
     : m_channel(channel)
@@ -33,9 +41,10 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
         m_isSeenFromBeside = m_isSeenFromBeside || away_kHz >= 0.75 * width_kHz();
         m_tunings += isOwn ? 1 : 0;
         m_count += isOwn ? spread.readings : 0;
+        m_all.push_back({offset_kHz, spread.mean, static_cast<double>(spread.max), static_cast<double>(spread.min),
+            spread.readings, isOwn});
         if (away_kHz <= std::max(width_kHz(), width_kHz() / 2.0 + filterWidth_kHz() / 2.0)) {
-            m_readings.push_back({offset_kHz, spread.mean, static_cast<double>(spread.max), static_cast<double>(spread.min),
-                spread.readings, isOwn});
+            m_readings.push_back(m_all.back());
         }
     }
     m_isSeenFromBeside = m_isSeenFromBeside && spreads.size() >= fewSamples;
@@ -44,6 +53,42 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
 Leakage OwnChannel::leakage(TraceKind kind) const
 {
     return {receiver(), m_channel.plan, m_channel.survey.trace(kind)};
+}
+
+Leakage OwnChannel::leakageSettled(TraceKind kind) const
+{
+    std::vector<SDCResult> trace = m_channel.survey.trace(kind);
+    for (std::size_t index = trace.size(); index-- > 1;) {
+        const double settled = risenTo(trace[index].rssi, trace[index - 1].rssi);
+        trace[index].rssi = static_cast<std::int32_t>(std::min(settled, highestReading));
+    }
+    return {receiver(), m_channel.plan, trace};
+}
+
+/// What a reading would be had a slow receiver come to rest, where it rose.
+double OwnChannel::risenTo(double reading, double before) const
+{
+    return before < reading ? (reading - m_mostLag * before) / (1.0 - m_mostLag) : reading;
+}
+
+double OwnChannel::noise_mW() const
+{
+    return milliwatts(readingOf(sdc::noise_mW(receiver())));
+}
+
+std::size_t OwnChannel::sweeps() const
+{
+    std::size_t sweeps = 1;
+    for (const OwnReading& reading : m_readings) {
+        sweeps = std::max(sweeps, reading.readings);
+    }
+    return sweeps;
+}
+
+bool OwnChannel::isSlow() const
+{
+    constexpr double notSlow = 0.05;
+    return m_mostLag > notSlow;
 }
 
 double OwnChannel::marginOfMax() const
@@ -56,8 +101,27 @@ double OwnChannel::marginOfMean(std::size_t readings) const
     return 200.0 + surely * m_scatter / std::sqrt(static_cast<double>(readings));
 }
 
+double OwnChannel::most_mW(OwnLevel level, const std::function<double(double)>& share, bool mustBeSeen) const
+{
+    constexpr double leastShare = 0.02;
+    constexpr double wellSeen = 0.2;
+    constexpr double unlike = 200.0;
+    bool isSeen = false;
+    double most_mW = std::numeric_limits<double>::infinity();
+    for (std::size_t index = 0; index < m_all.size(); ++index) {
+        const OwnReading& reading = m_all[index];
+        const double part = share(reading.offset_kHz);
+        if (part >= leastShare) {
+            const double read = index == 0 ? reading.*level : risenTo(reading.*level, m_all[index - 1].*level);
+            isSeen = isSeen || (!reading.isOwn && part > wellSeen);
+            most_mW = std::min(most_mW, power_mW(std::min(read + unlike, highestReading), receiver()) / part);
+        }
+    }
+    return isSeen || !mustBeSeen ? most_mW : 0.0;
+}
+
 /// A receiver that lags still shows a part of the reading before, in dB.
-Profile OwnChannel::profileOf(double OwnReading::*level, double lag) const
+Profile OwnChannel::profileOf(OwnLevel level, double lag) const
 {
     constexpr double unlike = 25.0; // what no emitter is like to the ideal
     Profile profile;
@@ -65,10 +129,11 @@ Profile OwnChannel::profileOf(double OwnReading::*level, double lag) const
         const OwnReading& reading = m_readings[index];
         const double settled =
             index == 0 ? reading.*level : (reading.*level - lag * (m_readings[index - 1].*level)) / (1.0 - lag);
+        const double read = std::clamp(settled, static_cast<double>(lowestReading), highestReading);
+        const double unsaturated = levelOf(power_mW(read, receiver()));
         const double scatter =
             level == &OwnReading::mean ? m_scatter / std::sqrt(static_cast<double>(reading.readings)) : m_scatter;
-        profile.push_back(
-            {reading.offset_kHz, std::max(settled, static_cast<double>(lowestReading)), std::hypot(scatter, unlike)});
+        profile.push_back({reading.offset_kHz, unsaturated, std::hypot(scatter * milliwatts(unsaturated - read), unlike)});
     }
     return profile;
 }
@@ -86,14 +151,14 @@ Readings OwnChannel::fromSweepToSweep() const
     });
 }
 
-/// Time constants of 200 ms occur; units that wait for long have receivers that need it. After each fall the trace shows how
+/// Time constants of 200 ms occur, but seldom more than this; units that wait for long have receivers that need it. After each fall the trace shows how
 /// much of it may have been left.
 double OwnChannel::lagSeen(const std::vector<Spread>& spreads) const
 {
-    constexpr double slowest_ms = 200.0;
+    constexpr double slowest_ms = 150.0;
     constexpr double leastLag = 0.007;
     constexpr double deepFall = 1500.0;
-    const double quiet = readingOf(noise_mW(receiver()));
+    const double quiet = readingOf(noise_mW());
     double lag = std::max(std::exp(-static_cast<double>(m_channel.plan.setRxWait_ms) / slowest_ms), leastLag);
     for (std::size_t index = 1; index < spreads.size(); ++index) {
         const double before = spreads[index - 1].mean - quiet;

@@ -1,0 +1,71 @@
+#include "apps/sdc/verdict/Rules.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace sdc {
+
+namespace {
+
+struct RuleText {
+    Rule rule;
+    Judgement judgement;
+    const char* sentence;
+    std::vector<Help> helps;
+};
+
+const std::vector<RuleText>& rules()
+{
+    static const std::vector<RuleText> texts{
+        {Rule::noSample, Judgement::cannotTell, "no sample was taken in the channel", {Help::channelScan}},
+        {Rule::deadReceiver, Judgement::cannotTell,
+            "a receiver that works does not read this: all the same, or less than its own noise", {Help::checkReceiver}},
+        {Rule::quiet, Judgement::clear,
+            "no reading in the channel is above what the receiver reads of its own noise and of leaks", {}},
+        {Rule::neighboursOnly, Judgement::clear,
+            "what is heard rises towards the edges as carriers in the channels beside do", {}},
+        {Rule::overAllLeaks, Judgement::disturbed,
+            "readings are above the noise and all that can leak into the filter of what the scan shows elsewhere", {}},
+        {Rule::maybeMask, Judgement::cannotTell,
+            "readings are above the noise, but no higher than a strong carrier beside the channel makes them by a poor mask",
+            {Help::channelScan}},
+        {Rule::shapedInChannel, Judgement::disturbed,
+            "what is heard has a shape across the channel that nothing outside of it gives", {}},
+        {Rule::burstInChannel, Judgement::disturbed,
+            "readings were higher now and then, and nothing outside of the channel was so high at the time", {}},
+        {Rule::maybeLeak, Judgement::cannotTell,
+            "readings are above the noise, but no higher and no other than the leak of a strong carrier that the scan does "
+            "not show",
+            {Help::subBandScan}},
+        {Rule::overAnyLeak, Judgement::disturbed,
+            "readings are higher than the strongest carrier makes them that the scan may not show", {}},
+        {Rule::overload, Judgement::disturbed, "the level is higher than any link is designed for", {Help::muteFarEnd}},
+        {Rule::besideCarrierComes, Judgement::disturbed,
+            "something comes and goes on top of the own carrier, other than fading does", {Help::muteFarEnd}},
+        {Rule::besideCarrierShape, Judgement::disturbed,
+            "what is heard is not of the shape of the own carrier and its neighbours", {Help::muteFarEnd}},
+        {Rule::carrierUntold, Judgement::cannotTell,
+            "a carrier is in the channel all the time, and whether it is the far end's was not said",
+            {Help::sayFarEnd, Help::muteFarEnd}},
+        {Rule::carrierAlone, Judgement::cannotTell,
+            "nothing but the shape of the own carrier is heard; what lies under it cannot be", {Help::muteFarEnd}},
+    };
+    return texts;
+}
+
+} // namespace
+
+Verdict verdictBy(Rule rule, std::optional<double> over)
+{
+    constexpr double surely = 600.0;
+    const RuleText& text = *std::ranges::find(rules(), rule, &RuleText::rule);
+    Verdict verdict{.judgement = text.judgement, .rule = text.sentence, .wouldHelp = text.helps};
+    if (over && text.judgement == Judgement::disturbed) {
+        verdict.judgement = *over >= surely ? Judgement::disturbed : Judgement::suspected;
+        verdict.overFloor = static_cast<std::int32_t>(std::lround(*over));
+    }
+    return verdict;
+}
+
+} // namespace sdc

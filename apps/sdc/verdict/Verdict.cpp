@@ -1,0 +1,58 @@
+#include "apps/sdc/verdict/Verdict.h"
+
+#include "apps/sdc/result/Floor.h"
+#include "apps/sdc/verdict/BesideCarrier.h"
+#include "apps/sdc/verdict/Interferer.h"
+#include "apps/sdc/verdict/OwnChannel.h"
+#include "apps/sdc/verdict/Rules.h"
+#include "apps/sdc/verdict/WithoutCarrier.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace sdc {
+
+namespace {
+
+bool isDead(const OwnChannel& own)
+{
+    constexpr std::size_t fewReadings = 4;
+    const double highest = std::ranges::max_element(own.readings(), {}, &OwnReading::max)->max;
+    const double lowest = std::ranges::min_element(own.readings(), {}, &OwnReading::min)->min;
+    const bool isBelowNoise = highest < levelOf(own.noise_mW()) - 4.0 * mostScatter;
+    return isBelowNoise || (own.count() >= fewReadings && highest == lowest && highest > lowestReading);
+}
+
+/// Over the noise.
+bool isRaised(const OwnChannel& own)
+{
+    const double quiet = levelOf(own.noise_mW());
+    return std::ranges::any_of(own.readings(), [&](const OwnReading& reading) {
+        return reading.isOwn
+            && (reading.max > quiet + own.marginOfMax() || reading.mean > quiet + own.marginOfMean(reading.readings));
+    });
+}
+
+} // namespace
+
+Verdict judge(const ChannelResult& channel, FarEnd farEnd)
+{
+    if (channel.plan.channelSpacing_kHz == 0 || channel.receiver.filterWidth_kHz <= 0.0) {
+        return verdictBy(Rule::noSample);
+    }
+    const OwnChannel own(channel);
+    if (own.tunings() == 0) {
+        return verdictBy(Rule::noSample);
+    }
+    if (isDead(own)) {
+        return verdictBy(Rule::deadReceiver);
+    }
+    if (!isRaised(own)) {
+        return verdictBy(Rule::quiet);
+    }
+    Verdict verdict = farEnd == FarEnd::muted ? judgeWithoutCarrier(own) : judgeBesideCarrier(own, farEnd);
+    describeInterferer(verdict, own, farEnd);
+    return verdict;
+}
+
+} // namespace sdc
