@@ -3,7 +3,7 @@
 #include "apps/sdc/plot/Axes.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
-#include "apps/sdc/result/Verdict.h"
+#include "apps/sdc/verdict/Verdict.h"
 #include "support/Text.h"
 #include "support/Time.h"
 

@@ -28,6 +28,11 @@ bool isRefused(const Sample& sample, const ReceiverData& receiver)
 
 } // namespace
 
+bool isLevel(const Sample& sample, const ReceiverData& receiver)
+{
+    return sample.rssi < 0 || receiver.saturation_dBm >= 0.0;
+}
+
 std::vector<SampleFlag> SampleFlags::listed() const
 {
     std::vector<SampleFlag> listed;

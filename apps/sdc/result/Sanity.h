@@ -45,6 +45,9 @@ private:
     std::uint8_t m_bits = 0;
 };
 
+/// Whether a reading can be a level at all: no receiver that saturates below 0 dBm reads that or more.
+bool isLevel(const Sample& sample, const ReceiverData& receiver);
+
 /// @param before  the reading before it, of the same sweep or the one before; null for the first
 SampleFlags flagsOf(const Sample& sample, const Sample* before, const ReceiverData& receiver);
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace sdc {
 
@@ -24,10 +25,8 @@ bool hasMultipath(const OwnChannel& own)
 
 /// Something that comes and goes on top of the carrier: by how much; 0 where fading explains it. Rain lets all of the
 /// carrier fade slowly, multipath takes away of it.
-double comesAndGoes(const OwnChannel& own)
+double comesAndGoes(const Fluctuation& fluctuation, bool isNotched)
 {
-    const Fluctuation fluctuation = fluctuationOf(own.fromSweepToSweep(), own.scatter());
-    const bool isNotched = hasMultipath(own);
     const double rises = std::max(fluctuation.rises, isNotched ? 0.0 : fluctuation.falls);
     if (rises > 0.0 && (!isNotched || fluctuation.rises > fluctuation.falls)) {
         return rises + aboveTheMargin;
@@ -46,11 +45,11 @@ Assumed withCarrier(const OwnChannel& own)
 /// Whether the own carrier with a notch in it looks like that.
 bool mayBeNotched(const OwnChannel& own)
 {
-    constexpr int steps = 9;
+    constexpr int steps = 18;
     const double width_kHz = own.width_kHz();
-    for (const double width : {0.2, 0.4, 0.7, 1.0}) {
+    for (const double width : {0.2, 0.3, 0.4, 0.5, 0.7, 1.0}) {
         for (int step = -steps; step <= steps; ++step) {
-            const double centre = step / 10.0;
+            const double centre = step / 20.0;
             Assumed notched = withCarrier(own);
             notched.notch = {(centre - width / 2.0) * width_kHz, (centre + width / 2.0) * width_kHz};
             if (explain(own, &OwnReading::mean, notched).over < own.marginOfMean(own.sweeps())) {
@@ -76,11 +75,15 @@ Verdict judgeBesideCarrier(const OwnChannel& own, FarEnd farEnd)
 {
     constexpr double moreForMean = 50.0;
     constexpr double moreForMax = 100.0;
-    const double comes = comesAndGoes(own);
+    const Fluctuation fluctuation = fluctuationOf(own.fromSweepToSweep(), own.scatter());
+    const double comes = comesAndGoes(fluctuation, hasMultipath(own));
     if (comes > 0.0) {
         return verdictBy(Rule::besideCarrierComes, comes);
     }
-    const bool hasShape = own.tunings() >= samplesOfAShape;
+    // A notch that moves from one sweep to the next leaves no shape in the mean of a few.
+    constexpr std::size_t fewSweeps = 3;
+    const bool isMoving = hasMultipath(own) && own.sweeps() <= fewSweeps && fluctuation.falls > 0.0;
+    const bool hasShape = own.tunings() >= samplesOfAShape && !isMoving;
     const Explained usual = hasShape ? explain(own, &OwnReading::mean, withCarrier(own)) : Explained{};
     if (usual.over > own.marginOfMean(own.sweeps()) + moreForMean && !(hasMultipath(own) && mayBeNotched(own))) {
         return verdictBy(Rule::besideCarrierShape, usual.over);

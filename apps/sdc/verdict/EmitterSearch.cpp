@@ -42,8 +42,8 @@ CandidateMaker::CandidateMaker(const Profile& profile, const ShapeMaker& make, S
     : m_make(make)
     , m_range(range)
     , m_channel_kHz(make.channelWidth_kHz())
-    , m_reach_kHz(std::max(std::abs(profile.front().offset_kHz), std::abs(profile.back().offset_kHz))
-          + make.filterWidth_kHz() / 2.0)
+    , m_reach_kHz(
+          std::max(std::abs(profile.front().offset_kHz), std::abs(profile.back().offset_kHz)) + make.filterWidth_kHz() / 2.0)
 {
 }
 
@@ -139,20 +139,30 @@ void Search::sortByGain()
     std::ranges::sort(m_candidates, std::greater<>(), &Candidate::gain);
 }
 
+/// A carrier that is narrow looks nearly like a line, which it must surpass.
+double unlikely(const SeenEmitter& emitter)
+{
+    constexpr double thatOfALine = 2.0;
+    return emitter.form == EmitterForm::carrier ? thatOfALine : 0.0;
+}
+
 /// What gains most with all else as it is need not be best when all else gives way: the first few are tried.
 bool Search::addOne()
 {
     constexpr std::size_t tried = 8;
     sortByGain();
     const Candidate* best = nullptr;
-    Fit bestFit{.misfit = m_fit.misfit - worthAnEmitter, .powers_mW = {}, .explained_mW = {}};
+    Fit bestFit;
+    double least = m_fit.misfit - worthAnEmitter;
     m_shapes.emplace_back();
     for (std::size_t index = 0; index < std::min(tried, m_candidates.size()); ++index) {
         m_shapes.back() = m_candidates[index].shape;
         Fit one = fit(m_profile, m_constant_mW, m_shapes);
-        if (one.misfit < bestFit.misfit) {
+        const double misfit = one.misfit + unlikely(m_candidates[index].emitter);
+        if (misfit < least) {
             best = &m_candidates[index];
             bestFit = std::move(one);
+            least = misfit;
         }
     }
     m_shapes.pop_back();

@@ -37,8 +37,8 @@ struct EmitterSearch {
 
 enum class SearchRange : std::uint8_t { everywhere, outsideOfTheChannel };
 
-/// Adds one emitter after the other, each time the one that explains most of what is left, until nothing is left that is worth
-/// an emitter.
+/// Adds one emitter after the other, each time the one that explains most of what is left, until nothing is left that is
+/// worth an emitter.
 EmitterSearch searchEmitters(
     const Profile& profile, double constant_mW, const std::vector<Shape>& known, const ShapeMaker& make, SearchRange range);
 

@@ -56,9 +56,8 @@ Explained explain(const OwnChannel& own, const Profile& profile, OwnLevel level,
         addAnythingBeside(own, make, side, shapes);
         return explainBy(own, profile, shapes);
     };
-    return std::min(withAnything(-1.0), withAnything(1.0), [](const Explained& left, const Explained& right) {
-        return left.misfit < right.misfit;
-    });
+    return std::min(withAnything(-1.0), withAnything(1.0),
+        [](const Explained& left, const Explained& right) { return left.misfit < right.misfit; });
 }
 
 } // namespace

@@ -11,8 +11,9 @@ struct Explained {
     double over = 0.0;   ///< a reading in the channel over what is explained, at most; hundredths of a dB
 };
 
-/// The best explanation of the readings across the channel by known shapes. With the own carrier, which shows how steep edges
-/// are, anything beside the channel explains, too: a power for each part of the spectrum that filters begin or end with.
+/// The best explanation of the readings across the channel by known shapes. With the own carrier, which shows how steep
+/// edges are, anything beside the channel explains, too: a power for each part of the spectrum that filters begin or end
+/// with.
 Explained explain(const OwnChannel& own, OwnLevel level, const Assumed& assumed);
 
 } // namespace sdc

@@ -128,7 +128,7 @@ double Differences::greatestComing() const
 
 } // namespace
 
-Readings readingsOf(const std::deque<std::vector<Sample>>& sweeps, const std::function<bool(std::uint32_t)>& isWanted)
+Readings readingsOf(const std::deque<std::vector<Sample>>& sweeps, const std::function<bool(const Sample&)>& isWanted)
 {
     Readings readings;
     std::size_t longest = 0;
@@ -136,7 +136,7 @@ Readings readingsOf(const std::deque<std::vector<Sample>>& sweeps, const std::fu
         std::vector<double> levels;
         std::vector<double> times_s;
         for (const Sample& sample : sweep) {
-            if (isWanted(sample.frequency_kHz)) {
+            if (isWanted(sample)) {
                 levels.push_back(sample.rssi);
                 times_s.push_back(inSeconds(sample.time));
             }

@@ -21,8 +21,8 @@ struct Readings {
     std::size_t tunings() const { return levels.empty() ? 0 : levels.front().size(); }
 };
 
-/// @param isWanted  whether a frequency counts. Sweeps that did not reach all that the longest reached are left out.
-Readings readingsOf(const std::deque<std::vector<Sample>>& sweeps, const std::function<bool(std::uint32_t)>& isWanted);
+/// @param isWanted  whether a sample counts. Sweeps that did not reach all that the longest reached are left out.
+Readings readingsOf(const std::deque<std::vector<Sample>>& sweeps, const std::function<bool(const Sample&)>& isWanted);
 
 /// How readings move beyond their scatter; hundredths of a dB, 0 or less where they do not.
 struct Fluctuation {

@@ -32,7 +32,7 @@ std::optional<SeenEmitter> strongestInside(const OwnChannel& own, FarEnd farEnd)
     const Profile profile = own.profileOf(&OwnReading::mean);
     const ShapeMaker make(profile, own.width_kHz(), own.filterWidth_kHz());
     const std::vector<Shape> known =
-        knownShapes(own, make, &OwnReading::mean, {.hasOwnCarrier = farEnd != FarEnd::muted});
+        knownShapes(own, make, &OwnReading::mean, {.hasOwnCarrier = farEnd != FarEnd::muted, .hasNeighbours = false});
     const EmitterSearch search = searchEmitters(profile, own.noise_mW(), known, make, SearchRange::everywhere);
     std::optional<SeenEmitter> strongest;
     for (const SeenEmitter& emitter : search.emitters) {

@@ -5,8 +5,8 @@
 
 namespace sdc {
 
-/// Adds kind and place of the interferer to a verdict that tells by how much it raises readings, and where the own carrier is
-/// on the carrier to interference ratio.
+/// Adds kind and place of the interferer to a verdict that tells by how much it raises readings, and where the own carrier
+/// is on the carrier to interference ratio.
 void describeInterferer(Verdict& verdict, const OwnChannel& own, FarEnd farEnd);
 
 } // namespace sdc

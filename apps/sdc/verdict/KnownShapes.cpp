@@ -79,7 +79,8 @@ void KnownShapes::addLeaks()
     const double uncertain = m_own.isSlow() ? 2.0 : 1.3;
     const TraceKind kind = traceOf(m_level);
     add(m_make.flat(),
-        uncertain * m_own.leakageSettled(kind).rejected_mW(m_own.stretch()) + (m_assumed.hasUnseen ? unseenFlat_mW(m_own) : 0.0));
+        uncertain * m_own.leakageSettled(kind).rejected_mW(m_own.stretch())
+            + (m_assumed.hasUnseen ? unseenFlat_mW(m_own) : 0.0));
     if (m_assumed.hasMasks) {
         const double inFilter = std::min(width_kHz(), m_make.filterWidth_kHz()) / width_kHz();
         add(m_channel, m_own.leakage(kind).mostByMasks_mW(m_own.stretch()) / inFilter);
@@ -102,7 +103,8 @@ void KnownShapes::addBeside(double side)
         const CarrierShape shape{side * width_kHz(), width_kHz(), rollOff};
         const double most_mW = std::min(strongest_mW,
             m_own.most_mW(
-                m_level, [&](double tuning_kHz) { return shareOfCarrier(shape, tuning_kHz, filterWidth_kHz); }, m_mustBeSeen));
+                m_level, [&](double tuning_kHz) { return shareOfCarrier(shape, tuning_kHz, filterWidth_kHz); },
+                m_mustBeSeen));
         const Shape carrier = m_make.carrier(shape.centre_kHz, width_kHz(), rollOff);
         add(carrier, most_mW);
         if (m_assumed.hasUnseen) {
@@ -127,7 +129,7 @@ void KnownShapes::addOwnCarrier(double rollOff)
 std::vector<Shape> KnownShapes::make()
 {
     addLeaks();
-    if (hasEdges(m_own)) {
+    if (m_assumed.hasNeighbours && hasEdges(m_own)) {
         addBeside(-1.0);
         addBeside(1.0);
     }
@@ -155,8 +157,7 @@ double unseen_mW(const OwnChannel& own, const OwnReading& reading)
     const bool isBesideSeen = own.tunings() >= samplesOfAShape || own.isRaster();
     const double inFilter = std::min(1.0, own.filterWidth_kHz() / own.width_kHz());
     const CarrierShape beside{own.width_kHz(), own.width_kHz(), leastRollOff};
-    const double overEdge =
-        isBesideSeen ? 0.0 : shareOfCarrier(beside, std::abs(reading.offset_kHz), own.filterWidth_kHz());
+    const double overEdge = isBesideSeen ? 0.0 : shareOfCarrier(beside, std::abs(reading.offset_kHz), own.filterWidth_kHz());
     const double mask = isBesideSeen ? poorestMaskAfter : poorestMask;
     return unseenFlat_mW(own) + strongest_mW * (inFilter * ratioOf(-mask) + overEdge);
 }

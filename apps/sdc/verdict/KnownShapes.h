@@ -15,7 +15,8 @@ struct Assumed {
     bool hasUnseen = false;  ///< transmitters that it does not show
     bool mustBeSeen = false; ///< a carrier beside the channel counts only where a sample beside the channel hears it
     bool hasOwnCarrier = false;
-    Stretch notch{0.0, 0.0}; ///< in which multipath takes away of the own carrier
+    bool hasNeighbours = true; ///< carriers in the channels beside
+    Stretch notch{0.0, 0.0};   ///< in which multipath takes away of the own carrier
 };
 
 /// Whether readings tell where what stands beside the channel begins.

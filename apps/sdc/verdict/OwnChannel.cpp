@@ -1,5 +1,7 @@
 #include "apps/sdc/verdict/OwnChannel.h"
 
+#include "apps/sdc/result/Sanity.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -35,6 +37,9 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
 {
     constexpr std::size_t fewSamples = 5;
     for (const Spread& spread : spreads) {
+        if (!isLevel({spread.frequency_kHz, spread.max, TimePoint{}}, receiver())) {
+            continue; // of which a reading was refused
+        }
         const double offset_kHz = spread.frequency_kHz - centre_kHz();
         const double away_kHz = std::abs(offset_kHz);
         const bool isOwn = away_kHz <= width_kHz() / 2.0;
@@ -50,14 +55,23 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
     m_isSeenFromBeside = m_isSeenFromBeside && spreads.size() >= fewSamples;
 }
 
+std::vector<SDCResult> OwnChannel::levels(TraceKind kind) const
+{
+    std::vector<SDCResult> trace = m_channel.survey.trace(kind);
+    std::erase_if(trace, [this](const SDCResult& one) {
+        return !isLevel({one.frequency_kHz, one.rssi, TimePoint{}}, receiver());
+    });
+    return trace;
+}
+
 Leakage OwnChannel::leakage(TraceKind kind) const
 {
-    return {receiver(), m_channel.plan, m_channel.survey.trace(kind)};
+    return {receiver(), m_channel.plan, levels(kind)};
 }
 
 Leakage OwnChannel::leakageSettled(TraceKind kind) const
 {
-    std::vector<SDCResult> trace = m_channel.survey.trace(kind);
+    std::vector<SDCResult> trace = levels(kind);
     for (std::size_t index = trace.size(); index-- > 1;) {
         const double settled = risenTo(trace[index].rssi, trace[index - 1].rssi);
         trace[index].rssi = static_cast<std::int32_t>(std::min(settled, highestReading));
@@ -146,13 +160,14 @@ Readings OwnChannel::fromSweepToSweep() const
         nearest_kHz = std::min(nearest_kHz, std::abs(reading.offset_kHz));
     }
     const double farthest_kHz = std::max(nearest_kHz, withGuard * width_kHz() - filterWidth_kHz() / 2.0);
-    return readingsOf(m_channel.survey.recent(), [&](std::uint32_t frequency_kHz) {
-        return std::abs(frequency_kHz - centre_kHz()) <= std::min(farthest_kHz, width_kHz() / 2.0);
+    return readingsOf(m_channel.survey.recent(), [&](const Sample& sample) {
+        return isLevel(sample, receiver())
+            && std::abs(sample.frequency_kHz - centre_kHz()) <= std::min(farthest_kHz, width_kHz() / 2.0);
     });
 }
 
-/// Time constants of 200 ms occur, but seldom more than this; units that wait for long have receivers that need it. After each fall the trace shows how
-/// much of it may have been left.
+/// Time constants of 200 ms occur, but seldom more than this; units that wait for long have receivers that need it. After
+/// each fall the trace shows how much of it may have been left.
 double OwnChannel::lagSeen(const std::vector<Spread>& spreads) const
 {
     constexpr double slowest_ms = 150.0;

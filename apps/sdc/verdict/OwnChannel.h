@@ -1,9 +1,9 @@
 #pragma once
 
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/verdict/Fluctuation.h"
 #include "apps/sdc/verdict/Profile.h"
-#include "apps/sdc/result/ScanResult.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -45,11 +45,14 @@ public:
     Stretch stretch() const { return channelAt(0, m_channel.plan); }
     double noise_mW() const; ///< but not less than the lowest reading
     double scatter() const { return m_scatter; }
-    std::size_t sweeps() const; ///< that reached the channel
+    std::size_t sweeps() const;                   ///< that reached the channel
     std::size_t count() const { return m_count; } ///< readings in the channel
 
     /// Whether the scan shows what transmits elsewhere: more than the configured channel, and more than a few samples.
     bool isSeenFromBeside() const { return m_isSeenFromBeside; }
+
+    /// Whether there is a sample outside of the channel at all.
+    bool isBeyond() const { return m_all.size() > m_tunings; }
 
     /// Whether there is one sample for each channel, at its centre.
     bool isRaster() const { return m_channel.plan.step_kHz >= m_channel.plan.channelSpacing_kHz; }
@@ -81,6 +84,7 @@ public:
 
 private:
     double risenTo(double reading, double before) const;
+    std::vector<SDCResult> levels(TraceKind kind) const;
     void look(const std::vector<Spread>& spreads);
     double lagSeen(const std::vector<Spread>& spreads) const;
 

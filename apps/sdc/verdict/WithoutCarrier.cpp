@@ -42,11 +42,14 @@ Verdict orLeak(const OwnChannel& own)
 {
     constexpr double faint = 320.0;
     const double quiet = levelOf(own.noise_mW());
-    const bool isFaint = std::ranges::none_of(
-        own.readings(), [&](const OwnReading& reading) {
-            return reading.isOwn && (reading.mean > quiet + faint || reading.max > quiet + faint + own.marginOfMax());
-        });
-    return verdictBy(isFaint ? Rule::quiet : Rule::maybeLeak);
+    const bool isFaint = std::ranges::none_of(own.readings(), [&](const OwnReading& reading) {
+        return reading.isOwn && (reading.mean > quiet + faint || reading.max > quiet + faint + own.marginOfMax());
+    });
+    Verdict verdict = verdictBy(isFaint ? Rule::quiet : Rule::maybeLeak);
+    if (own.isBeyond()) {
+        std::ranges::replace(verdict.wouldHelp, Help::subBandScan, Help::channelScan);
+    }
+    return verdict;
 }
 
 /// Whether readings, their mean and their highest, are higher than explained, and by how much.
@@ -93,8 +96,7 @@ public:
         : m_own(own)
         , m_profile(own.profileOf(&OwnReading::mean))
         , m_make(m_profile, own.width_kHz(), own.filterWidth_kHz())
-        , m_known(knownShapes(
-              own, m_make, &OwnReading::mean, {.hasMasks = true, .hasUnseen = !own.isSeenFromBeside()}))
+        , m_known(knownShapes(own, m_make, &OwnReading::mean, {.hasMasks = true, .hasUnseen = !own.isSeenFromBeside()}))
         , m_anywhere(searchEmitters(m_profile, own.noise_mW(), m_known, m_make, SearchRange::everywhere))
     {
     }
@@ -211,7 +213,8 @@ Verdict ShapeJudge::withoutInterferer() const
         return orLeak(m_own);
     }
     const std::vector<Shape> plain = knownShapes(m_own, m_make, &OwnReading::mean, {});
-    const EmitterSearch beside = searchEmitters(m_profile, m_own.noise_mW(), plain, m_make, SearchRange::outsideOfTheChannel);
+    const EmitterSearch beside =
+        searchEmitters(m_profile, m_own.noise_mW(), plain, m_make, SearchRange::outsideOfTheChannel);
     double over = 0.0;
     for (std::size_t index = 0; index < m_profile.size(); ++index) {
         if (m_own.readings()[index].isOwn) {
@@ -228,10 +231,10 @@ Verdict ShapeJudge::judge() const
     if (stays == 0.0 && comes == 0.0) {
         return withoutInterferer();
     }
-    if (comes > stays) {
+    if (comes > stays && m_own.sweeps() > 1) {
         return verdictBy(Rule::burstInChannel, comes);
     }
-    return verdictBy(m_own.isSeenFromBeside() ? Rule::overAllLeaks : Rule::shapedInChannel, stays);
+    return verdictBy(m_own.isSeenFromBeside() ? Rule::overAllLeaks : Rule::shapedInChannel, std::max(stays, comes));
 }
 
 } // namespace

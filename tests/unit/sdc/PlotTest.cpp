@@ -170,7 +170,7 @@ TEST(PlotPrograms, titleSaysWhatWasScannedAndWhen)
 {
     EXPECT_THAT(sdc::plotProgram(bandResult(), {}),
         HasSubstr(
-            R"x(set title "test-link, KLM6 18G, sub-band scan"."\n"."2026-01-02 03:04:05 UTC; configured channel: disturbed (carrier)" offset)x"));
+            R"x(set title "test-link, KLM6 18G, sub-band scan"."\n"."2026-01-02 03:04:05 UTC; configured channel: disturbed)x"));
     auto result = resultOf({channelOf(4, {sweepOf({-9000}), sweepOf({-9000})}), channelOf(5, {sweepOf({-9000})})});
     result.kind = sdc::ScanKind::channel;
     EXPECT_THAT(sdc::plotProgram(result, {}),

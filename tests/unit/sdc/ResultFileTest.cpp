@@ -186,7 +186,6 @@ TEST(ResultFiles, resultIsOneReadableObject)
       },
       "verdict": {
         "judgement": "disturbed",
-        "kind": "wideband",
         "place": "co-channel",
         "over_floor_dB": 64.61,
         "rule": "readings are above the noise and all that can leak into the filter of what the scan shows elsewhere",

@@ -44,7 +44,7 @@ TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
         "  106.000   -95.00  |###\n"
         "  107.000   -96.00  |##\n"
         "\n"
-        "disturbed: wideband, co-channel, 64.61 dB over what else is read\n"
+        "disturbed: co-channel, 64.61 dB over what else is read\n"
         "  readings are above the noise and all that can leak into the filter of what the\n"
         "    scan shows elsewhere\n"
         "\n"

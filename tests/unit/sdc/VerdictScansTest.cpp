@@ -1,0 +1,180 @@
+// What is said of the configured channel of simulated links: of emitters in it, beside it, and of fading.
+
+#include "SimulatedScans.h"
+
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/verdict/Verdict.h"
+#include "simulator/radio/Emitters.h"
+#include "simulator/radio/Link.h"
+#include "simulator/radio/emitters/Carrier.h"
+#include "simulator/radio/emitters/ContinuousWave.h"
+#include "simulator/radio/emitters/NoiseBand.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace sdc;
+using simulator::Carrier;
+using simulator::ContinuousWave;
+using simulator::Emitter;
+using simulator::NoiseBand;
+using testing_results::SimulatedScans;
+
+// The channel lies around 23002 MHz and is 28 MHz wide.
+constexpr double centre_kHz = 23002000.0;
+
+/// Scans with nothing but these on the air.
+class Link : public SimulatedScans {
+public:
+    Link(ScanKind kind, const std::vector<Emitter>& emitters)
+        : SimulatedScans("23-hunt", kind)
+    {
+        link.emitters = emitters;
+    }
+
+    Verdict judged(FarEnd farEnd, std::size_t sweeps = 1) const
+    {
+        constexpr std::uint64_t seed = 7;
+        return judge(scan(seed, sweeps).channels.front(), farEnd);
+    }
+};
+
+Carrier carrierAt(double offset_kHz, double level_dBm, double symbolRate_kBd)
+{
+    Carrier carrier;
+    carrier.centre_kHz = centre_kHz + offset_kHz;
+    carrier.level_dBm = level_dBm;
+    carrier.symbolRate_kBd = symbolRate_kBd;
+    carrier.rollOff = 0.25;
+    return carrier;
+}
+
+struct Beside {
+    const char* name;
+    Carrier carrier;
+};
+
+void PrintTo(const Beside& beside, std::ostream* out)
+{
+    *out << beside.name;
+}
+
+class CarrierBesideTheChannel : public testing::TestWithParam<Beside> {};
+
+INSTANTIATE_TEST_SUITE_P(Verdict, CarrierBesideTheChannel,
+    testing::Values(Beside{"narrowTwoMHzAway", carrierAt(16000, -60, 3000)},
+        Beside{"sixMHzAway", carrierAt(20000, -60, 5000)}, Beside{"below", carrierAt(-18000, -60, 5000)},
+        Beside{"ofHalfAChannel", carrierAt(21500, -70, 11000)}, Beside{"onTheRaster", carrierAt(28000, -45, 22000)},
+        Beside{"onTheRasterTwoChannelsBelow", carrierAt(-56000, -30, 22000)}),
+    [](const auto& one) { return one.param.name; });
+
+TEST_P(CarrierBesideTheChannel, isNoneInItAsTheSubBandShows)
+{
+    const Verdict verdict = Link(ScanKind::subBand, {GetParam().carrier}).judged(FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::clear) << verdict.rule;
+}
+
+TEST_P(CarrierBesideTheChannel, isNoAlarmInAScanOfTheChannel)
+{
+    const Verdict verdict = Link(ScanKind::channel, {GetParam().carrier}).judged(FarEnd::muted);
+    EXPECT_TRUE(verdict.judgement == Judgement::clear || verdict.judgement == Judgement::cannotTell) << verdict.rule;
+}
+
+struct Inside {
+    const char* name;
+    Emitter emitter;
+    InterferenceKind kind;
+};
+
+void PrintTo(const Inside& inside, std::ostream* out)
+{
+    *out << inside.name;
+}
+
+class EmitterInTheChannel : public testing::TestWithParam<Inside> {};
+
+INSTANTIATE_TEST_SUITE_P(Verdict, EmitterInTheChannel,
+    testing::Values(Inside{"carrier", carrierAt(0, -70, 22000), InterferenceKind::carrier},
+        Inside{"narrowCarrierOffTheCentre", carrierAt(-6000, -75, 6000), InterferenceKind::carrier},
+        Inside{"line", ContinuousWave{centre_kHz + 3300, -75}, InterferenceKind::line},
+        Inside{"lineNearTheEdge", ContinuousWave{centre_kHz - 9300, -70}, InterferenceKind::line},
+        Inside{"noiseOverAllOfTheBand", NoiseBand{22e6, 24e6, 15}, InterferenceKind::wideband},
+        Inside{"noiseOverThreeChannels", NoiseBand{centre_kHz - 42000, centre_kHz + 42000, 15}, InterferenceKind::wideband}),
+    [](const auto& one) { return one.param.name; });
+
+TEST_P(EmitterInTheChannel, isFoundAndNamedInTheSubBand)
+{
+    const Verdict verdict = Link(ScanKind::subBand, {GetParam().emitter}).judged(FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::disturbed) << verdict.rule;
+    EXPECT_EQ(verdict.kind, GetParam().kind);
+    EXPECT_EQ(verdict.place, InterferencePlace::coChannel);
+}
+
+TEST(VerdictOfScans, isBurstOfAnEmitterThatComesAndGoesInTheChannel)
+{
+    Emitter burst = ContinuousWave{centre_kHz, -60};
+    burst.schedule.every_ms = 40000.0;
+    burst.schedule.duration_ms = 6000.0;
+    const Verdict verdict = Link(ScanKind::subBand, {burst}).judged(FarEnd::muted, 20);
+    EXPECT_EQ(verdict.judgement, Judgement::disturbed);
+    EXPECT_EQ(verdict.kind, InterferenceKind::burst);
+}
+
+TEST(VerdictOfScans, isNoAlarmOfOneThatComesAndGoesBesideTheChannel)
+{
+    Emitter burst = ContinuousWave{centre_kHz + 18000, -60};
+    burst.schedule.every_ms = 40000.0;
+    burst.schedule.duration_ms = 6000.0;
+    const Verdict verdict = Link(ScanKind::subBand, {burst}).judged(FarEnd::muted, 20);
+    EXPECT_TRUE(verdict.judgement == Judgement::clear || verdict.judgement == Judgement::cannotTell) << verdict.rule;
+}
+
+/// A notch that moves by some MHz from one sweep to the next.
+TEST(VerdictOfScans, isNoAlarmOfMultipath)
+{
+    for (const ScanKind kind : {ScanKind::channel, ScanKind::subBand}) {
+        for (const std::size_t sweeps : {1U, 2U, 3U, 5U, 10U}) {
+            const SimulatedScans scans("13-fade", kind);
+            const Verdict verdict = judge(scans.scan(3, sweeps).channels.front(), FarEnd::on);
+            EXPECT_EQ(verdict.judgement, Judgement::cannotTell) << sweeps << " sweeps: " << verdict.rule;
+        }
+    }
+}
+
+/// The controller stores 0.00 dBm for a reading that the radio refuses.
+TEST(VerdictOfScans, takesNoRefusedReadingForALevel)
+{
+    const Link quiet(ScanKind::channel, {});
+    ChannelResult channel = quiet.scan(7, 1).channels.front();
+    Sweep refused = channel.sweeps.front();
+    refused.samples[refused.samples.size() / 2].rssi = 0;
+    refused.samples[1].rssi = 2147483647;
+    ChannelResult again{
+        .channel = 1, .unitTypeText = "", .receiver = channel.receiver, .plan = channel.plan, .sweeps = {}, .survey = {}};
+    again.add(refused);
+    EXPECT_EQ(judge(again, FarEnd::muted).judgement, Judgement::clear);
+    EXPECT_EQ(judge(again, FarEnd::on).judgement, Judgement::clear);
+}
+
+/// What leaks in may come from anywhere: a scan of the sub-band that has three samples shows no more of it than one of the
+/// channel.
+TEST(VerdictOfScans, advisesNoScanThatWasJustMade)
+{
+    const Verdict verdict = Link(ScanKind::channel, {carrierAt(28000, -30, 22000)}).judged(FarEnd::muted);
+    EXPECT_EQ(verdict.wouldHelp, std::vector{Help::subBandScan});
+    SimulatedScans few("23-cochannel", ScanKind::subBand);
+    few.link.emitters = {Emitter(carrierAt(0, -75, 22000))};
+    const Verdict wide = judge(few.scan(7, 1).channels.front(), FarEnd::muted);
+    for (const Help help : wide.wouldHelp) {
+        EXPECT_NE(help, Help::subBandScan);
+    }
+}
+
+} // namespace
