@@ -33,7 +33,7 @@ private:
     std::uint32_t nearestStep() const;
     std::vector<std::int64_t> samples() const;
     bool isSeen() const;
-    std::int32_t fringe() const;
+    std::vector<std::int32_t> risesInFilter(const Emitters& rest) const;
     std::vector<std::int32_t> rises(const Emitters& rest) const;
     std::vector<std::int32_t> risesAtCentre(const Emitters& rest) const;
     simulator::Air airOf(const Emitters& emitters, double rejection_dB) const;
@@ -80,32 +80,35 @@ simulator::Air RasterExaminer::airOf(const Emitters& emitters, double rejection_
         simulator::Fading(link.rain, link.notches)};
 }
 
-/// By how much masks and filter edges raise noise and leak; of a receiver that has settled.
-std::int32_t RasterExaminer::fringe() const
+/// By how much what the filter takes in of all emitters but the rest raises the reading, sample by sample; of a receiver
+/// that has settled. What it leaks of them, as of a line that sweeps and is elsewhere at the moment, is there without them,
+/// too.
+std::vector<std::int32_t> RasterExaminer::risesInFilter(const Emitters& rest) const
 {
     const simulator::Air air = airOf(m_air.emitters(), m_air.link().ultimateRejection_dB);
     const simulator::Air withoutLeak = airOf(m_air.emitters(), nothingLeaks_dB);
-    const double noise_mW = simulator::milliwatts(m_air.noise() / 100.0);
-    std::int32_t highest = 0;
+    const simulator::Air restWithoutLeak = airOf(rest, nothingLeaks_dB);
+    std::vector<std::int32_t> rises;
     for (const std::int64_t sample : samples()) {
         const auto heard_mW = [&](const simulator::Air& by) {
             return simulator::milliwatts(
                 stored(by.rssi_dBm(m_air.course().tuning_kHz(sample), m_air.readAt_ms(sample))) / 100.0);
         };
         const double all_mW = heard_mW(air);
-        const double fringe_mW = heard_mW(withoutLeak) - noise_mW;
-        highest = std::max(highest, stored(simulator::decibels(all_mW / (all_mW - fringe_mW))));
+        const double inFilter_mW = heard_mW(withoutLeak) - heard_mW(restWithoutLeak);
+        rises.push_back(stored(simulator::decibels(all_mW / (all_mW - inFilter_mW))));
     }
-    return highest;
+    return rises;
 }
 
 std::vector<std::int32_t> RasterExaminer::rises(const Emitters& rest) const
 {
     const std::vector<std::int64_t> at = samples();
+    const std::vector<std::int32_t> inFilter = risesInFilter(rest);
     std::vector<std::int32_t> rises = m_air.readings(m_air.emitters(), at);
     const std::vector<std::int32_t> floor = m_air.readings(rest, at);
     for (std::size_t index = 0; index < rises.size(); ++index) {
-        rises[index] -= floor[index];
+        rises[index] = std::min(rises[index] - floor[index], inFilter[index]);
     }
     return rises;
 }
@@ -136,7 +139,7 @@ RasterTruth RasterExaminer::examine() const
     }
     RasterTruth truth{.offset = m_offset, .isSeen = isSeen(), .occupant = Occupant::uncertain};
     if (farthest == Reach::none) {
-        const std::int32_t heard = fringe();
+        const std::int32_t heard = std::ranges::max(risesInFilter({}));
         truth.occupant = heard >= fringeFrom ? Occupant::fringe
             : heard < noFringeBelow          ? Occupant::nobody
                                              : Occupant::uncertain;

@@ -100,6 +100,20 @@ TEST(RasterTruth, channelBetweenTwoSamplesIsNotSeenAndJudgedAtItsCentre)
     EXPECT_NEAR(truth.over, 1041, 1);
 }
 
+// A line of -20 dBm that drifts through channel 1 and stands in another one when the receiver stands in that: there is but
+// its leak of 50 dB less.
+TEST(RasterTruth, lineThatIsElsewhereAtTheMomentRaisesNothing)
+{
+    simulator::ContinuousWave line{own_kHz - 2.0 * spacing_kHz, -20.0};
+    line.drift = simulator::Drift{3.4 * spacing_kHz, 1e9};
+    Trial trial = trialOf({line});
+    linkOf(trial).ultimateRejection_dB = 50.0;
+
+    EXPECT_EQ(channelOf(trial, channels, 1).occupant, Occupant::somebody) << "it will come through";
+    EXPECT_EQ(channelOf(trial, channels, 1).over, 0);
+    EXPECT_GT(channelOf(trial, channels, -2).over, 6000);
+}
+
 TEST(RasterTruth, comesAndGoesWhatIsGoneInOneOfThreeSweeps)
 {
     // channel 1 is read every seven seconds, first after five
