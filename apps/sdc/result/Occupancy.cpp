@@ -74,7 +74,7 @@ void ChannelOccupancy::add(const Sweep& sweep, const terminal::ScanPlan& plan, c
 {
     std::vector<SDCResult> trace;
     for (const Sample& sample : sweep.samples) {
-        if (!flagsOf(sample, nullptr, receiver).has(SampleFlag::refused)) {
+        if (isLevel(sample, receiver)) {
             trace.push_back({sample.frequency_kHz, sample.rssi});
         }
     }

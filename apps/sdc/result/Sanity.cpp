@@ -28,11 +28,6 @@ bool isRefused(const Sample& sample, const ReceiverData& receiver)
 
 } // namespace
 
-bool isLevel(const Sample& sample, const ReceiverData& receiver)
-{
-    return sample.rssi < 0 || receiver.saturation_dBm >= 0.0;
-}
-
 std::vector<SampleFlag> SampleFlags::listed() const
 {
     std::vector<SampleFlag> listed;
@@ -62,6 +57,12 @@ SampleFlags flagsOf(const Sample& sample, const Sample* before, const ReceiverDa
         flags.set(SampleFlag::repeated);
     }
     return flags;
+}
+
+bool isLevel(const Sample& sample, const ReceiverData& receiver)
+{
+    constexpr double far_dB = 10.0;
+    return !isRefused(sample, receiver) && sample.rssi <= 100.0 * (receiver.saturation_dBm + far_dB);
 }
 
 std::string sentenceOf(const Finding& finding)

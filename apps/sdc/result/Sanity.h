@@ -45,11 +45,11 @@ private:
     std::uint8_t m_bits = 0;
 };
 
-/// Whether a reading can be a level at all: no receiver that saturates below 0 dBm reads that or more.
-bool isLevel(const Sample& sample, const ReceiverData& receiver);
-
 /// @param before  the reading before it, of the same sweep or the one before; null for the first
 SampleFlags flagsOf(const Sample& sample, const Sample* before, const ReceiverData& receiver);
+
+/// Whether a reading is a level at all: not a refused one, nor one far above where readings level off.
+bool isLevel(const Sample& sample, const ReceiverData& receiver);
 
 /// What is odd about the readings of a channel.
 enum class Oddity : std::uint8_t {

@@ -27,7 +27,8 @@ public:
 private:
     bool isCertain(std::size_t sample, const ChannelSamples& channel) const;
     bool isAfterglow(std::size_t sample) const;
-    bool isOvershadowed(std::size_t sample, double centre_kHz) const;
+    bool isInside(std::size_t sample, double centre_kHz) const;
+    bool isOvershadowed(std::size_t sample, const ChannelSamples& channel) const;
     bool mayBeLeakOfUnseen(std::size_t sample) const;
     std::ptrdiff_t endOfLevel(std::ptrdiff_t sample, std::ptrdiff_t direction) const;
     bool fadesOut(std::ptrdiff_t end, std::ptrdiff_t direction) const;
@@ -67,15 +68,6 @@ bool Examined::isAfterglow(std::size_t sample) const
     const double expected = m_background.under(level);
     const double before = sample == 0 ? 0.0 : std::max(m_trace[sample - 1].rssi - expected, 0.0);
     return level <= expected + thresholdMargin + m_background.lag() * before;
-}
-
-bool Examined::isOvershadowed(std::size_t sample, double centre_kHz) const
-{
-    const bool isBelow = m_trace[sample].frequency_kHz < centre_kHz;
-    if (m_trace[sample].frequency_kHz == centre_kHz || (isBelow ? sample == 0 : sample + 1 == m_trace.size())) {
-        return false;
-    }
-    return m_trace[isBelow ? sample - 1 : sample + 1].rssi > m_trace[sample].rssi + thresholdMargin;
 }
 
 /// Where the level of a sample ends, going up or down: the first sample that is not alike, or the one past the trace.
@@ -122,24 +114,39 @@ bool Examined::mayBeLeakOfUnseen(std::size_t sample) const
     return farthest >= apart && !fadesOut(low, -1) && !fadesOut(high, 1);
 }
 
-bool Examined::isCertain(std::size_t sample, const ChannelSamples& channel) const
+/// Whether the filter takes in nothing but the channel.
+bool Examined::isInside(std::size_t sample, double centre_kHz) const
+{
+    const double reach_kHz = std::abs(m_trace[sample].frequency_kHz - centre_kHz) + m_receiver.filterWidth_kHz / 2.0;
+    return 2.0 * reach_kHz <= m_plan.channelSpacing_kHz;
+}
+
+/// Of two samples that are equally near to the centre, the one next to something much stronger.
+bool Examined::isOvershadowed(std::size_t sample, const ChannelSamples& channel) const
 {
     const double centre_kHz = centreOf_kHz(channel.offset, m_plan);
-    const double reach_kHz = std::abs(m_trace[sample].frequency_kHz - centre_kHz) + m_receiver.filterWidth_kHz / 2.0;
-    const bool isInside = 2.0 * reach_kHz <= m_plan.channelSpacing_kHz;
-    const bool isSeen = 4.0 * channel.distance_kHz <= m_plan.channelSpacing_kHz;
-    if (!isOn(sample) || !(isInside || isSeen)) {
+    const bool isBelow = m_trace[sample].frequency_kHz < centre_kHz;
+    if (channel.count < 2 || isInside(sample, centre_kHz) || m_trace[sample].frequency_kHz == centre_kHz
+        || (isBelow ? sample == 0 : sample + 1 == m_trace.size())) {
         return false;
     }
-    const bool isInDoubt = channel.count > 1 && !isInside && isOvershadowed(sample, centre_kHz);
-    return m_threshold || !(isInDoubt || isAfterglow(sample) || mayBeLeakOfUnseen(sample));
+    return m_trace[isBelow ? sample - 1 : sample + 1].rssi > m_trace[sample].rssi + thresholdMargin;
+}
+
+bool Examined::isCertain(std::size_t sample, const ChannelSamples& channel) const
+{
+    const bool isSeen = 4.0 * channel.distance_kHz <= m_plan.channelSpacing_kHz;
+    if (!isOn(sample) || !(isSeen || isInside(sample, centreOf_kHz(channel.offset, m_plan)))) {
+        return false;
+    }
+    return m_threshold || !(isOvershadowed(sample, channel) || isAfterglow(sample) || mayBeLeakOfUnseen(sample));
 }
 
 Sighting Examined::sightingOf(const ChannelSamples& channel) const
 {
     Sighting sighting{.offset = channel.offset};
     for (std::size_t sample = channel.first; sample < channel.first + channel.count; ++sample) {
-        sighting.isOn = sighting.isOn || isOn(sample);
+        sighting.isOn = sighting.isOn || (isOn(sample) && (m_threshold || !isOvershadowed(sample, channel)));
         if (isCertain(sample, channel)) {
             sighting.strongest = std::max(sighting.strongest.value_or(m_trace[sample].rssi), m_trace[sample].rssi);
         }

@@ -106,4 +106,5 @@ TEST(Occupancies, sweepsThatDidNotReachAChannelSayNothingOfIt)
 TEST(Occupancies, refusedReadingsAreNoLevels)
 {
     EXPECT_EQ(occupancyOf({{0, -9000}}, -7000).count(0).looks, 0U);
+    EXPECT_EQ(occupancyOf({{2147483647, -9000}}, -7000).count(0).looks, 0U) << "nor what no receiver reads";
 }
