@@ -45,6 +45,7 @@ Background::Background(const std::vector<SDCResult>& trace, const terminal::Scan
         m_mostLeak_mW = std::max(milliwatts(lowest->rssi + 2.0 * mostScatter) - noise_mW(receiver), 0.0);
     }
     m_onAir_mW = onAir_mW(trace);
+    m_leastOnAir_mW = m_onAir_mW / std::max(m_perSample, 1.0);
     m_lag = lagIn(trace, plan);
     m_onAir_mW = onAir_mW(trace);
 }
@@ -92,9 +93,9 @@ double Background::lagIn(const std::vector<SDCResult>& trace, const terminal::Sc
     return most;
 }
 
-double Background::under(std::int32_t level) const
+double Background::withLeakOf(double onAir_mW, std::int32_t level) const
 {
-    const double outside_mW = std::max(m_onAir_mW - heard_mW(level), 0.0);
+    const double outside_mW = std::max(onAir_mW - heard_mW(level), 0.0);
     const double leak_mW = outside_mW * ratio(-m_receiver.ultimateRejection_dB);
     return readingOf(noise_mW(m_receiver) + std::min(leak_mW, m_mostLeak_mW));
 }

@@ -25,8 +25,12 @@ public:
     /// from it: of the slowest receivers, or less where a deep fall from one sample to the next shows it.
     double lag() const { return m_lag; }
 
-    /// At a sample that has this level.
-    double under(std::int32_t level) const;
+    /// At a sample that has this level, with all that may be on the air: more than was read where the receiver is slow, and
+    /// where a sample stands for more than its filter takes in.
+    double under(std::int32_t level) const { return withLeakOf(m_onAir_mW, level); }
+
+    /// The same with no more on the air than was read.
+    double atLeastUnder(std::int32_t level) const { return withLeakOf(m_leastOnAir_mW, level); }
 
     /// Of the receiver alone.
     double noise() const;
@@ -36,12 +40,14 @@ public:
 
 private:
     double heard_mW(double level) const;
+    double withLeakOf(double onAir_mW, std::int32_t level) const;
     double lagIn(const std::vector<SDCResult>& trace, const terminal::ScanPlan& plan) const;
     double onAir_mW(const std::vector<SDCResult>& trace) const;
 
     ReceiverData m_receiver;
     double m_perSample; ///< spectrum that a sample stands for, in widths of the filter
     double m_onAir_mW = 0.0;
+    double m_leastOnAir_mW = 0.0;
     double m_mostLeak_mW;
     double m_lag = 0.0;
 };

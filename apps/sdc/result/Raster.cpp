@@ -22,12 +22,10 @@ namespace sdc {
 namespace {
 
 // Hundredths of a dB.
-constexpr double quietMargin = 250.0;      ///< by which the level of a quiet sample may lie over what is expected on average
-constexpr double deafMargin = 500.0;       ///< by which it may lie below: a receiver that hears reads its own noise
-constexpr double strongOverNoise = 4200.0; ///< from here on a carrier's mask may be heard in the channels beside it
+constexpr double quietMargin = 250.0; ///< by which the level of a quiet sample may lie over what is expected on average
+constexpr double deafMargin = 500.0;  ///< by which it may lie below: a receiver that hears reads its own noise
 
-constexpr double reachOfMasks = 2.75; ///< in channels
-constexpr double coverage = 0.9;      ///< of a channel, to call it free
+constexpr double coverage = 0.9; ///< of a channel, to call it free
 
 constexpr double alwaysFrom = 0.9; ///< occupancy of a channel that is occupied and not now and then
 
@@ -75,7 +73,6 @@ private:
     bool isCommon(std::int32_t level, const OccupancyCount& count) const;
     bool isFree(const ChannelSamples& samples) const;
     bool isQuiet(std::size_t sample) const;
-    bool isNearStrong(double frequency_kHz) const;
     double halfFilter_kHz() const { return m_channel.receiver.filterWidth_kHz / 2.0; }
 
     const ChannelResult& m_channel;
@@ -85,8 +82,7 @@ private:
     const Background m_steady;  ///< of what is there on average
     const Background m_highest; ///< of all that was ever there
     const std::optional<std::int32_t> m_threshold;
-    std::vector<double> m_strong_kHz; ///< where strong carriers were heard, ascending
-    Stretches m_quiet;                ///< what the filter took in of quiet samples
+    Stretches m_quiet; ///< what the filter took in of quiet samples
 };
 
 /// More than a little more than on average.
@@ -106,11 +102,6 @@ Examiner::Examiner(const ChannelResult& channel)
     , m_highest(highestOf(channel, m_steady))
     , m_threshold(channel.survey.occupancy().rule().threshold)
 {
-    for (const Hold& hold : m_holds) {
-        if (hold.max >= m_steady.noise() + strongOverNoise) {
-            m_strong_kHz.push_back(hold.frequency_kHz);
-        }
-    }
     for (std::size_t sample = 0; sample < m_holds.size(); ++sample) {
         if (isQuiet(sample)) {
             const double tuning_kHz = m_holds[sample].frequency_kHz;
@@ -119,14 +110,7 @@ Examiner::Examiner(const ChannelResult& channel)
     }
 }
 
-bool Examiner::isNearStrong(double frequency_kHz) const
-{
-    const double reach_kHz = reachOfMasks * m_plan.channelSpacing_kHz;
-    const auto next = std::lower_bound(m_strong_kHz.begin(), m_strong_kHz.end(), frequency_kHz - reach_kHz);
-    return next != m_strong_kHz.end() && *next <= frequency_kHz + reach_kHz;
-}
-
-/// Nothing but noise and leak. Beside a strong carrier not even that: what leaks of it cannot be told from its mask.
+/// Nothing but noise and what leaks in at least: more may be a mask, or a weak emitter.
 bool Examiner::isQuiet(std::size_t sample) const
 {
     const Hold& hold = m_holds[sample];
@@ -135,7 +119,7 @@ bool Examiner::isQuiet(std::size_t sample) const
     }
     const double noise = m_steady.noise();
     const double floor = m_steady.under(hold.average);
-    const double expected = isNearStrong(hold.frequency_kHz) ? noise : floor;
+    const double expected = m_steady.atLeastUnder(hold.average);
     return hold.max <= floor + thresholdMargin && hold.average <= expected + quietMargin
         && hold.average >= noise - deafMargin;
 }

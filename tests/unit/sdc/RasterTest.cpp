@@ -103,8 +103,50 @@ TEST(Rasters, whatLeaksOfAStrongCarrierIsInNoChannel)
 {
     // -25 dBm read are -23.35 dBm on the air below a saturation of -20 dBm; 55 dB less of it is heard everywhere else.
     const std::string states = statesOf({{-7980, -7985, -7975, -7980, -2500, -7980, -7975, -7985, -7980}});
-    EXPECT_EQ(states, "ffuOouuff") << "beside the carrier, its mask cannot be told from the leak";
+    EXPECT_EQ(states, "fffOoffff");
     EXPECT_EQ(statesOf({{-7980, -7000, -7975, -7980, -2500, -7980}}).substr(0, 2), "fo") << "that is more than a leak";
+}
+
+TEST(Rasters, aMaskIsMoreThanALeak)
+{
+    // 3 dB over the leak of 55 dB, beside the carrier.
+    EXPECT_EQ(statesOf({{-7980, -7985, -7975, -7980, -2500, -7500, -7975, -7985, -7980}}), "fffOoufff");
+}
+
+TEST(Rasters, moreSweepsMakeFreeSurer)
+{
+    // Readings that scatter by 1 dB around noise and the leak of the configured channel's carrier, which is as strong.
+    const std::int32_t both = quiet + 301;
+    const std::vector<Levels> sweep{{both + 240, both - 100, both - 90, -3953, both - 120, both + 90, both + 30}};
+    std::vector<Levels> sweeps = sweep;
+    for (const std::int32_t scatter : {-160, 70, -30, 120, -200, 40, -80, 20}) {
+        sweeps.push_back({both + scatter, both - scatter, both + scatter, -3953 + scatter, both - scatter, both + scatter,
+            both - scatter});
+    }
+    EXPECT_EQ(statesOf(sweeps), "fffOfff");
+}
+
+TEST(Rasters, edgeOfTheConfiguredCarrierIsNoUse)
+{
+    // Two samples equally near to the centre of each other channel: the inner one hears the carrier's edge, the outer one
+    // nothing, but for a burst in the second sweep.
+    sdc::ChannelResult channel = rasterScan();
+    channel.plan.rxFrequency_kHz = 128000;
+    channel.plan.lowest_kHz = 99000;
+    channel.plan.step_kHz = 2000;
+    Levels levels(30, -5000); // 99 to 157 MHz
+    for (std::size_t sample = 0; sample < levels.size(); sample += 2) {
+        levels[sample] += 7;
+    }
+    levels[0] = levels[29] = quiet;
+    levels[1] = levels[28] = -8200;
+    levels[2] = levels[27] = -6600;
+    Levels burst = levels;
+    burst[0] = -4400;
+    const auto raster = rasterOf(channel, {levels, burst, levels, levels});
+    ASSERT_EQ(statesOf(raster), "iOu");
+    EXPECT_EQ(raster[0].occupancy, 2500);
+    EXPECT_EQ(raster[2].occupancy, 0);
 }
 
 TEST(Rasters, whatASlowReceiverStillShowsOfTheSampleBeforeIsUnknown)
