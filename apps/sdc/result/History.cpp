@@ -35,7 +35,7 @@ std::vector<SDCResult> levelsOf(const Sweep& sweep)
     for (const Sample& sample : sweep.samples) {
         levels.push_back({sample.frequency_kHz, sample.rssi});
     }
-    std::ranges::stable_sort(levels, isLower);
+    std::ranges::sort(levels, isLower);
     keepStrongest(levels);
     return levels;
 }

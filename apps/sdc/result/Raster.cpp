@@ -259,7 +259,9 @@ std::vector<RasterChannel> freeChannels(const std::vector<RasterChannel>& raster
 std::vector<RasterChannel> channelsThatComeAndGo(const std::vector<RasterChannel>& raster)
 {
     std::vector<RasterChannel> channels = inState(RasterState::intermittent, raster);
-    std::ranges::stable_sort(channels, std::ranges::greater(), &RasterChannel::max);
+    std::ranges::sort(channels, [](const RasterChannel& left, const RasterChannel& right) {
+        return std::tuple(right.max, left.offset) < std::tuple(left.max, right.offset);
+    });
     return channels;
 }
 
