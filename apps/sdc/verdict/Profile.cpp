@@ -30,7 +30,6 @@ private:
     double improve(std::size_t shape);
 
     const Profile& m_profile;
-    const double m_constant_mW;
     const std::vector<Shape>& m_shapes;
     std::vector<double> m_weights;
     std::vector<double> m_rest_mW; ///< what is not explained
@@ -39,7 +38,6 @@ private:
 
 Fitting::Fitting(const Profile& profile, double constant_mW, const std::vector<Shape>& shapes)
     : m_profile(profile)
-    , m_constant_mW(constant_mW)
     , m_shapes(shapes)
     , m_powers_mW(shapes.size(), 0.0)
 {
