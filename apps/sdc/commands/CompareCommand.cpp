@@ -9,7 +9,6 @@
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ResultFile.h"
 #include "apps/sdc/result/ScanResult.h"
-#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/tty/Screen.h"
 #include "support/Text.h"
 

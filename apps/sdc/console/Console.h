@@ -8,6 +8,7 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/scan/Lane.h"
 #include "apps/sdc/tty/ShownTrace.h"

@@ -1,12 +1,16 @@
 // What a console's last scan is written to.
 
-#include "Platform/Host/RadioChannel.h"
+#include "apps/sdc/console/Completion.h"
 #include "apps/sdc/console/Console.h"
+#include "apps/sdc/console/Words.h"
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/formats/OutputFile.h"
 #include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/plot/Plot.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/scan/Channels.h"
+#include "apps/sdc/scan/Lane.h"
 #include "apps/sdc/tty/Screen.h"
 #include "support/Text.h"
 
@@ -17,8 +21,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <iterator>
+#include <optional>
+#include <ostream>
 #include <stdexcept>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace sdc {
 

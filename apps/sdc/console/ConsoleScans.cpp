@@ -1,12 +1,17 @@
 // A console's scans: starting, stopping, looking at them, waiting for them.
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
-#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/console/Console.h"
 #include "apps/sdc/console/Numbers.h"
 #include "apps/sdc/console/WaitProgress.h"
+#include "apps/sdc/console/Words.h"
+#include "apps/sdc/options/CommandLine.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
+#include "apps/sdc/scan/Channels.h"
+#include "apps/sdc/scan/Lane.h"
 #include "support/Text.h"
+#include "terminal/Terminal.h"
 
 #include <fmt/format.h>
 
@@ -17,6 +22,7 @@
 #include <optional>
 #include <thread>
 #include <utility>
+#include <vector>
 
 namespace sdc {
 

@@ -3,7 +3,9 @@
 #include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/console/Console.h"
 #include "apps/sdc/console/Numbers.h"
+#include "apps/sdc/console/Words.h"
 #include "apps/sdc/options/Options.h"
+#include "apps/sdc/scan/Channels.h"
 #include "simulator/radio/Fault.h"
 #include "support/Text.h"
 
@@ -12,8 +14,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace sdc {

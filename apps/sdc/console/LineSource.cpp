@@ -6,7 +6,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <stdexcept>
 #include <system_error>
 
 namespace sdc {

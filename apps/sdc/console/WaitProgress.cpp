@@ -1,5 +1,6 @@
 #include "apps/sdc/console/WaitProgress.h"
 
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"
 #include "apps/sdc/tty/Screen.h"
 

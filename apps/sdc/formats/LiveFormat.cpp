@@ -5,6 +5,7 @@
 #include "apps/sdc/scan/Channels.h"
 
 #include <algorithm>
+#include <ostream>
 #include <string>
 
 namespace sdc {

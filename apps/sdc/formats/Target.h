@@ -4,7 +4,6 @@
 
 #include <sys/types.h>
 
-#include <compare>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>

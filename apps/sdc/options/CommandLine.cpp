@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 
-#include <cstddef>
 #include <iostream>
 #include <memory>
 #include <string>

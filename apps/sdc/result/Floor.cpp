@@ -7,6 +7,9 @@
 #include <numbers>
 #include <optional>
 
+#include "apps/sdc/result/ReceiverData.h"
+#include "apps/sdc/result/Sweep.h"
+
 namespace sdc {
 
 namespace {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
 

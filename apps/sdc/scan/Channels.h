@@ -7,6 +7,7 @@
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/RadioChannel.h"
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Sweep.h"
 
 #include <chrono>

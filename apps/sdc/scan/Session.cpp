@@ -1,5 +1,6 @@
 #include "apps/sdc/scan/Session.h"
 
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/tty/Interrupt.h"
 #include "support/Text.h"
 #include "terminal/Peers.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Channels.h"

@@ -1,8 +1,10 @@
 #include "apps/sdc/verdict/BesideCarrier.h"
 
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/verdict/Explanation.h"
 #include "apps/sdc/verdict/Fluctuation.h"
+#include "apps/sdc/verdict/KnownShapes.h"
 #include "apps/sdc/verdict/Rules.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/verdict/OwnChannel.h"
 #include "apps/sdc/verdict/Verdict.h"
 

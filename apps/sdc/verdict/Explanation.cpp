@@ -1,8 +1,10 @@
 #include "apps/sdc/verdict/Explanation.h"
 
+#include "apps/sdc/result/Floor.h"
 #include "apps/sdc/verdict/Profile.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace sdc {

@@ -3,7 +3,6 @@
 #include "apps/sdc/result/Sweep.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <vector>

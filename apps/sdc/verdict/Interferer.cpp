@@ -1,13 +1,18 @@
 #include "apps/sdc/verdict/Interferer.h"
 
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/verdict/EmitterSearch.h"
 #include "apps/sdc/verdict/KnownShapes.h"
 #include "apps/sdc/verdict/Profile.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace sdc {
 

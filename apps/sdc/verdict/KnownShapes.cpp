@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <utility>
+
+#include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/Survey.h"
 
 namespace sdc {
 

@@ -1,9 +1,13 @@
 #include "apps/sdc/verdict/OwnChannel.h"
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/Sanity.h"
+#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/Sweep.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace sdc {

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/verdict/Fluctuation.h"
 #include "apps/sdc/verdict/Profile.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <vector>
 

@@ -2,7 +2,6 @@
 
 #include "apps/sdc/result/Floor.h"
 
-#include <cstddef>
 #include <limits>
 #include <vector>
 

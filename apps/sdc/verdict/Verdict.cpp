@@ -1,6 +1,7 @@
 #include "apps/sdc/verdict/Verdict.h"
 
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/verdict/BesideCarrier.h"
 #include "apps/sdc/verdict/Interferer.h"
 #include "apps/sdc/verdict/OwnChannel.h"
