@@ -36,6 +36,15 @@ SessionPlan planOf(const ScanResult& result)
     return plan;
 }
 
+void replay(std::size_t channel, const ScanPlan& plan, const Sweep& sweep, Sink& sink)
+{
+    sink.onSweepBegin(channel, plan);
+    for (const Sample& sample : sweep.samples) {
+        sink.onSample(channel, sample);
+    }
+    sink.onSweepEnd(channel, sweep);
+}
+
 } // namespace
 
 void replay(const ScanResult& result, Sink& sink)
@@ -50,11 +59,7 @@ void replay(const ScanResult& result, Sink& sink)
         for (std::size_t channel = 0; channel < result.channels.size(); ++channel) {
             const ChannelResult& swept = result.channels[channel];
             if (sweep < swept.sweeps.size()) {
-                sink.onSweepBegin(channel, swept.plan);
-                for (const Sample& sample : swept.sweeps[sweep].samples) {
-                    sink.onSample(channel, sample);
-                }
-                sink.onSweepEnd(channel, swept.sweeps[sweep]);
+                replay(channel, swept.plan, swept.sweeps[sweep], sink);
                 ending = std::max(ending, swept.sweeps[sweep].ending);
             }
         }

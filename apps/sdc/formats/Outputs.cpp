@@ -235,17 +235,20 @@ void Outputs::onPoll()
     }
 }
 
+void Outputs::finish(LiveFile& file)
+{
+    if (!file.finish()) {
+        m_tell(file.name() + " keeps what it had: nothing was measured");
+    }
+}
+
 /// Where one is waited for, the others have all there is.
 void Outputs::onEnd(Ending)
 {
     onPoll();
     for (const Live& live : m_live) {
         for (const auto& file : live.files) {
-            attempt([&] {
-                if (!file->finish()) {
-                    m_tell(file->name() + " keeps what it had: nothing was measured");
-                }
-            });
+            attempt([&] { finish(*file); });
         }
     }
     for (const Output& output : m_options.outputs) {

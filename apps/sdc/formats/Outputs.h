@@ -89,6 +89,7 @@ private:
     void attempt(const std::function<void()>& write);
     void writeWhole(const Output& output);
     void writeWhatIsFull();
+    void finish(LiveFile& file);
 
     OutputOptions m_options;
     std::vector<std::uint32_t> m_channels;

@@ -10,7 +10,6 @@
 #include <cstddef>
 #include <iterator>
 #include <numeric>
-#include <ranges>
 
 namespace sdc {
 
@@ -158,11 +157,11 @@ void TextFrame::drawRaster()
 /// Above the middle of each channel.
 void TextFrame::drawStates()
 {
-    for (const StateLook& look : std::views::reverse(stateLooks)) {
+    for (auto look = stateLooks.rbegin(); look != stateLooks.rend(); ++look) {
         for (const ChannelState& channel : m_chart.states) {
-            if (channel.state == look.state) {
+            if (channel.state == look->state) {
                 const int column = columnOf(std::midpoint(channel.range_kHz.lowest, channel.range_kHz.highest));
-                m_canvas.put(column, top() - 1, look.sign, look.ansi);
+                m_canvas.put(column, top() - 1, look->sign, look->ansi);
             }
         }
     }

@@ -13,7 +13,7 @@ namespace sdc {
 
 namespace {
 
-constexpr double rain_perS = 100.0; ///< hundredths of a dB
+constexpr double rainPerSecond = 100.0; ///< hundredths of a dB
 constexpr double deepestRain = 2000.0;
 constexpr double leastChange = 100.0;
 
@@ -99,7 +99,7 @@ double Differences::greatestJump() const
         for (std::size_t tuning = 0; tuning < m_differences[sweep].size(); ++tuning) {
             const double now = m_differences[sweep][tuning];
             const double now_s = m_readings.times_s[sweep][tuning];
-            const double rain = std::min(rain_perS * (now_s - before_s), deepestRain);
+            const double rain = std::min(rainPerSecond * (now_s - before_s), deepestRain);
             greatest = std::max(greatest, std::abs(now - before) - rain);
             before = now;
             before_s = now_s;
