@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -15,8 +16,9 @@ namespace {
 /// Whole numbers without a fraction.
 Json limit(double value)
 {
-    const auto whole = static_cast<std::int64_t>(value);
-    return static_cast<double>(whole) == value ? Json(whole) : Json(value);
+    constexpr double mostExact = 0x1p53;
+    const bool isWhole = std::abs(value) <= mostExact && std::trunc(value) == value;
+    return isWhole ? Json(static_cast<std::int64_t>(value)) : Json(value);
 }
 
 void describeObject(const RecordType& type, Json& schema, Json& definitions)
