@@ -1,9 +1,7 @@
 #include "apps/sdc/result/ResultForm.h"
 
-#include "apps/sdc/result/Peaks.h"
-#include "apps/sdc/result/Raster.h"
 #include "apps/sdc/result/ReceiverData.h"
-#include "apps/sdc/result/Survey.h"
+#include "apps/sdc/result/ResultFields.h"
 #include "apps/sdc/result/Sweep.h"
 #include "support/Errors.h"
 #include "support/Time.h"
@@ -13,14 +11,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstddef>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <set>
-#include <string_view>
 #include <utility>
 
 namespace sdc {
@@ -30,72 +24,21 @@ namespace {
 using support::Record;
 using support::Wrong;
 
-/// A number of at most two decimals, which the program counts in hundredths.
-template <typename Value>
-class HundredthsType final : public support::SimpleType<Value> {
-public:
-    HundredthsType(double lowest, double highest)
-        : m_number(lowest, highest, "")
-    {
-    }
-    std::string expected() const override { return m_number.expected() + " with at most two decimals"; }
-    void describe(support::Json& schema, support::Json& definitions) const override
-    {
-        m_number.describe(schema, definitions);
-    }
-
-protected:
-    std::optional<Value> valueIn(const support::Scalar& scalar) const override
-    {
-        constexpr double tolerance = 1e-4; // more than a number of two decimals is off as a binary fraction
-        double number = 0.0;
-        if (!m_number.read(scalar, &number) || std::abs(number * 100.0 - std::round(number * 100.0)) >= tolerance) {
-            return std::nullopt;
-        }
-        return static_cast<Value>(std::llround(number * 100.0));
-    }
-    support::Scalar scalarOf(const Value& value) const override { return static_cast<double>(value) / 100.0; }
-    bool accepts(const Value&) const override { return true; }
-    std::string textOf(const Value& value) const override { return support::numberText(static_cast<double>(value) / 100.0); }
-
-private:
-    support::NumberType m_number;
-};
-
-struct HundredthsSpec {
-    double lowest;
-    double highest;
-
-    template <typename Value>
-    support::TypePointer typeFor() const
-    {
-        return std::make_shared<HundredthsType<Value>>(lowest, highest);
-    }
-};
-
-// What a controller's reading can be.
-constexpr double lowestLevel_dBm = std::numeric_limits<std::int32_t>::min() / 100.0;
-constexpr double highestLevel_dBm = std::numeric_limits<std::int32_t>::max() / 100.0;
-constexpr std::int64_t furthestOffset = 1'000'000'000'000;
-constexpr std::size_t mostItems = 10'000'000; // more than a file can have
-constexpr std::size_t mostSweeps = 100'000;   // of a channel
+constexpr std::size_t mostSweeps = 100'000; // of a channel
 constexpr std::size_t mostArguments = 10'000;
 
-const auto word = support::integer(0, std::numeric_limits<std::uint32_t>::max());
-const auto word64 = support::integer(0, std::numeric_limits<std::int64_t>::max());
-const auto count = support::integer(std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
-const HundredthsSpec level{lowestLevel_dBm, highestLevel_dBm};
-const auto text = support::text();
-const auto moment = support::moment();
-
-const Record<SampleInFile> sampleRecord{"sample", "one reading",
-    {
-        {"time", &SampleInFile::time, moment, "of the reading"},
-        {"frequency_kHz", &SampleInFile::frequency_kHz, word, "frequency, kHz"},
-        {"level_dBm", &SampleInFile::rssi, level, "level, dBm"},
-        {"flags", &SampleInFile::flags, support::list(support::choice(sampleFlags), 0, sampleFlags.size(), "flag"),
-            "what is odd about it; repeated: to the hundredth the reading before", support::optional},
-    }};
+const Record<SampleInFile>& sampleRecord()
+{
+    static const Record<SampleInFile> record{"sample", "one reading",
+        {
+            {"time", &SampleInFile::time, moment, "of the reading"},
+            {"frequency_kHz", &SampleInFile::frequency_kHz, word, "frequency, kHz"},
+            {"level_dBm", &SampleInFile::rssi, level, "level, dBm"},
+            {"flags", &SampleInFile::flags, support::list(support::choice(sampleFlags), 0, sampleFlags.size(), "flag"),
+                "what is odd about it; repeated: to the hundredth the reading before", support::optional},
+        }};
+    return record;
+}
 
 std::optional<Wrong> wrong(std::string path, const std::string& is, const std::string& right)
 {
@@ -132,110 +75,25 @@ std::optional<Wrong> hasReasonWithoutFailure(const SweepInFile& sweep)
         : std::nullopt;
 }
 
-const Record<SweepInFile> sweepRecord{"sweep", "one sweep",
-    {
-        {"start", &SweepInFile::start, moment, "when it began"},
-        {"end", &SweepInFile::end, moment, "when it ended"},
-        {"ending", &SweepInFile::ending, support::choice(endings), "how it ended"},
-        {"reason", &SweepInFile::givenReason, text, "of a failure", support::optional},
-        {"status", &SweepInFile::statusText, text, "of the controller at the end, in its words"},
-        {"planned", &SweepInFile::planned, count, "number of samples"},
-        {"taken", &SweepInFile::taken, word, "number of samples"},
-        {"rx_before_kHz", &SweepInFile::rxBefore_kHz, word, "receive frequency before the sweep, kHz"},
-        {"rx_after_kHz", &SweepInFile::rxAfter_kHz, word, "receive frequency after the sweep, kHz"},
-        {"samples", &SweepInFile::readings, support::list(sampleRecord, 0, mostItems),
-            "in the order taken, the lowest frequency first"},
-    },
-    {endsBeforeItsStart, isReadBeforeItsStart, isMiscounted, hasReasonWithoutFailure}};
-
-const Record<HoldsInFile> holdsRecord{"holds", "over several sweeps; each list has an item for each frequency",
-    {
-        {"frequency_kHz", &HoldsInFile::frequencies_kHz, support::list(word, 0, mostItems, "frequency, kHz"),
-            "frequencies that any sweep reached, kHz"},
-        {"max_dBm", &HoldsInFile::max, support::list(level, 0, mostItems, "level, dBm"),
-            "strongest level at each frequency"},
-        {"min_dBm", &HoldsInFile::min, support::list(level, 0, mostItems, "level, dBm"), "weakest level at each frequency"},
-        {"average_dBm", &HoldsInFile::average, support::list(level, 0, mostItems, "level, dBm"),
-            "mean power at each frequency"},
-    }};
-
-const Record<Peak> peakRecord{"peak", "a hump",
-    {
-        {"frequency_kHz", &Peak::frequency_kHz, word, "of the top, kHz"},
-        {"level_dBm", &Peak::level, level, "level, dBm"},
-        {"prominence_dB", &Peak::prominence, HundredthsSpec{0.0, highestLevel_dBm - lowestLevel_dBm},
-            "above the higher of the two valleys beside it, dB"},
-        {"width_kHz", &Peak::width_kHz, word, "3 dB below the top, where the scan resolves it, kHz", support::optional},
-        {"width_below_kHz", &Peak::widthBelow_kHz, word,
-            "otherwise: narrower than this, the wider of step and receive filter, kHz", support::optional},
-    }};
-
-constexpr HundredthsSpec percent{0.0, 100.0};
-
-const Record<RasterChannel> rasterChannelRecord{"raster_channel",
-    "a channel of the raster, by the samples that stand for it",
-    {
-        {"offset", &RasterChannel::offset, support::integer(-furthestOffset, furthestOffset),
-            "channels above the configured one; negative: below"},
-        {"centre_kHz", &RasterChannel::centre_kHz, word, "centre, kHz"},
-        {"state", &RasterChannel::state, support::choice(rasterStates), "what is in it"},
-        {"max_dBm", &RasterChannel::max, level, "strongest level, dBm", support::optional},
-        {"average_dBm", &RasterChannel::average, level, "mean power, dBm", support::optional},
-        {"threshold_dBm", &RasterChannel::threshold, level, "of its occupancy, dBm", support::optional},
-        {"sweeps", &RasterChannel::sweeps, word64, "that saw it"},
-        {"occupancy_percent", &RasterChannel::occupancy, percent,
-            "frequency channel occupancy: share of these sweeps in which it exceeds the threshold", support::optional},
-        {"sweeps_needed", &RasterChannel::sweepsNeeded, word64, "until the occupancy is as accurate as asked for",
-            support::optional},
-    }};
-
-constexpr std::array<std::string_view, 2> thresholdKinds{"dynamic", "pre-set"}; // in the order of ThresholdKind
-
-const Record<OccupancyInFile> occupancyRecord{"occupancy",
-    "how the occupancy of channels was measured, in the terms of ITU-R SM.1880-2; of the whole scan",
-    {
-        {"threshold", &OccupancyInFile::kind, support::choice(thresholdKinds), "what levels are compared with"},
-        {"threshold_dBm", &OccupancyInFile::threshold, level, "pre-set threshold, dBm", support::optional},
-        {"margin_dB", &OccupancyInFile::margin, HundredthsSpec{0.0, highestLevel_dBm},
-            "of a dynamic threshold over what is read where nobody transmits, dB", support::optional},
-        {"confidence_percent", &OccupancyInFile::confidence, HundredthsSpec{leastConfidence, mostConfidence},
-            "asked for, of the occupancy of a channel"},
-        {"accuracy_percent", &OccupancyInFile::accuracy, HundredthsSpec{leastAccuracy, mostAccuracy},
-            "asked for, in percentage points either way"},
-        {"band_occupancy_percent", &OccupancyInFile::bandOccupancy, percent,
-            "frequency band occupancy: share of all readings that exceed the threshold", support::optional},
-        {"revisit_ms", &OccupancyInFile::revisit_ms, support::integer(0, std::numeric_limits<std::int64_t>::max()),
-            "from one sweep to the next on average, ms", support::optional},
-    }};
-
-const Record<AnalysisInFile> analysisRecord{"analysis",
-    "of the sweep or, of several sweeps, of one of their traces; what cannot be said is absent",
-    {
-        {"trace", &AnalysisInFile::trace, support::choice(traceKinds),
-            "which of the levels of several sweeps stands for a frequency"},
-        {"floor_dBm", &AnalysisInFile::floor, level, "noise floor: median of the lowest tenth of the levels, dBm",
-            support::optional},
-        {"samples_left_out_at_each_end", &AnalysisInFile::samplesLeftOut, word,
-            "samples that do not count for the noise floor"},
-        {"peaks", &AnalysisInFile::peaks, support::list(peakRecord, 0, mostItems), "humps, strongest first"},
-        {"raster", &AnalysisInFile::raster, support::list(rasterChannelRecord, 0, mostItems),
-            "channels of the raster as far as they were seen, ascending"},
-        {"occupancy", &AnalysisInFile::occupancy, occupancyRecord, occupancyRecord.sentence()},
-    }};
-
-const Record<Verdict> verdictRecord{"verdict", "whether something else than the far end transmits in the configured channel",
-    {
-        {"judgement", &Verdict::judgement, support::choice(judgements), "what is said"},
-        {"kind", &Verdict::kind, support::choice(interferenceKinds), "of the interferer", support::optional},
-        {"place", &Verdict::place, support::choice(interferencePlaces), "of the interferer", support::optional},
-        {"over_floor_dB", &Verdict::overFloor, HundredthsSpec{0.0, highestLevel_dBm},
-            "by which the interferer raises what is read, dB", support::optional},
-        {"carrier_to_interference_dB", &Verdict::carrierToInterference, HundredthsSpec{-highestLevel_dBm, highestLevel_dBm},
-            "own carrier over the interferer, dB", support::optional},
-        {"rule", &Verdict::rule, text, "that decided, one sentence"},
-        {"would_help", &Verdict::wouldHelp, support::list(support::choice(helps), 0, helps.size(), "what would help"),
-            "to be surer, what helps most first"},
-    }};
+const Record<SweepInFile>& sweepRecord()
+{
+    static const Record<SweepInFile> record{"sweep", "one sweep",
+        {
+            {"start", &SweepInFile::start, moment, "when it began"},
+            {"end", &SweepInFile::end, moment, "when it ended"},
+            {"ending", &SweepInFile::ending, support::choice(endings), "how it ended"},
+            {"reason", &SweepInFile::givenReason, text, "of a failure", support::optional},
+            {"status", &SweepInFile::statusText, text, "of the controller at the end, in its words"},
+            {"planned", &SweepInFile::planned, count, "number of samples"},
+            {"taken", &SweepInFile::taken, word, "number of samples"},
+            {"rx_before_kHz", &SweepInFile::rxBefore_kHz, word, "receive frequency before the sweep, kHz"},
+            {"rx_after_kHz", &SweepInFile::rxAfter_kHz, word, "receive frequency after the sweep, kHz"},
+            {"samples", &SweepInFile::readings, support::list(sampleRecord(), 0, mostItems),
+                "in the order taken, the lowest frequency first"},
+        },
+        {endsBeforeItsStart, isReadBeforeItsStart, isMiscounted, hasReasonWithoutFailure}};
+    return record;
+}
 
 std::string placeOf(std::size_t sweep, const std::string& key)
 {
@@ -295,29 +153,24 @@ std::optional<Wrong> hasMisplacedSamples(const ChannelInFile& channel)
         channel.sweeps.back(), channel.sweeps.size() - 1, channel.plan.lowest_kHz, std::int64_t{channel.plan.step_kHz});
 }
 
-const Record<Finding> findingRecord{"finding", "what is odd about readings",
-    {
-        {"oddity", &Finding::oddity, support::choice(oddities), "what it is"},
-        {"readings", &Finding::readings, word64, "so many of them"},
-        {"of", &Finding::of, word64, "so many there are"},
-        {"level_dBm", &Finding::level, level,
-            "the one repeated, the floor of readings, or where the receiver saturates, dBm"},
-    }};
-
-const Record<ChannelInFile> channelRecord{"channel", "one radio channel",
-    {
-        {"channel", &ChannelInFile::channel, word, "number of the radio channel"},
-        {"unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"},
-        {"receiver", &ChannelInFile::receiver, receiverRecord(), receiverRecord().sentence()},
-        {"plan", &ChannelInFile::plan, planRecord(), planRecord().sentence()},
-        {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord, 1, mostSweeps), "in the order made"},
-        {"holds", &ChannelInFile::holds, holdsRecord, holdsRecord.sentence(), support::optional},
-        {"sanity", &ChannelInFile::findings, support::list(findingRecord, 0, oddities.size()),
-            "what is odd about the readings; nothing of a receiver that seems well"},
-        {"analysis", &ChannelInFile::analysis, analysisRecord, analysisRecord.sentence()},
-        {"verdict", &ChannelInFile::verdict, verdictRecord, verdictRecord.sentence()},
-    },
-    {plannedOtherwise, isCompleteWithoutAllSamples, hasMisplacedSamples}};
+const Record<ChannelInFile>& channelRecord()
+{
+    static const Record<ChannelInFile> record{"channel", "one radio channel",
+        {
+            {"channel", &ChannelInFile::channel, word, "number of the radio channel"},
+            {"unit_type", &ChannelInFile::unitTypeText, text, "type text of the outdoor unit"},
+            {"receiver", &ChannelInFile::receiver, receiverRecord(), receiverRecord().sentence()},
+            {"plan", &ChannelInFile::plan, planRecord(), planRecord().sentence()},
+            {"sweeps", &ChannelInFile::sweeps, support::list(sweepRecord(), 1, mostSweeps), "in the order made"},
+            {"holds", &ChannelInFile::holds, holdsRecord(), holdsRecord().sentence(), support::optional},
+            {"sanity", &ChannelInFile::findings, support::list(findingRecord(), 0, oddities.size()),
+                "what is odd about the readings; nothing of a receiver that seems well"},
+            {"analysis", &ChannelInFile::analysis, analysisRecord(), analysisRecord().sentence()},
+            {"verdict", &ChannelInFile::verdict, verdictRecord(), verdictRecord().sentence()},
+        },
+        {plannedOtherwise, isCompleteWithoutAllSamples, hasMisplacedSamples}};
+    return record;
+}
 
 std::optional<Wrong> hasAChannelTwice(const ResultInFile& result)
 {
@@ -401,7 +254,7 @@ const Record<ResultInFile>& resultRecord()
             {"kind", &ResultInFile::kind, support::choice(scanKinds), "of the scan"},
             {"far_end", &ResultInFile::farEnd, support::choice(farEnds), "whether it transmitted, as the user said"},
             {"provenance", &ResultInFile::provenance, provenanceRecord(), provenanceRecord().sentence()},
-            {"channels", &ResultInFile::channels, support::list(channelRecord, 1, terminal::mostChannels),
+            {"channels", &ResultInFile::channels, support::list(channelRecord(), 1, terminal::mostChannels),
                 "one for each radio channel that was scanned"},
         },
         {hasAChannelTwice}};

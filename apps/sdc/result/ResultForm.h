@@ -1,11 +1,9 @@
 #pragma once
 
-#include "apps/sdc/result/Analysis.h"
-#include "apps/sdc/result/Occupancy.h"
+#include "apps/sdc/result/AnalysisForm.h"
 #include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/ScanResult.h"
-#include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/verdict/Verdict.h"
 #include "support/Fields.h"
@@ -28,29 +26,6 @@ struct SweepInFile : Sweep {
     std::optional<std::string> givenReason; ///< of a failure
     std::int32_t planned = 0;               ///< samples
     std::uint32_t taken = 0;
-};
-
-/// Of several sweeps; each list has an item for each frequency. Levels in hundredths of a dBm.
-struct HoldsInFile {
-    std::vector<std::uint32_t> frequencies_kHz;
-    std::vector<std::int32_t> max;
-    std::vector<std::int32_t> min;
-    std::vector<std::int32_t> average;
-};
-
-enum class ThresholdKind : std::uint8_t { dynamic, preSet };
-
-struct OccupancyInFile : OccupancyRule {
-    ThresholdKind kind{};
-    std::optional<std::int32_t> margin;        ///< of a dynamic threshold, hundredths of a dB
-    std::optional<std::int32_t> bandOccupancy; ///< hundredths of a percent
-    std::optional<std::int64_t> revisit_ms;
-};
-
-struct AnalysisInFile : Analysis {
-    TraceKind trace{};
-    std::uint32_t samplesLeftOut = edgeSamples;
-    OccupancyInFile occupancy{};
 };
 
 struct ChannelInFile {
