@@ -26,9 +26,8 @@ void ChannelResult::add(Sweep sweep, Keep keep)
 {
     survey.add(sweep, plan, receiver);
     if (keep == Keep::history) {
-        // All of them may have been kept so far.
-        for (const Sweep& before : history.rows().empty() ? std::exchange(sweeps, {}) : std::vector<Sweep>{}) {
-            history.add(before);
+        if (history.rows().empty()) { // all of them may have been kept so far
+            std::ranges::for_each(sweeps, [this](const Sweep& before) { history.add(before); });
         }
         history.add(sweep);
     }

@@ -71,6 +71,15 @@ TEST_F(OutputsOfAScan, thatNeedSamplesAreWrittenWhenTheyHaveAsManyAsAResultTakes
         ElementsAre(in("json") + " ends with sweep 1: it is as large as a result may be; --jsonl and --csv have no limit"));
 }
 
+TEST_F(OutputsOfAScan, thatNeedSamplesLeaveTheirHistoryToAWaterfallWhenTheyAreFull)
+{
+    sdc::Outputs outputs = outputsTo({"json", "waterfall"});
+    outputs.onSweepEnd(0, longSweep(sdc::mostSamplesInResult));
+    EXPECT_EQ(outputs.keep(), sdc::Keep::all);
+    outputs.onSweepBegin(0, {});
+    EXPECT_EQ(outputs.keep(), sdc::Keep::history);
+}
+
 TEST_F(OutputsOfAScan, thatNeedSamplesAloneWantNoMoreWhenTheyAreFull)
 {
     sdc::Outputs outputs = outputsTo({"json"});

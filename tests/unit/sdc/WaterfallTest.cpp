@@ -126,6 +126,20 @@ TEST(Waterfalls, showWhatWasKeptOfSweepsThatAreGone)
     EXPECT_THAT(textOf(result), HasSubstr("2026-01-02 03:04:05 UTC, 1025 sweeps"));
 }
 
+TEST(Waterfalls, showSweepsThatWereKeptWholeBeforeOnlyTheirHistoryWas)
+{
+    auto channel = channelOf(1, {sweepOf({-9000, -8000}, aMoment), sweepOf({-9000, -7000}, aMoment + 1min)});
+    channel.add(sweepOf({-9000, -6000}, aMoment + 2min), sdc::Keep::history);
+    channel.add(sweepOf({-9000, -5000}, aMoment + 3min), sdc::Keep::history);
+    EXPECT_EQ(channel.sweeps.size(), 1U);
+    const Waterfall waterfall = sdc::gathered(channel, {100'000, 101'000}, 2, 10);
+    ASSERT_EQ(waterfall.rows.size(), 4U);
+    for (std::size_t row = 0; row < 4; ++row) {
+        EXPECT_THAT(waterfall.rows[row].levels, ElementsAre(-9000, -8000 + 1000 * static_cast<int>(row)));
+        EXPECT_EQ(waterfall.rows[row].start, aMoment + row * 1min);
+    }
+}
+
 TEST(Waterfalls, sampleOfAScanInOnePlaceFillsTheChannel)
 {
     auto result = minutes({{-9000}});
