@@ -14,11 +14,9 @@ Answer verdictOfSdc(const sdc::ChannelResult& channel, sdc::FarEnd farEnd)
 {
     const sdc::Verdict verdict = sdc::judge(channel, farEnd);
     Answer answer{verdict.judgement, verdict.kind, verdict.place, verdict.overFloor, verdict.rule, {}};
-#if __has_include("apps/sdc/result/Raster.h")
     for (const sdc::RasterChannel& one : sdc::rasterOf(channel)) {
         answer.raster.push_back({one.offset, one.state});
     }
-#endif
     return answer;
 }
 

@@ -1,25 +1,13 @@
 #pragma once
 
+#include "apps/sdc/result/Raster.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/verdict/Verdict.h"
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
-
-#if __has_include("apps/sdc/result/Raster.h")
-#include "apps/sdc/result/Raster.h"
-#else
-namespace sdc {
-
-enum class RasterState : std::uint8_t { own, occupied, intermittent, free, unknown };
-
-} // namespace sdc
-#endif
 
 namespace judge {
 
