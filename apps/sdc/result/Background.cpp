@@ -14,11 +14,6 @@ namespace {
 constexpr double slowest_ms = 200.0; // time constant of receivers that have one
 constexpr double audible = 1000.0;   // hundredths of a dB, from which on a fall tells of it
 
-double ratio(double decibels)
-{
-    return std::pow(10.0, decibels / 10.0);
-}
-
 /// The lowest level that does not follow a much higher one: a receiver that lags shows no lower one than there is.
 double lowestSettled(const std::vector<SDCResult>& trace)
 {
@@ -96,7 +91,7 @@ double Background::lagIn(const std::vector<SDCResult>& trace, const terminal::Sc
 double Background::withLeakOf(double onAir_mW, std::int32_t level) const
 {
     const double outside_mW = std::max(onAir_mW - heard_mW(level), 0.0);
-    const double leak_mW = outside_mW * ratio(-m_receiver.ultimateRejection_dB);
+    const double leak_mW = outside_mW * milliwatts(-100.0 * m_receiver.ultimateRejection_dB);
     return readingOf(noise_mW(m_receiver) + std::min(leak_mW, m_mostLeak_mW));
 }
 

@@ -1,14 +1,14 @@
 #include "apps/sdc/result/Floor.h"
 
+#include "apps/sdc/result/ReceiverData.h"
+#include "apps/sdc/result/Sweep.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <numbers>
 #include <optional>
-
-#include "apps/sdc/result/ReceiverData.h"
-#include "apps/sdc/result/Sweep.h"
 
 namespace sdc {
 
@@ -72,6 +72,12 @@ double shareUpTo(double offset_kHz, double symbolRate_kBd, double rollOff)
     const double into_kHz = std::min(offset_kHz - flat_kHz, flank_kHz);
     const double wave_kHz = flank_kHz / std::numbers::pi * std::sin(std::numbers::pi * into_kHz / flank_kHz);
     return (flat_kHz + (into_kHz + wave_kHz) / 2.0) / symbolRate_kBd;
+}
+
+/// What a carrier can leave in a channel by its mask, where so much is heard there.
+double throughMask_mW(double carrier_mW, const Mask& mask, double heard_mW)
+{
+    return heard_mW < carrier_mW * ratio(-mask.most_dB) ? 0.0 : carrier_mW * ratio(-mask.least_dB);
 }
 
 } // namespace
@@ -189,12 +195,6 @@ std::optional<double> Leakage::heardAt_mW(double centre_kHz) const
         }
     }
     return heard_mW;
-}
-
-/// What a carrier can leave in a channel by its mask, where so much is heard there.
-double throughMask_mW(double carrier_mW, const Mask& mask, double heard_mW)
-{
-    return heard_mW < carrier_mW * ratio(-mask.most_dB) ? 0.0 : carrier_mW * ratio(-mask.least_dB);
 }
 
 /// A mask lies on both sides of its carrier alike, and is ten or more dB better in the channel after the one beside.

@@ -75,7 +75,7 @@ void CandidateMaker::add(EmitterForm form, double centre_kHz, double width_kHz)
         .centre_kHz = centre_kHz,
         .width_kHz = width_kHz,
         .isInside = isInside,
-        .hugs = isInside || !isNear ? 0.0 : std::copysign(1.0, centre_kHz)};
+        .hugs = isInside || !isNear ? 0 : (centre_kHz < 0.0 ? -1 : 1)};
     Shape shape = shapeOf(emitter);
     if (std::ranges::max(shape.shares) > leastHeard) {
         m_candidates.push_back({emitter, std::move(shape)});
@@ -198,10 +198,10 @@ EmitterSearch Search::result() const
 double EmitterSearch::cost() const
 {
     constexpr double hugging = 3.0;
-    const auto hugs = [this](double side) {
+    const auto hugs = [this](int side) {
         return std::ranges::any_of(emitters, [side](const SeenEmitter& emitter) { return emitter.hugs == side; });
     };
-    const double count = static_cast<double>(emitters.size()) + (hugs(-1.0) && hugs(1.0) ? hugging : 0.0);
+    const double count = static_cast<double>(emitters.size()) + (hugs(-1) && hugs(1) ? hugging : 0.0);
     return misfit + worthAnEmitter * count;
 }
 

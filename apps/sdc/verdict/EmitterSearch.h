@@ -22,7 +22,7 @@ struct SeenEmitter {
     double width_kHz = 0.0;  ///< of a line 0
     double power_mW = 0.0;
     bool isInside = false; ///< reaches into the channel, by a tenth of itself or of the channel
-    double hugs = 0.0;     ///< right beside the channel: -1 below, 1 above; 0: not
+    int hugs = 0;          ///< right beside the channel: -1 below, 1 above; 0: not
 };
 
 struct EmitterSearch {

@@ -158,13 +158,11 @@ Fluctuation fluctuationOf(const Readings& readings, double scatter)
     }
     const double extreme = extremeOf(readings.sweeps() * readings.tunings()) * scatter;
     const double between = leastChange + std::numbers::sqrt2 * extreme;
-    const std::vector<double> usual = mediansOf(readings);
-    const Differences differences(readings, usual);
+    const Differences differences(readings, mediansOf(readings));
     return {.rises = differences.highestRise() - leastChange - 1.2 * extreme,
         .falls = differences.deepestFall() - leastChange - 1.2 * extreme,
         .jumps = differences.greatestJump() - between,
-        .comes = differences.greatestComing() - between,
-        .usual = usual};
+        .comes = differences.greatestComing() - between};
 }
 
 } // namespace sdc

@@ -25,11 +25,10 @@ Readings readingsOf(const std::deque<std::vector<Sample>>& sweeps, const std::fu
 
 /// How readings move beyond their scatter; hundredths of a dB, 0 or less where they do not.
 struct Fluctuation {
-    double rises = 0.0;        ///< one reading over what is usual at its tuning, against all others of its sweep
-    double falls = 0.0;        ///< the same downwards
-    double jumps = 0.0;        ///< from one reading to the next by more than rain changes a level, 1 dB in a second
-    double comes = 0.0;        ///< over a reading before, and over one after it at the same tuning
-    std::vector<double> usual; ///< at each tuning, the median
+    double rises = 0.0; ///< one reading over what is usual at its tuning, against all others of its sweep
+    double falls = 0.0; ///< the same downwards
+    double jumps = 0.0; ///< from one reading to the next by more than rain changes a level, 1 dB in a second
+    double comes = 0.0; ///< over a reading before, and over one after it at the same tuning
 };
 
 /// @param scatter  standard deviation of a reading, hundredths of a dB

@@ -1,13 +1,13 @@
 #include "apps/sdc/verdict/KnownShapes.h"
 
+#include "apps/sdc/result/Floor.h"
+#include "apps/sdc/result/Survey.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <utility>
-
-#include "apps/sdc/result/Floor.h"
-#include "apps/sdc/result/Survey.h"
 
 namespace sdc {
 
@@ -21,11 +21,6 @@ constexpr double poorestMaskAfter = 4500.0;
 constexpr double leastFallOfMask = 1000.0;
 const double strongest_mW = milliwatts(strongest);
 constexpr double unbounded_mW = std::numeric_limits<double>::infinity();
-
-double ratioOf(double hundredths)
-{
-    return milliwatts(hundredths);
-}
 
 Shape sum(Shape shape, const Shape& other, double part)
 {
@@ -102,7 +97,7 @@ void KnownShapes::addBeside(double side)
     });
     const double heard_mW = m_own.most_mW(
         m_level, [&](double tuning_kHz) { return shareOfBand(channel, tuning_kHz, filterWidth_kHz); }, m_mustBeSeen);
-    add(beside, std::min({strongest_mW * ratioOf(-poorestMask), heard_mW, after_mW * ratioOf(-poorestMask)}));
+    add(beside, std::min({strongest_mW * milliwatts(-poorestMask), heard_mW, after_mW * milliwatts(-poorestMask)}));
     for (const double rollOff : {leastRollOff, mostRollOff}) {
         const CarrierShape shape{side * width_kHz(), width_kHz(), rollOff};
         const double most_mW = std::min(strongest_mW,
@@ -112,11 +107,12 @@ void KnownShapes::addBeside(double side)
         const Shape carrier = m_make.carrier(shape.centre_kHz, width_kHz(), rollOff);
         add(carrier, most_mW);
         if (m_assumed.hasUnseen) {
-            add(sum(carrier, m_channel, ratioOf(-poorestMask)), most_mW);
+            add(sum(carrier, m_channel, milliwatts(-poorestMask)), most_mW);
         }
     }
     if (m_assumed.hasUnseen) {
-        add(sum(beside, m_channel, ratioOf(-leastFallOfMask)), strongest_mW * ratioOf(leastFallOfMask - poorestMaskAfter));
+        add(sum(beside, m_channel, milliwatts(-leastFallOfMask)),
+            strongest_mW * milliwatts(leastFallOfMask - poorestMaskAfter));
     }
 }
 
@@ -163,7 +159,7 @@ double unseen_mW(const OwnChannel& own, const OwnReading& reading)
     const CarrierShape beside{own.width_kHz(), own.width_kHz(), leastRollOff};
     const double overEdge = isBesideSeen ? 0.0 : shareOfCarrier(beside, std::abs(reading.offset_kHz), own.filterWidth_kHz());
     const double mask = isBesideSeen ? poorestMaskAfter : poorestMask;
-    return unseenFlat_mW(own) + strongest_mW * (inFilter * ratioOf(-mask) + overEdge);
+    return unseenFlat_mW(own) + strongest_mW * (inFilter * milliwatts(-mask) + overEdge);
 }
 
 double masksSeen_mW(const OwnChannel& own)

@@ -109,6 +109,7 @@ private:
     double burst() const;
     bool isExplainedBeside(std::size_t index) const;
     double excess(std::size_t index) const;
+    double leastRise() const;
     bool isBurst(std::size_t index, double highest) const;
     Verdict withoutInterferer() const;
 
@@ -143,6 +144,13 @@ double ShapeJudge::excess(std::size_t index) const
     return m_own.readings()[index].max - readingOf(m_anywhere.all_mW[index]);
 }
 
+/// What chance does not make a reading exceed the others by.
+double ShapeJudge::leastRise() const
+{
+    constexpr double more = 100.0;
+    return m_own.marginOfMax() + more;
+}
+
 /// Whether something beside the channel, which the filter reaches, was as much higher now and then.
 bool ShapeJudge::isExplainedBeside(std::size_t index) const
 {
@@ -170,9 +178,8 @@ bool ShapeJudge::isExplainedBeside(std::size_t index) const
 bool ShapeJudge::isBurst(std::size_t index, double highest) const
 {
     constexpr double muchLess = 600.0;
-    constexpr double more = 100.0;
     const OwnReading& reading = m_own.readings()[index];
-    const double least = m_own.marginOfMax() + more;
+    const double least = leastRise();
     if (excess(index) < (reading.isOwn ? least : std::max(least, highest - muchLess))) {
         return false;
     }
@@ -200,11 +207,10 @@ double ShapeJudge::burst() const
         isBelow = isBelow || (offset < middle && isBurst(index, highest));
         isAbove = isAbove || (offset > -middle && isBurst(index, highest));
     }
-    constexpr double more = 100.0;
     if (isBelow && isAbove) {
         return highest;
     }
-    return m_own.isSeenFromBeside() && unexplained > m_own.marginOfMax() + more ? unexplained : 0.0;
+    return m_own.isSeenFromBeside() && unexplained > leastRise() ? unexplained : 0.0;
 }
 
 /// What is heard may yet be more than carriers beside the channel give.
