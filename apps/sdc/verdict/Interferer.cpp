@@ -5,6 +5,7 @@
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/verdict/EmitterSearch.h"
 #include "apps/sdc/verdict/KnownShapes.h"
+#include "apps/sdc/verdict/MovingLine.h"
 #include "apps/sdc/verdict/Profile.h"
 
 #include <algorithm>
@@ -21,10 +22,9 @@ namespace {
 /// Whether the reading that is highest was low in another sweep.
 bool comesAndGoes(const OwnChannel& own)
 {
-    constexpr double muchLower = 500.0;
     const auto ofOwn = [](const OwnReading& reading) { return reading.isOwn ? reading.max : lowestReading - 1.0; };
     const OwnReading& highest = *std::ranges::max_element(own.readings(), {}, ofOwn);
-    return highest.max - highest.min > muchLower + 2.0 * own.marginOfMax();
+    return highest.max - highest.min > muchHigher(own);
 }
 
 /// The strongest in the channel, by its shape.
@@ -69,7 +69,7 @@ void describeInterferer(Verdict& verdict, const OwnChannel& own, FarEnd farEnd)
     const bool isBeside = seen && std::abs(seen->centre_kHz) > own.width_kHz() / 2.0 && seen->form != EmitterForm::wideband;
     verdict.place = isBeside ? InterferencePlace::adjacent : InterferencePlace::coChannel;
     if (comesAndGoes(own)) {
-        verdict.kind = InterferenceKind::burst;
+        verdict.kind = hasMovingLine(own) ? InterferenceKind::sweep : InterferenceKind::burst;
     } else if (seen) {
         verdict.kind = kindOf(*seen);
     }

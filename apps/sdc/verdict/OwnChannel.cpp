@@ -52,11 +52,16 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
         m_count += isOwn ? spread.readings : 0;
         m_all.push_back({offset_kHz, spread.mean, static_cast<double>(spread.max), static_cast<double>(spread.min),
             spread.readings, isOwn});
-        if (away_kHz <= std::max(width_kHz(), width_kHz() / 2.0 + filterWidth_kHz() / 2.0)) {
+        if (away_kHz <= reach_kHz()) {
             m_readings.push_back(m_all.back());
         }
     }
     m_isSeenFromBeside = m_isSeenFromBeside && spreads.size() >= fewSamples;
+}
+
+double OwnChannel::reach_kHz() const
+{
+    return std::max(width_kHz(), width_kHz() / 2.0 + filterWidth_kHz() / 2.0);
 }
 
 std::vector<SDCResult> OwnChannel::levels(TraceKind kind) const
@@ -164,9 +169,18 @@ Readings OwnChannel::fromSweepToSweep() const
         nearest_kHz = std::min(nearest_kHz, std::abs(reading.offset_kHz));
     }
     const double farthest_kHz = std::max(nearest_kHz, withGuard * width_kHz() - filterWidth_kHz() / 2.0);
+    return recentWithin(std::min(farthest_kHz, width_kHz() / 2.0));
+}
+
+Readings OwnChannel::aroundFromSweepToSweep() const
+{
+    return recentWithin(reach_kHz());
+}
+
+Readings OwnChannel::recentWithin(double away_kHz) const
+{
     return readingsOf(m_channel.survey.recent(), [&](const Sample& sample) {
-        return isLevel(sample, receiver())
-            && std::abs(sample.frequency_kHz - centre_kHz()) <= std::min(farthest_kHz, width_kHz() / 2.0);
+        return isLevel(sample, receiver()) && std::abs(sample.frequency_kHz - centre_kHz()) <= away_kHz;
     });
 }
 

@@ -43,6 +43,7 @@ public:
     const ReceiverData& receiver() const { return m_channel.receiver; }
     double width_kHz() const { return m_channel.plan.channelSpacing_kHz; }
     double filterWidth_kHz() const { return m_channel.receiver.filterWidth_kHz; }
+    double step_kHz() const { return m_channel.plan.step_kHz; }
     double centre_kHz() const { return m_channel.plan.rxFrequency_kHz; }
     Stretch stretch() const { return channelAt(0, m_channel.plan); }
     double noise_mW() const; ///< but not less than the lowest reading
@@ -80,6 +81,9 @@ public:
     /// At tunings from which the filter does not reach beside the channel, as far as there are such.
     Readings fromSweepToSweep() const;
 
+    /// At all tunings of `readings()`.
+    Readings aroundFromSweepToSweep() const;
+
     /// Of a slow receiver, the part of a fall, in dB, that it has not made when the next reading is taken; at most.
     double mostLag() const { return m_mostLag; }
     bool isSlow() const; ///< it may be so much that it changes verdicts
@@ -88,6 +92,8 @@ private:
     double risenTo(double reading, double before) const;
     std::vector<SDCResult> levels(TraceKind kind) const;
     void look(const std::vector<Spread>& spreads);
+    Readings recentWithin(double away_kHz) const;
+    double reach_kHz() const;
     double lagSeen(const std::vector<Spread>& spreads) const;
 
     const ChannelResult& m_channel;

@@ -24,8 +24,8 @@ constexpr std::string_view toText(Judgement judgement)
 enum class InterferenceKind : std::uint8_t {
     carrier,  ///< a modulated one, a hump
     line,     ///< a single frequency: as wide as the receive filter
-    burst,    ///< comes and goes, whatever its shape
-    sweep,    ///< a line that moves through the channel
+    burst,    ///< comes and goes, whatever its shape; also a line that moves too fast to be told
+    sweep,    ///< a line that moves through the channel slowly
     wideband, ///< as high all over the channel
 };
 inline constexpr std::array<std::string_view, 5> interferenceKinds{"carrier", "line", "burst", "sweep", "wideband"};

@@ -127,6 +127,14 @@ TEST(VerdictOfScans, isBurstOfAnEmitterThatComesAndGoesInTheChannel)
     EXPECT_EQ(verdict.kind, InterferenceKind::burst);
 }
 
+TEST(VerdictOfScans, isSweepOfALineThatMovesSlowly)
+{
+    const Emitter moving = ContinuousWave{centre_kHz, -60, simulator::Drift{.reach_kHz = 12000, .period_ms = 700000}};
+    const Verdict verdict = Link(ScanKind::subBand, {moving}).judged(FarEnd::muted, 20);
+    EXPECT_EQ(verdict.judgement, Judgement::disturbed);
+    EXPECT_EQ(verdict.kind, InterferenceKind::sweep);
+}
+
 TEST(VerdictOfScans, isNoAlarmOfOneThatComesAndGoesBesideTheChannel)
 {
     Emitter burst = ContinuousWave{centre_kHz + 18000, -60};
