@@ -34,6 +34,15 @@ bool isRaised(const OwnChannel& own)
     });
 }
 
+/// What comes and goes on top of a carrier shows in three sweeps at the earliest; what is only suspected stands out better
+/// in the mean of many.
+bool wouldMoreSweepsHelp(const Verdict& verdict, const OwnChannel& own, FarEnd farEnd)
+{
+    constexpr std::size_t sweepsToComeAndGo = 3;
+    const bool isBesideCarrier = verdict.judgement == Judgement::cannotTell && farEnd != FarEnd::muted;
+    return verdict.judgement == Judgement::suspected || (isBesideCarrier && own.sweeps() < sweepsToComeAndGo);
+}
+
 } // namespace
 
 Verdict judge(const ChannelResult& channel, FarEnd farEnd)
@@ -52,6 +61,9 @@ Verdict judge(const ChannelResult& channel, FarEnd farEnd)
         return verdictBy(Rule::quiet);
     }
     Verdict verdict = farEnd == FarEnd::muted ? judgeWithoutCarrier(own) : judgeBesideCarrier(own, farEnd);
+    if (wouldMoreSweepsHelp(verdict, own, farEnd)) {
+        verdict.wouldHelp.push_back(Help::moreSweeps);
+    }
     describeInterferer(verdict, own, farEnd);
     return verdict;
 }

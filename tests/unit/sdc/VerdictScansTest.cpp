@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
@@ -171,18 +172,32 @@ TEST(VerdictOfScans, takesNoRefusedReadingForALevel)
     EXPECT_EQ(judge(again, FarEnd::on).judgement, Judgement::clear);
 }
 
-/// What leaks in may come from anywhere: a scan of the sub-band that has three samples shows no more of it than one of the
-/// channel.
-TEST(VerdictOfScans, advisesNoScanThatWasJustMade)
+bool advises(const Verdict& verdict, Help help)
+{
+    return std::ranges::find(verdict.wouldHelp, help) != verdict.wouldHelp.end();
+}
+
+TEST(VerdictOfScans, advisesMoreSweepsWhereFewHideWhatComesAndGoes)
+{
+    const Link link(ScanKind::subBand, {carrierAt(0, -50, 22000)});
+    for (const FarEnd farEnd : {FarEnd::on, FarEnd::unknown}) {
+        EXPECT_TRUE(advises(link.judged(farEnd, 2), Help::moreSweeps)) << toText(farEnd);
+        EXPECT_FALSE(advises(link.judged(farEnd, 3), Help::moreSweeps)) << toText(farEnd);
+    }
+    EXPECT_FALSE(advises(link.judged(FarEnd::muted, 1), Help::moreSweeps));
+}
+
+TEST(VerdictOfScans, advisesMoreSweepsOfWhatIsOnlySuspected)
+{
+    const Verdict verdict = Link(ScanKind::subBand, {ContinuousWave{centre_kHz, -90}}).judged(FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::suspected) << verdict.rule;
+    EXPECT_EQ(verdict.wouldHelp, std::vector{Help::moreSweeps});
+}
+
+TEST(VerdictOfScans, ofAChannelThatANeighbourLeaksIntoAdvisesTheSubBand)
 {
     const Verdict verdict = Link(ScanKind::channel, {carrierAt(28000, -30, 22000)}).judged(FarEnd::muted);
     EXPECT_EQ(verdict.wouldHelp, std::vector{Help::subBandScan});
-    SimulatedScans few("23-cochannel", ScanKind::subBand);
-    few.link.emitters = {Emitter(carrierAt(0, -75, 22000))};
-    const Verdict wide = judge(few.scan(7, 1).channels.front(), FarEnd::muted);
-    for (const Help help : wide.wouldHelp) {
-        EXPECT_NE(help, Help::subBandScan);
-    }
 }
 
 } // namespace

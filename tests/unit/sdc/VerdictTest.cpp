@@ -136,6 +136,15 @@ TEST(Verdict, cannotTellALowFlatRiseInAScanOfTheChannelFromALeak)
     EXPECT_EQ(verdict.wouldHelp, std::vector{Help::subBandScan});
 }
 
+/// What leaks in may come from anywhere: a scan of the sub-band that has three samples shows no more of it than one of the
+/// channel.
+TEST(Verdict, cannotTellALowRiseFromALeakByThreeSamplesOfTheSubBand)
+{
+    const sdc::Verdict verdict = judge(scanned({{-9453, -8200, -9453}}, wide, 18000000 - 28000, 28000), FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::cannotTell);
+    EXPECT_EQ(verdict.wouldHelp, std::vector{Help::channelScan});
+}
+
 TEST(Verdict, ofAFlatRiseHigherThanAnyLeakIsDisturbed)
 {
     EXPECT_EQ(judge(channelScan({around(-5500, 14), around(-5500, 14, 5)}), FarEnd::muted).judgement, Judgement::disturbed);
