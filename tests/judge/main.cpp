@@ -114,6 +114,7 @@ int run(const Options& options)
     }
     if (!options.document.first.empty()) {
         update(options, outcomes);
+        return 0;
     }
     return areMet ? 0 : 1;
 }
@@ -130,7 +131,8 @@ int main(int argc, char** argv)
     app.add_option("--failures", options.failures, "show so many links that count against each goal");
     app.add_option(
         "--write-scenario", options.scenario, "SEED FILE: write a link as a scenario, and tell how it is scanned");
-    app.add_option("--document", options.document, "FILE PICTURE: write the figures into a document, and draw them");
+    app.add_option("--document", options.document,
+        "FILE PICTURE: write the figures into a document, and draw them; then 0 whatever they are");
     CLI11_PARSE(app, argc, argv);
     try {
         return run(options);
