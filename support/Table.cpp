@@ -3,15 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstddef>
 
 namespace support {
 
 namespace {
 
-std::vector<std::size_t> widthsOf(const std::vector<Row>& rows)
+std::vector<std::size_t> widthsOf(const std::vector<Row>& rows, std::size_t columns, std::vector<std::size_t> widths)
 {
-    std::vector<std::size_t> widths(rows.empty() ? 0 : rows.front().size());
+    widths.resize(columns);
     for (const Row& row : rows) {
         for (std::size_t column = 0; column < widths.size() && row.size() == widths.size(); ++column) {
             widths[column] = std::max(widths[column], row[column].size());
@@ -22,9 +21,9 @@ std::vector<std::size_t> widthsOf(const std::vector<Row>& rows)
 
 } // namespace
 
-std::string table(const std::vector<Row>& rows, std::string_view alignment)
+std::string table(const std::vector<Row>& rows, std::string_view alignment, const std::vector<std::size_t>& least)
 {
-    const std::vector<std::size_t> widths = widthsOf(rows);
+    const std::vector<std::size_t> widths = widthsOf(rows, alignment.size(), least);
     std::string text;
     for (const Row& row : rows) {
         for (std::size_t column = 0; column + 1 < row.size(); ++column) {

@@ -65,8 +65,8 @@ TEST_F(OnATerminal, tableHasAsManyRowsAsFitAndSaysHowToSeeAll)
 {
     OnPseudoTerminal terminal(folder, {SDC_PROGRAM, "scan", "sub-band", "--quiet"}, 80); // it has 40 lines
     EXPECT_EQ(terminal.finish(), 0);
-    EXPECT_LE(std::ranges::count(terminal.shown(), '\n'), 40);
-    EXPECT_GE(std::ranges::count(terminal.shown(), '|'), 18);
+    EXPECT_LT(std::ranges::count(terminal.shown(), '\n'), 40) << "a line is the prompt's";
+    EXPECT_GE(std::ranges::count(terminal.shown(), '|'), 15);
     EXPECT_THAT(terminal.shown(), HasSubstr("; --rows 0 shows all\r\n"));
 }
 

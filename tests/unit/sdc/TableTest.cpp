@@ -5,7 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fmt/format.h>
+
 #include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
 
 using namespace testing_results;
 using sdc::Ending;
@@ -52,21 +57,33 @@ TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
         "configured *    102.000 MHz    -30.00 dBm  2.000 MHz wide\n"
         "peak            102.000 MHz    -30.00 dBm  under 27.500 MHz\n"
         "other channels  3 free, 1 unknown\n"
-        "free            104.000 MHz    -97.99 dBm  average -97.99\n"
-        "free            108.000 MHz    -96.00 dBm  average -96.00\n"
-        "free            106.000 MHz    -95.00 dBm  average -95.00\n");
+        "free            104.000 MHz    -97.99 dBm  raster +1, average -97.99\n"
+        "free            108.000 MHz    -96.00 dBm  raster +3, average -96.00\n"
+        "free            106.000 MHz    -95.00 dBm  raster +2, average -95.00\n");
 }
 
 TEST(TableOutput, barsHaveTheirEnds)
 {
-    const std::string table = tableOf(scanOf({-10000, -9900, -9901, -2000, -1000, 2147483647, -2147483647}));
+    const std::string table = tableOf(scanOf({-10000, -9900, -9901, -2000, -1000}));
     for (const char* const row : {"  100.000  -100.00  |\n", "  101.000   -99.00 *|#\n", "  102.000   -99.01 *|\n"}) {
         EXPECT_THAT(table, HasSubstr(row));
     }
     const std::string longest = "|" + std::string(40, '#') + "\n";
     EXPECT_THAT(table, HasSubstr("  103.000   -20.00 *" + longest));
     EXPECT_THAT(table, HasSubstr("  104.000   -10.00  " + longest));
-    EXPECT_THAT(table, HasSubstr("  105.00021474836.47  " + longest));
+}
+
+TEST(TableOutput, columnsAreAsWideAsTheirContent)
+{
+    const std::string one = tableOf(scanOf({-9000, -2147483647}));
+    EXPECT_THAT(one, HasSubstr("      MHz           dBm  -100 "));
+    EXPECT_THAT(one, HasSubstr("  100.000        -90.00  |#####\n  101.000  -21474836.47 *|\n"));
+    auto channel = channelOf(1, {sweepOf({-2147483647, -9000}), sweepOf({-9000, -9000})});
+    channel.sweeps[0].samples[1].frequency_kHz = channel.sweeps[1].samples[1].frequency_kHz = 4'294'967'295;
+    const std::string table = tableOf(resultOf({surveyed(channel)}));
+    EXPECT_THAT(table, HasSubstr("        MHz  max dBm           avg           min  -100 "));
+    EXPECT_THAT(table, HasSubstr("    100.000   -90.00        -93.01  -21474836.47  |"));
+    EXPECT_THAT(table, HasSubstr("4294967.295   -90.00        -90.00        -90.00  |"));
 }
 
 TEST(TableOutput, widerTablesHaveFinerBars)
@@ -146,9 +163,9 @@ TEST(TableOutput, onATerminalHasAsManyRowsAsFitAndSaysHowToSeeAll)
         levels[index] = -9010;
     }
     const std::string table = tableOf(scanOf(levels), {.width = 80, .height = 40});
-    EXPECT_LE(std::ranges::count(table, '\n'), 40);
+    EXPECT_LT(std::ranges::count(table, '\n'), 40) << "a line is the prompt's";
     EXPECT_GE(std::ranges::count(table, '|'), 18);
-    EXPECT_THAT(table, testing::StartsWith("each row: a sample, the strongest of 28; --rows 0 shows all\n"));
+    EXPECT_THAT(table, testing::StartsWith("each row: a sample, the strongest of 17; --rows 0 shows all\n"));
     EXPECT_EQ(tableOf(scanOf({-9000, -3000}), {.height = 40}), tableOf(scanOf({-9000, -3000})));
     EXPECT_GE(std::ranges::count(tableOf(scanOf(levels), {.height = 3}), '|'), 8);
 }
@@ -214,11 +231,70 @@ TEST(TableOutput, summaryShowsTheFirstFewAndCountsTheOthers)
     for (std::int32_t quiet = 0; quiet < 12; ++quiet) {
         levels.push_back(-9500 + quiet);
     }
-    const std::string table = tableOf(scanOf(levels));
+    const std::string table = tableOf(scanOf(levels), {.rows = 100});
     EXPECT_THAT(table, HasSubstr("-44.00 dBm  under 27.500 MHz\n              and 2 weaker peaks\nother channels"));
     EXPECT_THAT(table, Not(HasSubstr("-45.00 dBm  under")));
     const std::regex line("\nfree ");
     EXPECT_EQ(std::distance(std::sregex_iterator(table.begin(), table.end(), line), std::sregex_iterator()), 3);
+}
+
+namespace {
+
+/// Channels of 2 MHz that a filter of 1.5 MHz tells apart, in the second of two sweeps.
+sdc::ScanResult busyBand()
+{
+    std::vector<std::int32_t> levels(41, -9970);
+    for (const std::size_t sample : {8U, 12U, 16U, 20U, 24U}) {
+        levels[sample] = -5000 - static_cast<std::int32_t>(sample) * 10;
+    }
+    std::vector<std::int32_t> before = levels;
+    for (const std::size_t sample : {16U, 20U}) {
+        before[sample] = -9970;
+    }
+    auto channel = channelOf(1, {sweepOf(before), sweepOf(levels)});
+    channel.receiver.filterWidth_kHz = 1500.0;
+    return resultOf({surveyed(channel)});
+}
+
+std::vector<std::string> linesWith(const std::string& what, const std::string& table)
+{
+    std::vector<std::string> found;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind(what, 0) == 0) {
+            found.push_back(line);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+TEST(TableOutput, namesTheChannelsInUseTheStrongestFirst)
+{
+    const std::string table = tableOf(busyBand());
+    EXPECT_THAT(linesWith("occupied", table),
+        testing::ElementsAre("occupied        108.000 MHz    -50.80 dBm  raster +3, on 100.00 % of 2 sweeps",
+            "occupied        112.000 MHz    -51.20 dBm  raster +5, on 100.00 % of 2 sweeps",
+            "occupied        124.000 MHz    -52.40 dBm  raster +11, on 100.00 % of 2 sweeps"));
+    EXPECT_THAT(linesWith("intermittent", table),
+        testing::ElementsAre("intermittent    116.000 MHz    -51.60 dBm  raster +7, on 50.00 % of 2 sweeps",
+            "intermittent    120.000 MHz    -52.00 dBm  raster +9, on 50.00 % of 2 sweeps"));
+}
+
+TEST(TableOutput, listOfChannelsIsShortWhereTheTableIsAndSaysHowToSeeAll)
+{
+    const std::string all = tableOf(busyBand());
+    EXPECT_GT(linesWith("free", all).size(), 3U);
+    EXPECT_THAT(all, Not(HasSubstr(" more ")));
+    for (const sdc::WriteOptions& options : {sdc::WriteOptions{.rows = 5}, sdc::WriteOptions{.width = 80, .height = 24}}) {
+        const std::string table = tableOf(busyBand(), options);
+        EXPECT_EQ(linesWith("free", table).size(), 3U);
+        EXPECT_EQ(linesWith("occupied", table).size(), 3U);
+        EXPECT_THAT(table,
+            testing::EndsWith(
+                fmt::format("              and {} more free; --rows 0 shows all\n", linesWith("free", all).size() - 3)));
+    }
 }
 
 TEST(TableOutput, oddReadingsAreToldFirst)

@@ -20,4 +20,10 @@ TEST(Table, isNotWidenedByAShortRow)
         "a  b  c\n1  nothing to be told\n1  2  3\n");
 }
 
+TEST(Table, hasColumnsOfAtLeastAWidth)
+{
+    EXPECT_EQ(support::table({{"longer", "2", "3"}}, "lrl", {4, 3}), "longer    2  3\n");
+    EXPECT_EQ(support::table({{"a", "short row"}}, "lrl", {4, 3}), "a     short row\n");
+}
+
 } // namespace
