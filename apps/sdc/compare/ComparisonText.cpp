@@ -3,6 +3,7 @@
 #include "apps/sdc/compare/Places.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Survey.h"
+#include "support/Table.h"
 #include "support/Text.h"
 #include "support/Time.h"
 
@@ -23,17 +24,21 @@ namespace {
 
 constexpr std::size_t mostLines = 5; ///< of changes of one kind
 
-/// "   -45.12 ->  -40.10 dBm    +5.02 dB"
-std::string levels(const Change& change)
+using Rows = std::vector<support::Row>;
+
+constexpr std::size_t whatWidth = 17; ///< at least
+
+std::string indented(const std::string& what)
 {
-    const std::int64_t difference = change.difference();
-    return fmt::format("{:>8} ->{:>8} dBm{:>9} dB", hundredths(change.before), hundredths(change.after),
-        (difference < 0 ? "" : "+") + hundredths(difference));
+    return "  " + what;
 }
 
-std::string line(const std::string& what, const std::string& where, const std::string& rest)
+/// As in "levels  103.000 MHz  -30.00 ->  -90.00 dBm  -60.00 dB".
+support::Row changeRow(const std::string& what, const std::string& where, const Change& change)
 {
-    return fmt::format("  {:<17}{:<26}{}\n", what, where, rest);
+    const std::int64_t difference = change.difference();
+    return {indented(what), where, hundredths(change.before) + " ->", hundredths(change.after) + " dBm",
+        fmt::format("{:>6} dB", (difference < 0 ? "" : "+") + hundredths(difference))};
 }
 
 std::string rangeText(std::uint32_t lowest_kHz, std::uint32_t highest_kHz)
@@ -41,32 +46,32 @@ std::string rangeText(std::uint32_t lowest_kHz, std::uint32_t highest_kHz)
     return megahertz(lowest_kHz) + (lowest_kHz == highest_kHz ? "" : " to " + megahertz(highest_kHz)) + " MHz";
 }
 
-/// The largest of many changes, in their order, each as a line.
-template <typename Changes, typename LineOf>
-std::string largest(const Changes& changes, const std::string& what, LineOf lineOf)
+/// The largest of many changes, in their order, each as a row.
+template <typename Changes, typename RowOf>
+void addLargest(Rows& rows, const Changes& changes, const std::string& what, RowOf rowOf)
 {
     const auto size = [](const Change& change) { return std::llabs(change.difference()); };
     std::vector<std::int64_t> sizes;
     std::ranges::transform(changes, std::back_inserter(sizes), size);
     std::ranges::sort(sizes, std::greater<>());
     const std::int64_t least = sizes.size() > mostLines ? sizes[mostLines - 1] : 0;
-    std::string lines;
     std::size_t shown = 0;
     for (const auto& change : changes) {
         if (size(change) >= least && shown < mostLines) {
-            lines += lineOf(change);
+            rows.push_back(rowOf(change));
             ++shown;
         }
     }
-    const std::size_t others = changes.size() - shown;
-    return lines + (others == 0 ? "" : fmt::format("  {:<17}and {} smaller ones; --json tells all\n", what, others));
+    if (const std::size_t others = changes.size() - shown; others > 0) {
+        rows.push_back({indented(what), fmt::format("and {} smaller ones; --json tells all", others)});
+    }
 }
 
-std::string peakLines(const std::vector<PeakChange>& peaks, const std::string& what)
+void addPeaks(Rows& rows, const std::vector<PeakChange>& peaks, const std::string& what)
 {
-    return largest(peaks, what, [&](const PeakChange& peak) {
-        return line(
-            peak.comesAndGoes ? "comes and goes" : what, rangeText(peak.frequency_kHz, peak.frequency_kHz), levels(peak));
+    addLargest(rows, peaks, what, [&](const PeakChange& peak) {
+        return changeRow(
+            peak.comesAndGoes ? "comes and goes" : what, rangeText(peak.frequency_kHz, peak.frequency_kHz), peak);
     });
 }
 
@@ -100,35 +105,54 @@ std::vector<RasterRange> changedRanges(const std::vector<RasterChange>& raster)
     return ranges;
 }
 
-std::string rasterLines(const std::vector<RasterChange>& raster)
+void addRaster(Rows& rows, const std::vector<RasterChange>& raster)
 {
-    return largest(changedRanges(raster), "raster", [](const RasterRange& range) {
+    addLargest(rows, changedRanges(raster), "raster", [](const RasterRange& range) {
         const bool isOne = range.first.offset == range.last.offset;
         const std::string offsets =
             range.first.offset == 0 && isOne ? "configured" : fmt::format("raster {:+}", range.first.offset);
-        return line(offsets + (isOne ? "" : fmt::format(" to {:+}", range.last.offset)),
-            rangeText(range.first.centre_kHz, range.last.centre_kHz), levels(range));
+        return changeRow(offsets + (isOne ? "" : fmt::format(" to {:+}", range.last.offset)),
+            rangeText(range.first.centre_kHz, range.last.centre_kHz), range);
     });
 }
 
-std::string rangeLines(const std::vector<RangeChange>& ranges)
+void addRanges(Rows& rows, const std::vector<RangeChange>& ranges)
 {
-    return largest(ranges, "levels", [](const RangeChange& change) {
-        return line("levels", rangeText(change.range.lowest_kHz, change.range.highest_kHz), levels(change));
+    addLargest(rows, ranges, "levels", [](const RangeChange& change) {
+        return changeRow("levels", rangeText(change.range.lowest_kHz, change.range.highest_kHz), change);
     });
 }
 
-std::string missingLines(const std::vector<FrequencyRange>& ranges, const std::string& what)
+std::string changeLines(const ChannelComparison& channel)
 {
+    Rows rows;
+    addPeaks(rows, channel.newPeaks, "new peak");
+    addPeaks(rows, channel.vanishedPeaks, "vanished peak");
+    addRaster(rows, channel.raster);
+    addRanges(rows, channel.ranges);
+    return support::table(rows, "llrrl", {whatWidth, 26, 9, 10});
+}
+
+void addMissing(Rows& rows, const std::vector<FrequencyRange>& ranges, const std::string& what)
+{
+    if (ranges.empty()) {
+        return;
+    }
     std::size_t frequencies = 0;
     for (const FrequencyRange& range : ranges) {
         frequencies += range.frequencies;
     }
-    return ranges.empty()
-        ? ""
-        : line(what, rangeText(ranges.front().lowest_kHz, ranges.back().highest_kHz),
-            ranges.size() == 1 ? support::counted(frequencies, "sample")
-                               : fmt::format("{} in {} ranges", support::counted(frequencies, "sample"), ranges.size()));
+    const std::string samples = support::counted(frequencies, "sample");
+    rows.push_back({indented(what), rangeText(ranges.front().lowest_kHz, ranges.back().highest_kHz),
+        ranges.size() == 1 ? samples : fmt::format("{} in {} ranges", samples, ranges.size())});
+}
+
+std::string missingLines(const ChannelComparison& channel)
+{
+    Rows rows;
+    addMissing(rows, channel.onlyBefore, "only before");
+    addMissing(rows, channel.onlyAfter, "only after");
+    return support::table(rows, "lll", {whatWidth, 24});
 }
 
 std::string conditions(const ScanSide& side)
@@ -168,9 +192,7 @@ std::string verdictOn(const ChannelComparison& channel)
 std::string linesOf(const ChannelComparison& channel)
 {
     return fmt::format("channel {}: {}\n", channel.channel, verdictOn(channel)) + conditionLines(channel)
-        + missingLines(channel.onlyBefore, "only before") + missingLines(channel.onlyAfter, "only after")
-        + peakLines(channel.newPeaks, "new peak") + peakLines(channel.vanishedPeaks, "vanished peak")
-        + rasterLines(channel.raster) + rangeLines(channel.ranges);
+        + missingLines(channel) + changeLines(channel);
 }
 
 std::string timesOf(const ResultSide& side)

@@ -181,7 +181,7 @@ TEST(Comparisons, peakThatWasNotThereInEachSweepComesAndGoes)
     EXPECT_FALSE(channelCompared(never, always).newPeaks.at(0).comesAndGoes);
     EXPECT_FALSE(channelCompared(always, never).vanishedPeaks.at(0).comesAndGoes);
     EXPECT_THAT(textOf(compared(never, sometimes)),
-        HasSubstr("\n  comes and goes   107.000 MHz                 -90.00 ->  -40.00 dBm   +50.00 dB\n"));
+        HasSubstr("\n  comes and goes   107.000 MHz                 -90.00 ->  -40.00 dBm  +50.00 dB\n"));
 }
 
 TEST(Comparisons, peakThatComesAndGoesIsToldOfTheFrequenciesOfTheOtherScanToo)
@@ -339,13 +339,24 @@ TEST(Comparisons, textTellsWhatWasComparedAndWhatChanged)
         "  no change is -5.50 to +5.50 dB; readings scatter by 0.95 dB\n"
         "  only before      111.000 MHz               1 sample\n"
         "  only after       99.000 MHz                1 sample\n"
-        "  new peak         107.000 MHz                 -90.00 ->  -40.00 dBm   +50.00 dB\n"
-        "  vanished peak    103.000 MHz                 -30.00 ->  -90.00 dBm   -60.00 dB\n"
-        "  raster +0 to +1  102.000 to 104.000 MHz      -70.00 ->  -90.00 dBm   -20.00 dB\n"
-        "  raster +2 to +3  106.000 to 108.000 MHz      -90.00 ->  -60.00 dBm   +30.00 dB\n"
-        "  levels           103.000 MHz                 -30.00 ->  -90.00 dBm   -60.00 dB\n"
-        "  levels           107.000 to 108.000 MHz      -90.00 ->  -40.00 dBm   +50.00 dB\n");
+        "  new peak         107.000 MHz                 -90.00 ->  -40.00 dBm  +50.00 dB\n"
+        "  vanished peak    103.000 MHz                 -30.00 ->  -90.00 dBm  -60.00 dB\n"
+        "  raster +0 to +1  102.000 to 104.000 MHz      -70.00 ->  -90.00 dBm  -20.00 dB\n"
+        "  raster +2 to +3  106.000 to 108.000 MHz      -90.00 ->  -60.00 dBm  +30.00 dB\n"
+        "  levels           103.000 MHz                 -30.00 ->  -90.00 dBm  -60.00 dB\n"
+        "  levels           107.000 to 108.000 MHz      -90.00 ->  -40.00 dBm  +50.00 dB\n");
     EXPECT_THAT(textOf(compared(before, before)), testing::StartsWith("same\n\nbefore  a.json\n"));
+}
+
+TEST(Comparisons, columnsOfTheTextNeverMeet)
+{
+    const auto before = stepped(with(flat(12), 1, {-2147483647, -2147483647}), 4294900000, 1000);
+    const std::string text = textOf(compared(before, stepped(with(flat(8), 7, {-3000}), 4294900000, 1000)));
+    EXPECT_THAT(text, HasSubstr("\n  only before      4294908.000 to 4294911.000 MHz  4 samples\n"));
+    EXPECT_THAT(text,
+        HasSubstr(
+            "\n  levels                       4294901.000 to 4294902.000 MHz  -21474836.47 ->  -90.00 dBm  +21474746.47 dB\n"
+            "  levels                       4294907.000 MHz                       -90.00 ->  -30.00 dBm  +60.00 dB\n"));
 }
 
 TEST(Comparisons, ofManyChangesTheLargestAreShown)
@@ -356,7 +367,7 @@ TEST(Comparisons, ofManyChangesTheLargestAreShown)
     }
     const std::string text = textOf(compared(scanOf(flat(41)), scanOf(levels)));
     EXPECT_THAT(text,
-        AllOf(HasSubstr("  levels           and 15 smaller ones; --json tells all\n"), HasSubstr("+13.90 dB\n"),
+        AllOf(HasSubstr("  levels            and 15 smaller ones; --json tells all\n"), HasSubstr("+13.90 dB\n"),
             HasSubstr("+13.10 dB\n"), Not(HasSubstr("+12.90 dB\n"))));
     EXPECT_LE(std::ranges::count(text, '\n'), 50);
 }
