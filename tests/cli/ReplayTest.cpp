@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
+#include <ranges>
 #include <utility>
 
 namespace {
@@ -164,6 +166,22 @@ TEST_F(Replay, needsTheScenarioThatWasScanned)
     EXPECT_EQ(run("scenarios replay other-result.json --scenario other.json").status, 0);
 }
 
+TEST_F(Replay, leavesOutWhatTheRadioRefused)
+{
+    writeFaultyScenario("refusing.json", R"({"operation": "readRssi", "action": "refuse", "first_call": 3, "calls": 2})");
+    run("scan channel --scenario refusing.json --quiet --json result.json");
+    const Outcome replay = run("scenarios replay result.json --scenario refusing.json", "", ">again.json");
+    EXPECT_EQ(replay.status, 0) << replay.err;
+    EXPECT_EQ(run("scan channel --scenario again.json --quiet --json again-result.json").status, 0);
+    auto before = levelsIn(json::parse(read("result.json")));
+    const auto after = levelsIn(json::parse(read("again-result.json")));
+    EXPECT_EQ(std::erase_if(before, [](const auto& reading) { return reading.second == 0.0; }), 2U);
+    for (const auto& [place, level_dBm] : before) {
+        EXPECT_NEAR(after.at(place), level_dBm, mostOff_dB) << place.second;
+    }
+    EXPECT_LT(std::ranges::max(std::views::values(after)), -30.0) << "nothing is read as 0 dBm";
+}
+
 TEST_F(Replay, refusesWhatCannotBeReadAgain)
 {
     run("scan channel --quiet --json result.json");
@@ -179,15 +197,15 @@ TEST_F(Replay, refusesWhatCannotBeReadAgain)
     };
     EXPECT_THAT(errorAfter([](json& result) { result["channels"][0]["receiver"]["filter_kHz"] = 0; }),
         HasSubstr("emitters.recordings[0].bandwidth_kHz: is 0.0; must be a number from 1 to "));
-    EXPECT_THAT(errorAfter([](json& result) { result["channels"][0]["sweeps"][0]["samples"][1]["level_dBm"] = 2000; }),
-        HasSubstr("level 2 is \"2000.00\"; must be a number from -400 to 200"));
+    EXPECT_THAT(errorAfter([](json& result) { result["channels"][0]["sweeps"][0]["samples"][1]["level_dBm"] = -2000; }),
+        HasSubstr("level 2 is \"-2000.00\"; must be a number from -400 to 200"));
     EXPECT_EQ(errorAfter([](json& result) {
         json& sweep = result["channels"][0]["sweeps"][0];
         sweep["samples"] = json::array();
         sweep["taken"] = 0;
         sweep["ending"] = "stopped";
     }),
-        "sdc: bad.json: channel 1 has no samples; must have one or more\n");
+        "sdc: bad.json: channel 1 has no samples that are levels; must have one or more\n");
     EXPECT_THAT(run("scenarios replay result.json --scenario 8-quad").err, IsEmpty());
     run("scan channel --scenario 8-quad --channel 4 --quiet --json four.json");
     EXPECT_EQ(run("scenarios replay four.json --scenario 18-f595").err,

@@ -42,6 +42,11 @@ std::string obstacleTo(const ChannelResult& before, const ChannelResult& after, 
     if (before.receiver.filterWidth_kHz != after.receiver.filterWidth_kHz) {
         return "the receive filters differ";
     }
+    for (const auto& [channel, which] : {std::pair(&before, "before"), std::pair(&after, "after")}) {
+        if (channel->survey.holds().empty()) {
+            return fmt::format("the scan {} has no levels", which);
+        }
+    }
     return places.both.empty() ? "no frequency in common" : "";
 }
 

@@ -50,7 +50,7 @@ void writeTable(std::ostream& stream, const ScanResult& result, const WriteOptio
 void writeJson(std::ostream& stream, const ScanResult& result, const WriteOptions& options = {});
 
 /// A header, "channel,frequency_kHz,max_dBm,average_dBm,min_dBm,readings", and for each channel a line for each frequency
-/// that any sweep reached, as in the CSV of samples. The average is that of the powers.
+/// at which any sweep read a level, as in the CSV of samples. The average is that of the powers.
 void writeHolds(std::ostream& stream, const ScanResult& result, const WriteOptions& options = {});
 
 /// A picture, of the kind that the file's name tells.

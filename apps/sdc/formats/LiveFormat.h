@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/ScanResult.h"
 #include "apps/sdc/result/Sweep.h"
 #include "apps/sdc/scan/Session.h"
@@ -56,12 +57,12 @@ std::unique_ptr<LiveFormat> makeJsonLines(const ScanResult& run, std::vector<Lin
 /// The common row of spectrum tools, one for each sweep as it ends, a file for each channel:
 /// `date, time, Hz_low, Hz_high, Hz_step, samples, dB, dB, ...`. Date and time are the sweep's start in UTC; level i belongs
 /// to Hz_low + i * Hz_step; Hz_high = Hz_low + number of levels * Hz_step; `samples` is the number of samples taken; those
-/// that were planned and not taken are `nan`. A trace of one place has the channel spacing as its step. A sweep without any
-/// sample has no row. Some readers cannot show levels that are all equal.
+/// that were planned and not taken, or refused by the radio, are `nan`. A trace of one place has the channel spacing as its
+/// step. A sweep without any sample has no row. Some readers cannot show levels that are all equal.
 std::unique_ptr<LiveFormat> makeSweepRows(const ScanResult& run, std::vector<Lines*> files);
 
 /// Such a row, with its line feed, of a sweep that has samples.
-std::string sweepRow(const Sweep& sweep, const ScanPlan& plan);
+std::string sweepRow(const Sweep& sweep, const ScanPlan& plan, const ReceiverData& receiver);
 
 /// Tells a result as the session that made it did.
 void replay(const ScanResult& result, Sink& sink);

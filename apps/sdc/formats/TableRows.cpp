@@ -2,6 +2,7 @@
 
 #include "apps/sdc/formats/TableLooks.h"
 #include "apps/sdc/result/Peaks.h"
+#include "apps/sdc/result/Sanity.h"
 #include "apps/sdc/result/Survey.h"
 #include "apps/sdc/result/Sweep.h"
 
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace sdc {
@@ -54,7 +56,7 @@ private:
     Widths m_widths;
 };
 
-/// Of one sweep each sample, of several each frequency.
+/// Of one sweep each sample, one that is no level without a reading; of several sweeps each frequency.
 std::vector<Hold> allOf(const ChannelResult& channel)
 {
     if (channel.survey.sweeps() > 1) {
@@ -62,7 +64,8 @@ std::vector<Hold> allOf(const ChannelResult& channel)
     }
     std::vector<Hold> rows;
     for (const Sample& sample : channel.sweeps.front().samples) {
-        rows.push_back({sample.frequency_kHz, sample.rssi, sample.rssi, sample.rssi, 1});
+        const std::size_t readings = isLevel(sample, channel.receiver) ? 1 : 0;
+        rows.push_back({sample.frequency_kHz, sample.rssi, sample.rssi, sample.rssi, readings});
     }
     return rows;
 }
@@ -73,7 +76,8 @@ std::vector<Hold> strongestOf(const std::vector<Hold>& all, std::size_t perRow, 
     std::vector<Hold> rows;
     for (std::size_t first = 0; first < all.size(); first += perRow) {
         const auto neighbours = std::span(all).subspan(first, std::min(perRow, all.size() - first));
-        rows.push_back(*std::ranges::max_element(neighbours, {}, [trace](const Hold& row) { return levelOf(row, trace); }));
+        rows.push_back(*std::ranges::max_element(
+            neighbours, {}, [trace](const Hold& row) { return std::pair(row.readings > 0, levelOf(row, trace)); }));
     }
     return rows;
 }
@@ -170,6 +174,10 @@ std::string Rows::textOf(const Hold& row) const
         text += fmt::format("{:>{}}", hundredths(levelOf(row, kind)), m_widths.hold);
     }
     text += isInChannel ? " *|" : "  |";
+    if (row.readings == 0) {
+        const bool isRefused = flagsOf({row.frequency_kHz, level}, nullptr, m_channel.receiver).has(SampleFlag::refused);
+        return text + (isRefused ? "refused" : "no level");
+    }
     const std::string levels = bar(row);
     return text + (isInChannel || isAboveFloor ? colored(levels, isInChannel ? green : yellow, m_isColored) : levels);
 }

@@ -172,6 +172,21 @@ void tellDuplex(std::vector<std::string>& notes, const Chart& chart, const PlotO
     }
 }
 
+void tellWhatIsNotDrawn(std::vector<std::string>& notes, const std::vector<Member>& members)
+{
+    for (const Member& member : members) {
+        const Survey& survey = member.channel.survey;
+        std::size_t drawn = 0;
+        for (const Hold& hold : survey.holds()) {
+            drawn += hold.readings;
+        }
+        if (drawn < survey.taken()) {
+            notes.push_back(fmt::format("{}{} of {} readings are no levels, and not drawn: refused, or far above saturation",
+                members.size() > 1 ? member.name + ": " : "", survey.taken() - drawn, survey.taken()));
+        }
+    }
+}
+
 /// Levels that the scale does not reach.
 void tellOutsiders(std::vector<std::string>& notes, const Chart& chart)
 {
@@ -250,6 +265,7 @@ std::vector<std::string> notesOf(const std::vector<Member>& members, const Chart
     std::vector<std::string> notes;
     tellDifferences(notes, members, whatOf);
     tellDifferences(notes, members, [](const Member& member) { return stepsOf(member.channel); });
+    tellWhatIsNotDrawn(notes, members);
     tellOutsiders(notes, chart);
     tellDuplex(notes, chart, options);
     tellMarks(notes, chart, options);

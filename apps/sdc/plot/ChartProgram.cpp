@@ -70,7 +70,7 @@ std::string labels(const Chart& chart, const LevelScale& scale, const Room& room
 {
     constexpr int lines = 2;
     const bool isEmpty = std::ranges::all_of(chart.traces, [](const Trace& trace) { return trace.points.empty(); });
-    std::string text = isEmpty ? "set label 'no samples' at graph 0.5, graph 0.5 center\n" : "";
+    std::string text = isEmpty ? "set label 'no levels' at graph 0.5, graph 0.5 center\n" : "";
     for (const PeakLabel& label : peakLabels(chart, scale, room, lines)) {
         text += fmt::format("set label {}.\"\\n\".{} at first {}, first {} center front\n", inQuotes(label.frequency),
             inQuotes(hundredths(label.peak.level)), inMegahertz(label.place.frequency_kHz), hundredths(label.place.level));

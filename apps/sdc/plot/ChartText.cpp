@@ -142,7 +142,7 @@ private:
         }
         const bool isEmpty = std::ranges::all_of(m_chart.traces, [](const Trace& trace) { return trace.points.empty(); });
         if (isEmpty) {
-            canvas().write((m_frame.left() + m_frame.right()) / 2 - 5, (m_frame.top() + m_frame.bottom()) / 2, "no samples");
+            canvas().write((m_frame.left() + m_frame.right()) / 2 - 5, (m_frame.top() + m_frame.bottom()) / 2, "no levels");
         }
     }
 

@@ -47,7 +47,7 @@ History historyOf(const ChannelResult& channel)
     }
     History history(History::noLimit);
     for (const Sweep& sweep : channel.sweeps) {
-        history.add(sweep);
+        history.add(sweep, channel.receiver);
     }
     return history;
 }

@@ -1,5 +1,7 @@
 #include "apps/sdc/result/History.h"
 
+#include "apps/sdc/result/Sanity.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -28,13 +30,9 @@ void keepStrongest(std::vector<SDCResult>& levels)
     levels.shrink_to_fit();
 }
 
-std::vector<SDCResult> levelsOf(const Sweep& sweep)
+std::vector<SDCResult> levelsOf(const Sweep& sweep, const ReceiverData& receiver)
 {
-    std::vector<SDCResult> levels;
-    levels.reserve(sweep.samples.size());
-    for (const Sample& sample : sweep.samples) {
-        levels.push_back({sample.frequency_kHz, sample.rssi});
-    }
+    std::vector<SDCResult> levels = levelsIn(sweep, receiver);
     std::ranges::sort(levels, isLower);
     keepStrongest(levels);
     return levels;
@@ -51,19 +49,19 @@ void raise(std::vector<SDCResult>& levels, const std::vector<SDCResult>& others)
 
 } // namespace
 
-void History::add(const Sweep& sweep)
+void History::add(const Sweep& sweep, const ReceiverData& receiver)
 {
     if (!m_rows.empty() && m_sweepsOfTheLast < m_sweepsOfARow) {
-        raise(m_rows.back().levels, levelsOf(sweep));
+        raise(m_rows.back().levels, levelsOf(sweep, receiver));
         ++m_sweepsOfTheLast;
         return;
     }
     if (m_rows.size() == m_mostRows) {
         join();
-        add(sweep);
+        add(sweep, receiver);
         return;
     }
-    m_rows.push_back({sweep.start, levelsOf(sweep)});
+    m_rows.push_back({sweep.start, levelsOf(sweep, receiver)});
     m_sweepsOfTheLast = 1;
 }
 

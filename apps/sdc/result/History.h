@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Sweep.h"
 
 #include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
@@ -29,7 +30,7 @@ public:
     {
     }
 
-    void add(const Sweep& sweep);
+    void add(const Sweep& sweep, const ReceiverData& receiver);
 
     const std::vector<Row>& rows() const { return m_rows; }
 

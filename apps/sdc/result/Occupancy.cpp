@@ -72,12 +72,7 @@ std::size_t looksNeeded(const OccupancyCount& count, const OccupancyRule& rule)
 
 void ChannelOccupancy::add(const Sweep& sweep, const terminal::ScanPlan& plan, const ReceiverData& receiver)
 {
-    std::vector<SDCResult> trace;
-    for (const Sample& sample : sweep.samples) {
-        if (isLevel(sample, receiver)) {
-            trace.push_back({sample.frequency_kHz, sample.rssi});
-        }
-    }
+    const std::vector<SDCResult> trace = levelsIn(sweep, receiver);
     if (!sweep.samples.empty()) {
         m_firstSweep = m_sweeps == 0 ? sweep.samples.front().time : m_firstSweep;
         m_lastSweep = sweep.samples.front().time;

@@ -65,6 +65,18 @@ bool isLevel(const Sample& sample, const ReceiverData& receiver)
     return !isRefused(sample, receiver) && sample.rssi <= 100.0 * (receiver.saturation_dBm + far_dB);
 }
 
+std::vector<SDCResult> levelsIn(const Sweep& sweep, const ReceiverData& receiver)
+{
+    std::vector<SDCResult> levels;
+    levels.reserve(sweep.samples.size());
+    for (const Sample& sample : sweep.samples) {
+        if (isLevel(sample, receiver)) {
+            levels.push_back({sample.frequency_kHz, sample.rssi});
+        }
+    }
+    return levels;
+}
+
 std::string sentenceOf(const Finding& finding)
 {
     const std::string level = hundredths(finding.level) + " dBm";

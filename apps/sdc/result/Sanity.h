@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/Sweep.h"
 
@@ -50,6 +51,9 @@ SampleFlags flagsOf(const Sample& sample, const Sample* before, const ReceiverDa
 
 /// Whether a reading is a level at all: not a refused one, nor one far above where readings level off.
 bool isLevel(const Sample& sample, const ReceiverData& receiver);
+
+/// The readings that are levels, in the order taken.
+std::vector<SDCResult> levelsIn(const Sweep& sweep, const ReceiverData& receiver);
 
 /// What is odd about the readings of a channel.
 enum class Oddity : std::uint8_t {

@@ -1,5 +1,6 @@
 #include "apps/sdc/result/ScanResult.h"
 
+#include "apps/sdc/result/Sanity.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -27,9 +28,9 @@ void ChannelResult::add(Sweep sweep, Keep keep)
     survey.add(sweep, plan, receiver);
     if (keep == Keep::history) {
         if (history.rows().empty()) { // all of them may have been kept so far
-            std::ranges::for_each(sweeps, [this](const Sweep& before) { history.add(before); });
+            std::ranges::for_each(sweeps, [this](const Sweep& before) { history.add(before, receiver); });
         }
-        history.add(sweep);
+        history.add(sweep, receiver);
     }
     if (keep != Keep::all) {
         sweeps.clear();
@@ -42,11 +43,7 @@ std::vector<SDCResult> traceOf(const ChannelResult& channel, TraceKind kind)
     if (channel.survey.sweeps() != 1) {
         return channel.survey.trace(kind);
     }
-    std::vector<SDCResult> trace;
-    for (const Sample& sample : channel.sweeps.front().samples) {
-        trace.push_back({sample.frequency_kHz, sample.rssi});
-    }
-    return trace;
+    return levelsIn(channel.sweeps.front(), channel.receiver);
 }
 
 double resolutionOf(const ChannelResult& channel)

@@ -80,7 +80,7 @@ struct ScanResult {
 /// Whether samples are missing.
 bool isPartial(const Sweep& sweep, const ScanPlan& plan);
 
-/// The one trace that stands for a channel: the samples of its sweep or, of several sweeps, one level for each frequency.
+/// The one trace that stands for a channel: the levels of its sweep or, of several sweeps, one for each frequency.
 std::vector<SDCResult> traceOf(const ChannelResult& channel, TraceKind kind);
 
 /// What a scan resolves: the wider of step and receive filter, in kHz.

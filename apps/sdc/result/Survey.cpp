@@ -33,20 +33,19 @@ void Survey::add(const Sweep& sweep, const terminal::ScanPlan& plan, const Recei
     ++m_endings.at(static_cast<std::size_t>(sweep.ending));
     m_occupancy.add(sweep, plan, receiver);
     m_check.add(sweep, receiver);
-    for (const Sample& sample : sweep.samples) {
-        const auto [found, isFirst] =
-            m_readings.try_emplace(sample.frequency_kHz, Readings{sample.rssi, sample.rssi, sample.rssi, 0, {}});
+    for (const auto& [frequency_kHz, level] : levelsIn(sweep, receiver)) {
+        const auto [found, isFirst] = m_readings.try_emplace(frequency_kHz, Readings{level, level, level, 0, {}});
         Readings& here = found->second;
         m_pairs += isFirst ? 0 : 1;
-        if (!isFirst && std::min(here.last, sample.rssi) > lowestReading + nearLowest) {
-            const std::int64_t step = std::llabs(std::int64_t{sample.rssi} - here.last);
+        if (!isFirst && std::min(here.last, level) > lowestReading + nearLowest) {
+            const std::int64_t step = std::llabs(std::int64_t{level} - here.last);
             ++m_steps[static_cast<std::size_t>(std::min<std::int64_t>(step, mostStep))];
         }
-        here.last = sample.rssi;
-        here.max = std::max(here.max, sample.rssi);
-        here.min = std::min(here.min, sample.rssi);
-        here.sum += sample.rssi;
-        here.mean.add(sample.rssi);
+        here.last = level;
+        here.max = std::max(here.max, level);
+        here.min = std::min(here.min, level);
+        here.sum += level;
+        here.mean.add(level);
     }
     keep(sweep.samples);
 }

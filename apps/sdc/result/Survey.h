@@ -73,7 +73,7 @@ public:
     std::uint64_t taken() const { return m_taken; }     ///< samples of all of them
     std::uint64_t missing() const { return m_missing; } ///< samples planned and not taken
 
-    /// The holds of all frequencies that any sweep reached, ascending, each over the sweeps that reached it.
+    /// The holds of all frequencies at which any sweep read a level, ascending, each over the sweeps that did.
     std::vector<Hold> holds() const;
 
     /// The same frequencies.

@@ -24,37 +24,40 @@ namespace sdc {
 
 namespace {
 
-/// The samples of a channel that stand one step apart, as those of its last sweep do.
-std::vector<Sample> evenTraceOf(const ChannelResult& channel, TraceKind kind)
-{
-    std::vector<Sample> even;
-    for (const SDCResult& sample : traceOf(channel, kind)) {
-        const std::uint32_t next_kHz =
-            even.empty() ? channel.plan.lowest_kHz : even.back().frequency_kHz + channel.plan.step_kHz;
-        if (sample.frequency_kHz == next_kHz) {
-            even.push_back({sample.frequency_kHz, sample.rssi});
-        }
-    }
-    return even;
-}
-
-/// The trace as sweep rows, of so many samples that each is read with ease.
-std::vector<std::string> rowsOf(const ChannelResult& channel, TraceKind kind)
+/// The levels of a channel that stand where its last sweep reads, in runs that are one step apart and of which each is read
+/// with ease.
+std::vector<std::vector<Sample>> evenRunsOf(const ChannelResult& channel, TraceKind kind)
 {
     constexpr std::size_t most = 1000;
-    const std::vector<Sample> trace = evenTraceOf(channel, kind);
-    const std::size_t count = (trace.size() + most - 1) / most;
+    const std::uint32_t step_kHz = channel.plan.step_kHz;
+    std::vector<std::vector<Sample>> runs;
+    for (const auto& [frequency_kHz, level] : traceOf(channel, kind)) {
+        const bool isFirst = runs.empty();
+        const std::int64_t from_kHz = isFirst ? channel.plan.lowest_kHz : runs.back().back().frequency_kHz;
+        const std::int64_t above_kHz = frequency_kHz - from_kHz;
+        const bool isNext = above_kHz == (isFirst ? 0 : std::int64_t{step_kHz});
+        if (!isNext && (step_kHz == 0 || above_kHz <= 0 || above_kHz % step_kHz != 0)) {
+            continue;
+        }
+        if (isFirst || !isNext || runs.back().size() == most) {
+            runs.emplace_back();
+        }
+        runs.back().push_back({frequency_kHz, level});
+    }
+    return runs;
+}
+
+/// The trace as sweep rows.
+std::vector<std::string> rowsOf(const ChannelResult& channel, TraceKind kind)
+{
     std::vector<std::string> rows;
-    for (std::size_t part = 0; part < count; ++part) {
-        const auto begin = trace.begin() + static_cast<std::ptrdiff_t>(trace.size() * part / count);
-        const auto end = trace.begin() + static_cast<std::ptrdiff_t>(trace.size() * (part + 1) / count);
+    for (std::vector<Sample>& run : evenRunsOf(channel, kind)) {
         ScanPlan plan = channel.plan;
-        plan.highest_kHz = std::prev(end)->frequency_kHz;
-        plan.samples = static_cast<std::int32_t>(end - begin);
+        plan.highest_kHz = run.back().frequency_kHz;
         Sweep sweep;
         sweep.start = channel.sweeps.front().start;
-        sweep.samples.assign(begin, end);
-        rows.push_back(sweepRow(sweep, plan));
+        sweep.samples = std::move(run);
+        rows.push_back(sweepRow(sweep, plan, channel.receiver));
         rows.back().pop_back(); // the line feed
     }
     return rows;
@@ -66,7 +69,7 @@ simulator::Link replayed(const ChannelResult& channel, simulator::Link link, Tra
     recording.rows = rowsOf(channel, kind);
     recording.bandwidth_kHz = channel.receiver.filterWidth_kHz;
     if (recording.rows.empty()) {
-        throw ResultError(fmt::format("channel {} has no samples; must have one or more", channel.channel));
+        throw ResultError(fmt::format("channel {} has no samples that are levels; must have one or more", channel.channel));
     }
     link.emitters = {std::move(recording)};
     link.rain.clear();

@@ -96,7 +96,8 @@ TEST(Analyses, oddestLevelsAreStoodThrough)
 {
     constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
     constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-    const Analysis analysis = analysisOf({lowest, lowest, highest, lowest, lowest, lowest, lowest});
+    const auto result = neverSaturated(scanOf({lowest, lowest, highest, lowest, lowest, lowest, lowest}));
+    const Analysis analysis = sdc::analyse(result.channels[0]);
     ASSERT_EQ(analysis.peaks.size(), 1U);
     EXPECT_EQ(analysis.peaks[0].prominence, std::int64_t{highest} - lowest);
     EXPECT_EQ(analysis.floor, lowest);

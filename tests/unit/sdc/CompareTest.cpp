@@ -125,13 +125,22 @@ TEST(Comparisons, onlyMoreThanTheThresholdIsAChange)
 TEST(Comparisons, noLevelsAreTooFarApart)
 {
     constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-    const auto extremes = scanOf({-highest, highest, -highest});
+    const auto extremes = neverSaturated(scanOf({-highest, highest, -highest}));
+    const auto others = neverSaturated(scanOf({highest, -highest, highest}));
     EXPECT_FALSE(compared(extremes, extremes).isDifferent());
-    const auto comparison = compared(extremes, scanOf({highest, -highest, highest}));
+    const auto comparison = compared(extremes, others);
     EXPECT_EQ(comparison.channels.at(0).ranges.size(), 3U);
     EXPECT_THAT(textOf(comparison), HasSubstr("+42949672.94 dB"));
     EXPECT_EQ(jsonOf(comparison)["channels"][0]["ranges"][0]["change_dB"], 42949672.94);
-    EXPECT_FALSE(compared(extremes, scanOf({highest, -highest, highest}), 1e300).isDifferent());
+    EXPECT_FALSE(compared(extremes, others, 1e300).isDifferent());
+}
+
+TEST(Comparisons, readingsThatAreNoLevelsAreNotCompared)
+{
+    const auto comparison = compared(scanOf(flat(8)), scanOf(with(flat(8), 3, {0, 999999})));
+    EXPECT_FALSE(comparison.isDifferent());
+    EXPECT_EQ(comparison.channels.at(0).compared, 6U);
+    EXPECT_THAT(textOf(comparison), HasSubstr("\n  only before      103.000 to 104.000 MHz    2 samples\n"));
 }
 
 TEST(Comparisons, neighboursThatChangedTheSameWayAreOneRange)
@@ -310,7 +319,8 @@ TEST(Comparisons, resultsWithNothingInCommonCannotBeCompared)
 {
     const std::string cannot = "the results cannot be compared: ";
     EXPECT_EQ(errorOf(scanOf(flat(2)), stepped(flat(2), 200000, 1000)), cannot + "channel 1: no frequency in common");
-    EXPECT_EQ(errorOf(scanOf({}), scanOf(flat(2))), cannot + "channel 1: no frequency in common");
+    EXPECT_EQ(errorOf(scanOf({}), scanOf(flat(2))), cannot + "channel 1: the scan before has no levels");
+    EXPECT_EQ(errorOf(scanOf(flat(2)), scanOf({0, 0})), cannot + "channel 1: the scan after has no levels") << "refused";
     EXPECT_EQ(errorOf(scanOf(flat(2)), resultOf({channelOf(2, {sweepOf(flat(2))})})),
         cannot + "they have no radio channel in common");
     EXPECT_EQ(errorOf(scanOf(flat(2)), stepped(flat(2), 101000, 1000)), "");

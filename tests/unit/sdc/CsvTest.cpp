@@ -49,14 +49,14 @@ TEST(CsvOutput, hasTheSameColumnsWhateverTheEnding)
 
 TEST(HoldsOutput, hasALineForEachFrequencyOfEachChannel)
 {
-    const auto second = cutShort(sweepOf({0, 0}), 1, Ending::complete);
+    const auto second = cutShort(sweepOf({-1000, -1000}), 1, Ending::complete);
     const std::string holds = written([&](std::ostream& stream) {
         sdc::writeHolds(
-            stream, resultOf({channelOf(7, {sweepOf({-1000, -5000}), second}), channelOf(2, {sweepOf({-2000})})}));
+            stream, resultOf({channelOf(7, {sweepOf({-2000, -5000}), second}), channelOf(2, {sweepOf({-2000})})}));
     });
     EXPECT_EQ(holds,
         "channel,frequency_kHz,max_dBm,average_dBm,min_dBm,readings\n"
-        "7,100000,0.00,-2.60,-10.00,2\n"
+        "7,100000,-10.00,-12.60,-20.00,2\n"
         "7,101000,-50.00,-50.00,-50.00,1\n"
         "2,100000,-20.00,-20.00,-20.00,1\n");
 }

@@ -1,5 +1,7 @@
 #include "apps/sdc/result/History.h"
 
+#include "apps/sdc/result/ReceiverData.h"
+
 #include "TestResults.h"
 
 #include <gmock/gmock.h>
@@ -17,6 +19,8 @@ using testing::ElementsAre;
 
 namespace {
 
+const sdc::ReceiverData aReceiver{27500.0, 5.0, 55.0, -20.0};
+
 std::vector<std::int32_t> levelsOf(const History::Row& row)
 {
     std::vector<std::int32_t> levels;
@@ -30,7 +34,7 @@ TEST(Histories, haveARowForEachSweepWhileThereIsRoom)
 {
     History history(3);
     for (std::int32_t sweep = 0; sweep < 3; ++sweep) {
-        history.add(sweepOf({-9000 + sweep, -8000}, aMoment + sweep * 1min));
+        history.add(sweepOf({-9000 + sweep, -8000}, aMoment + sweep * 1min), aReceiver);
     }
     ASSERT_EQ(history.rows().size(), 3U);
     EXPECT_EQ(history.sweepsOfARow(), 1U);
@@ -44,7 +48,7 @@ TEST(Histories, joinNeighboursByTheirStrongestWhenRowsAreFull)
         History history(mostRows);
         const std::vector<std::int32_t> levels{-9000, -3000, -8000, -7000, -6000};
         for (std::size_t sweep = 0; sweep < levels.size(); ++sweep) {
-            history.add(sweepOf({levels[sweep], -9500}, aMoment + sweep * 1min));
+            history.add(sweepOf({levels[sweep], -9500}, aMoment + sweep * 1min), aReceiver);
         }
         EXPECT_EQ(history.sweepsOfARow(), 2U);
         ASSERT_EQ(history.rows().size(), 3U) << mostRows;
@@ -61,9 +65,9 @@ TEST(Histories, holdEachFrequencyOfSweepsThatDiffer)
     History history(2);
     sdc::Sweep other = sweepOf({-5000, -4000, -6000});
     other.samples = samplesOf({-5000, -4000, -6000}, 100'500, 500);
-    history.add(sweepOf({-9000, -8000}));
-    history.add(other);
-    history.add(sweepOf({}));
+    history.add(sweepOf({-9000, -8000}), aReceiver);
+    history.add(other, aReceiver);
+    history.add(sweepOf({}), aReceiver);
     ASSERT_EQ(history.rows().size(), 2U);
     EXPECT_THAT(levelsOf(history.rows()[0]), ElementsAre(-9000, -5000, -4000, -6000));
 }
@@ -73,7 +77,7 @@ TEST(Histories, keepTheStrongestOfReadingsInOnePlace)
     History history;
     sdc::Sweep sweep = sweepOf({-9000, -3000, -8000});
     sweep.samples = samplesOf({-9000, -3000, -8000}, 100'000, 0);
-    history.add(sweep);
+    history.add(sweep, aReceiver);
     EXPECT_THAT(levelsOf(history.rows()[0]), ElementsAre(-3000));
 }
 
@@ -85,7 +89,7 @@ TEST(Histories, takeNoMoreMemoryForManySweeps)
     std::size_t mostRows = 0;
     std::size_t mostLevels = 0;
     for (std::size_t sweep = 0; sweep < sweeps; ++sweep) {
-        history.add(sweepOf({-9000, sweep == burst ? -3000 : -9000}, aMoment + sweep * 1min));
+        history.add(sweepOf({-9000, sweep == burst ? -3000 : -9000}, aMoment + sweep * 1min), aReceiver);
         mostRows = std::max(mostRows, history.rows().capacity());
         mostLevels = std::max(mostLevels, history.rows().back().levels.capacity());
     }
@@ -97,4 +101,11 @@ TEST(Histories, takeNoMoreMemoryForManySweeps)
     EXPECT_THAT(levelsOf(history.rows()[row]), ElementsAre(-9000, -3000));
     EXPECT_EQ(history.rows()[row].start, aMoment + row * history.sweepsOfARow() * 1min);
     EXPECT_THAT(levelsOf(history.rows()[row - 1]), ElementsAre(-9000, -9000));
+}
+
+TEST(Histories, keepNothingOfReadingsThatAreNoLevels)
+{
+    History history;
+    history.add(sweepOf({-9000, 0, 999999, -8000}), aReceiver);
+    EXPECT_THAT(levelsOf(history.rows()[0]), ElementsAre(-9000, -8000));
 }

@@ -52,10 +52,10 @@ TEST(PlotNotes, tellOfAMarkWhereNothingWasMeasured)
 
 TEST(PlotNotes, tellOfSeveralSweepsAllTraces)
 {
-    const auto result = resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})});
-    EXPECT_THAT(notesOf(result, {.marks_kHz = {100'000}, .limit = -1000}),
-        ElementsAre("mark 1: 100.000 MHz, max 0.00 dBm, average -2.60 dBm, min -10.00 dBm",
-            "max above -10.00 dBm: 100.000 MHz (0.00 dBm)"));
+    const auto result = resultOf({channelOf(1, {sweepOf({-1000, -5000}), sweepOf({-2000, -5000})})});
+    EXPECT_THAT(notesOf(result, {.marks_kHz = {100'000}, .limit = -2000}),
+        ElementsAre("mark 1: 100.000 MHz, max -10.00 dBm, average -12.60 dBm, min -20.00 dBm",
+            "max above -20.00 dBm: 100.000 MHz (-10.00 dBm)"));
 }
 
 TEST(PlotNotes, tellWhatIsAboveTheLimit)
@@ -63,8 +63,17 @@ TEST(PlotNotes, tellWhatIsAboveTheLimit)
     EXPECT_THAT(notesOf(scanOf({-8500, -8499, -3000, -8500, -8400}), {.limit = -8500}),
         ElementsAre("above -85.00 dBm: 101.000 to 102.000 MHz (-30.00 dBm), 104.000 MHz (-84.00 dBm)"));
     EXPECT_THAT(notesOf(scanOf({-8500, -8500}), {.limit = -8500}), ElementsAre("above -85.00 dBm: nothing"));
-    const std::vector<std::int32_t> comb{0, -9000, 0, -9000, 0, -9000, 0, -9000, 0, -9000, 0, -9000, 0};
-    EXPECT_THAT(notesOf(scanOf(comb), {.limit = -8500})[0], testing::EndsWith(", 108.000 MHz (0.00 dBm), and 2 more"));
+    const std::vector<std::int32_t> comb{
+        -3000, -9000, -3000, -9000, -3000, -9000, -3000, -9000, -3000, -9000, -3000, -9000, -3000};
+    EXPECT_THAT(notesOf(scanOf(comb), {.limit = -8500})[0], testing::EndsWith(", 108.000 MHz (-30.00 dBm), and 2 more"));
+}
+
+TEST(PlotNotes, tellWhatIsNotDrawnBecauseItIsNoLevel)
+{
+    EXPECT_THAT(notesOf(scanOf({-8500, 0, 999999}), PlotOptions()),
+        ElementsAre("2 of 3 readings are no levels, and not drawn: refused, or far above saturation"));
+    EXPECT_THAT(notesOf(scanOf({0}), scanOf({-9000})),
+        testing::Contains("a.json: 1 of 1 readings are no levels, and not drawn: refused, or far above saturation"));
 }
 
 TEST(PlotNotes, tellWhereTheTerminalTransmits)
@@ -88,9 +97,9 @@ TEST(PlotNotes, tellInWhatResultsDiffer)
 
 TEST(PlotNotes, tellWhatIsAboveTheLimitOfTheTraceChosen)
 {
-    const auto result = resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})});
-    EXPECT_THAT(notesOf(result, {.trace = sdc::TraceKind::average, .limit = -1000}),
-        ElementsAre("average above -10.00 dBm: 100.000 MHz (-2.60 dBm)"));
+    const auto result = resultOf({channelOf(1, {sweepOf({-1000, -5000}), sweepOf({-2000, -5000})})});
+    EXPECT_THAT(notesOf(result, {.trace = sdc::TraceKind::average, .limit = -2000}),
+        ElementsAre("average above -20.00 dBm: 100.000 MHz (-12.60 dBm)"));
 }
 
 TEST(PlotNotes, tellOfEachResultWhatIsAboveTheLimit)

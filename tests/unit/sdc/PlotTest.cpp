@@ -196,10 +196,10 @@ TEST(PlotPrograms, titleSaysWhatIsMissing)
 TEST(PlotPrograms, severalSweepsDrawTheirHolds)
 {
     const std::string program =
-        sdc::plotProgram(resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})}), {});
-    EXPECT_THAT(program, HasSubstr("$trace0 << end\n100.000 0.00\n101.000 -50.00\nend\n"));
-    EXPECT_THAT(program, HasSubstr("$trace1 << end\n100.000 -2.60\n101.000 -50.00\nend\n"));
-    EXPECT_THAT(program, HasSubstr("$trace2 << end\n100.000 -10.00\n101.000 -50.00\nend\n"));
+        sdc::plotProgram(resultOf({channelOf(1, {sweepOf({-1000, -5000}), sweepOf({-2000, -5000})})}), {});
+    EXPECT_THAT(program, HasSubstr("$trace0 << end\n100.000 -10.00\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$trace1 << end\n100.000 -12.60\n101.000 -50.00\nend\n"));
+    EXPECT_THAT(program, HasSubstr("$trace2 << end\n100.000 -20.00\n101.000 -50.00\nend\n"));
     EXPECT_THAT(program,
         HasSubstr("$trace0 using 1:2 with linespoints linecolor rgb '#b3261e' linewidth 1.5 dashtype 2 pointtype 8"));
     EXPECT_THAT(program,
@@ -214,7 +214,7 @@ TEST(PlotPrograms, severalSweepsDrawTheirHolds)
 TEST(PlotPrograms, keyHasTheTracesInTheirOrderAndTheFirstIsDrawnLast)
 {
     const std::string program =
-        sdc::plotProgram(resultOf({channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000, -5000})})}), {});
+        sdc::plotProgram(resultOf({channelOf(1, {sweepOf({-1000, -5000}), sweepOf({-2000, -5000})})}), {});
     EXPECT_THAT(program,
         testing::ContainsRegex("trace2 using.*\n.*trace1 using.*\n.*trace0 using.*\n.*keyentry.*max hold.*\n.*keyentry.*"
                                "average power.*\n.*keyentry.*min hold"));
@@ -339,7 +339,8 @@ TEST(PlotPrograms, edgesOfChannelsAreDrawnWhereTheyCanBeTold)
 
 TEST(PlotPrograms, levelsThatNoReceiverReadsStandAtTheEndsOfTheScale)
 {
-    const std::string program = sdc::plotProgram(scanOf({-9000, 2147483647, -9000, -2147483647 - 1, 6000, -20000}), {});
+    const std::string program =
+        sdc::plotProgram(neverSaturated(scanOf({-9000, 2147483647, -9000, -2147483647 - 1, 6000, -20000})), {});
     EXPECT_THAT(program, HasSubstr("set yrange [-205:100]\n"));
     EXPECT_THAT(program, HasSubstr("$above << end\n101.000 100.00\nend\n"));
     EXPECT_THAT(program, HasSubstr("$below << end\n103.000 -205.00\nend\n"));

@@ -306,7 +306,7 @@ TEST(TextPlots, pointsThatAreNotConnectedStandOnStems)
 
 TEST(TextPlots, whatTheScaleDoesNotReachIsAtItsEnds)
 {
-    const std::string text = textOf(scanOf({-9000, 2147483647, -9000, -9000, -2147483647 - 1, -9000}));
+    const std::string text = textOf(neverSaturated(scanOf({-9000, 2147483647, -9000, -9000, -2147483647 - 1, -9000})));
     const auto lines = linesOf(text);
     const auto scale = scaleOf(lines);
     EXPECT_THAT(lines[static_cast<std::size_t>(scale.begin()->first)], HasSubstr("^"));

@@ -53,8 +53,8 @@ std::vector<Hold> holdsOf(std::vector<sdc::Sweep> sweeps)
 
 TEST(Holds, eachFrequencyHasItsMaxMinAndAverage)
 {
-    const std::vector<Hold> expected{{100000, 0, -1000, -260, 2}, {101000, -5000, -5000, -5000, 2}};
-    EXPECT_EQ(holdsOf({sweepOf({-1000, -5000}), sweepOf({0, -5000})}), expected);
+    const std::vector<Hold> expected{{100000, -1000, -2000, -1260, 2}, {101000, -5000, -5000, -5000, 2}};
+    EXPECT_EQ(holdsOf({sweepOf({-2000, -5000}), sweepOf({-1000, -5000})}), expected);
 }
 
 TEST(Holds, frequencyIsHeldOverTheSweepsThatReachedIt)
@@ -67,10 +67,24 @@ TEST(Holds, frequencyIsHeldOverTheSweepsThatReachedIt)
     EXPECT_EQ(found[2], (Hold{102000, -3000, -3000, -3000, 1}));
 }
 
+TEST(Holds, ofReadingsThatAreNoLevelsAreNone)
+{
+    const std::vector<Hold> expected{{100000, -5000, -6000, -5260, 2}, {101000, -7000, -7000, -7000, 1}};
+    EXPECT_EQ(holdsOf({sweepOf({-5000, 0, 0}), sweepOf({-6000, -7000, 999999})}), expected);
+    EXPECT_TRUE(holdsOf({sweepOf({0, 0}), sweepOf({0, 0})}).empty());
+}
+
 TEST(Holds, sweepsWithoutSamplesHoldNothing)
 {
     EXPECT_TRUE(sdc::Survey().holds().empty());
     EXPECT_TRUE(holdsOf({sweepOf({}), sweepOf({})}).empty());
+}
+
+TEST(Traces, ofOneSweepHasNoReadingsThatAreNoLevels)
+{
+    const auto trace = sdc::traceOf(channelOf(1, {sweepOf({-5000, 0, 999999, -6000})}), sdc::TraceKind::max);
+    ASSERT_EQ(trace.size(), 2U);
+    EXPECT_EQ(trace[1].frequency_kHz, 103000U);
 }
 
 TEST(Traces, ofOneSweepIsTheSweep)
@@ -84,9 +98,9 @@ TEST(Traces, ofOneSweepIsTheSweep)
 TEST(Traces, ofSeveralSweepsHaveTheLevelAskedForAtEachFrequency)
 {
     const std::tuple<sdc::TraceKind, std::int32_t> levels[] = {
-        {sdc::TraceKind::max, 0}, {sdc::TraceKind::average, -260}, {sdc::TraceKind::min, -1000}};
+        {sdc::TraceKind::max, -1000}, {sdc::TraceKind::average, -1260}, {sdc::TraceKind::min, -2000}};
     for (const auto& [kind, level] : levels) {
-        const auto trace = sdc::traceOf(channelOf(1, {sweepOf({0, -5000}), sweepOf({-1000})}), kind);
+        const auto trace = sdc::traceOf(channelOf(1, {sweepOf({-1000, -5000}), sweepOf({-2000})}), kind);
         ASSERT_EQ(trace.size(), 2U);
         EXPECT_EQ(trace[0].rssi, level) << toText(kind);
         EXPECT_EQ(trace[1].frequency_kHz, 101000U);
@@ -96,10 +110,10 @@ TEST(Traces, ofSeveralSweepsHaveTheLevelAskedForAtEachFrequency)
 
 TEST(Surveys, knowWhatForgottenSweepsFound)
 {
-    sdc::ChannelResult channel = channelOf(1, {sweepOf({-1000, -5000})});
-    channel.add(sweepOf({0, -5000}), sdc::Keep::last);
+    sdc::ChannelResult channel = channelOf(1, {sweepOf({-2000, -5000})});
+    channel.add(sweepOf({-1000, -5000}), sdc::Keep::last);
     ASSERT_EQ(channel.sweeps.size(), 1U);
-    EXPECT_EQ(channel.sweeps[0].samples[0].rssi, 0);
+    EXPECT_EQ(channel.sweeps[0].samples[0].rssi, -1000);
     EXPECT_EQ(channel.survey.sweeps(), 2U);
-    EXPECT_EQ(channel.survey.holds()[0], (Hold{100000, 0, -1000, -260, 2}));
+    EXPECT_EQ(channel.survey.holds()[0], (Hold{100000, -1000, -2000, -1260, 2}));
 }

@@ -46,6 +46,19 @@ TEST(SweepRows, samplesThatWerePlannedAndNotTakenAreNan)
         rowsOf(resultOf({channel})), "2026-01-02, 03:04:05, 100000000, 104000000, 1000000, 1, -90.00, nan, nan, nan\n");
 }
 
+TEST(SweepRows, samplesThatTheRadioRefusedAreNan)
+{
+    EXPECT_EQ(rowsOf(scanOf({-9000, 0, 999999})),
+        "2026-01-02, 03:04:05, 100000000, 103000000, 1000000, 2, -90.00, nan, 9999.99\n");
+    auto still = channelOf(1, {sweepOf({-9000, 0, -8000})});
+    for (sdc::Sample& sample : still.sweeps[0].samples) {
+        sample.frequency_kHz = 100000;
+    }
+    EXPECT_EQ(rowsOf(resultOf({still})), "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 2, -82.60\n");
+    still.sweeps[0].samples[0].rssi = still.sweeps[0].samples[2].rssi = 0;
+    EXPECT_EQ(rowsOf(resultOf({still})), "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 0, nan\n");
+}
+
 TEST(SweepRows, planLargerThanItsRangeFillsTheRangeAlone)
 {
     auto channel = channelOf(1, {sweepOf({-9000, -8000})});
@@ -74,10 +87,10 @@ TEST(SweepRows, singleMeasurementHasTheChannelSpacingAsItsStep)
 
 TEST(SweepRows, samplesOfOnePlaceAreOneLevel)
 {
-    auto channel = channelOf(1, {sweepOf({0, -1000})});
+    auto channel = channelOf(1, {sweepOf({-1000, -2000})});
     channel.plan.step_kHz = 0;
-    channel.sweeps[0].samples = samplesOf({0, -1000}, 100000, 0);
-    EXPECT_EQ(rowsOf(resultOf({channel})), "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 2, -2.60\n");
+    channel.sweeps[0].samples = samplesOf({-1000, -2000}, 100000, 0);
+    EXPECT_EQ(rowsOf(resultOf({channel})), "2026-01-02, 03:04:05, 100000000, 102000000, 2000000, 2, -12.60\n");
 }
 
 TEST(SweepRows, sweepsFollowByTimeInAFileForEachChannel)

@@ -297,6 +297,28 @@ TEST(TableOutput, listOfChannelsIsShortWhereTheTableIsAndSaysHowToSeeAll)
     }
 }
 
+TEST(TableOutput, readingsThatAreNoLevelsHaveNoBar)
+{
+    const std::string table = tableOf(scanOf({-9000, 0, -9000, 999999}));
+    EXPECT_THAT(
+        table, HasSubstr("\n  101.000     0.00 *|refused\n  102.000   -90.00 *|#####\n  103.000  9999.99 *|no level\n"));
+    const std::string few = tableOf(scanOf({-9000, 0, 0, 0}), {.rows = 2});
+    EXPECT_THAT(few, HasSubstr("\n  100.000   -90.00  |#####\n  102.000     0.00 *|refused\n"));
+    EXPECT_THAT(few, Not(HasSubstr("peak")));
+}
+
+TEST(TableOutput, ofReadingsThatWereAllRefusedSaysSo)
+{
+    EXPECT_EQ(tableOf(resultOf({channelOf(1, {sweepOf({0, 0}), sweepOf({0, 0})})})),
+        "4 of 4 readings were refused by the radio and stand as 0.00 dBm\n"
+        "2 sweeps, by their maximum: # average power, + up to the maximum\n"
+        "      MHz  max dBm     avg     min  -100      -80       -60       -40       -20\n"
+        "\n"
+        "cannot tell\n"
+        "  no sample was taken in the channel\n"
+        "  would help: scan the channel\n");
+}
+
 TEST(TableOutput, oddReadingsAreToldFirst)
 {
     EXPECT_THAT(tableOf(scanOf({-4512, -4512, -4512, -4512})),

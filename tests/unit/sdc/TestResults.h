@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -101,6 +102,15 @@ inline sdc::ScanResult resultOf(std::vector<sdc::ChannelResult> channels)
         .farEnd = sdc::FarEnd::muted,
         .provenance = {"1.2.3", true, "1f", 42, 20.0, {"scan", "channel"}},
         .channels = std::move(channels)};
+}
+
+/// The same of receivers for which any reading is a level.
+inline sdc::ScanResult neverSaturated(sdc::ScanResult result)
+{
+    for (sdc::ChannelResult& channel : result.channels) {
+        channel.receiver.saturation_dBm = std::numeric_limits<std::int32_t>::max();
+    }
+    return surveyed(std::move(result));
 }
 
 /// The first samples of a sweep that was to take more.

@@ -171,7 +171,7 @@ TEST(Waterfalls, whatWasNotReadIsEmpty)
 TEST(Waterfalls, scaleHoldsAllThatAReceiverReads)
 {
     const auto scaleOf = [](const std::vector<std::int32_t>& levels) {
-        const auto result = scanOf(levels);
+        const auto result = neverSaturated(scanOf(levels));
         const sdc::Range scale = sdc::waterfallScale(sdc::chartOf({{"", result, result.channels[0]}}, {}));
         return std::pair(scale.lowest, scale.highest);
     };
