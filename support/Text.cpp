@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <ios>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace support {
 
@@ -81,6 +84,43 @@ std::string escaped(const Character& character)
                                          : "\\U" + hexadecimal(character.codePoint, 8);
 }
 
+std::vector<std::string> broken(const std::string& text, std::size_t width)
+{
+    constexpr const char* indent = "  ";
+    std::vector<std::string> lines;
+    std::istringstream words(text);
+    std::string line;
+    for (std::string word; words >> word;) {
+        const bool isFull = !line.empty() && line.size() + 1 + word.size() > width;
+        if (isFull) {
+            lines.push_back(line);
+        }
+        line = isFull ? indent + word : line + (line.empty() ? "" : " ") + word;
+    }
+    lines.push_back(line);
+    return lines;
+}
+
+bool endsInFewWords(const std::vector<std::string>& lines)
+{
+    constexpr std::ptrdiff_t few = 2;
+    std::istringstream words(lines.back());
+    return lines.size() > 1 && std::distance(std::istream_iterator<std::string>(words), {}) <= few;
+}
+
+/// As many lines, the longest of them as short as can be.
+std::vector<std::string> evened(const std::string& text, std::vector<std::string> lines, std::size_t width)
+{
+    while (width > 1) {
+        std::vector<std::string> narrower = broken(text, --width);
+        if (narrower.size() != lines.size()) {
+            break;
+        }
+        lines = std::move(narrower);
+    }
+    return lines;
+}
+
 } // namespace
 
 std::string shown(std::string_view foreign, std::size_t most)
@@ -149,21 +189,13 @@ std::string duration(std::chrono::milliseconds time)
 
 std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width)
 {
-    constexpr const char* indent = "  ";
-    std::vector<std::string> lines;
+    std::vector<std::string> all;
     for (const std::string& text : texts) {
-        std::istringstream words(text);
-        std::string line;
-        for (std::string word; words >> word;) {
-            const bool isFull = !line.empty() && line.size() + 1 + word.size() > width;
-            if (isFull) {
-                lines.push_back(line);
-            }
-            line = isFull ? indent + word : line + (line.empty() ? "" : " ") + word;
-        }
-        lines.push_back(line);
+        const std::vector<std::string> lines = broken(text, width);
+        const std::vector<std::string> chosen = endsInFewWords(lines) ? evened(text, lines, width) : lines;
+        all.insert(all.end(), chosen.begin(), chosen.end());
     }
-    return lines;
+    return all;
 }
 
 std::string counted(std::size_t count, const std::string& what)

@@ -32,7 +32,7 @@ std::string prefixed(const std::string& text, const std::string& prefix);
 std::string duration(std::chrono::milliseconds time);
 
 /// Texts in lines that are no longer than a width, as far as their words are not; what follows the first line of a text is
-/// indented.
+/// indented. Where a word or two would be left for the last line, the lines are evened.
 std::vector<std::string> wrapped(const std::vector<std::string>& texts, std::size_t width);
 
 /// "1 sample", "13 samples".

@@ -378,6 +378,9 @@ TEST_F(ConsoleRun, helpNamesEveryCommand)
             "hold", "release", "channel", "fault", "trace", "save", "plot", "help", "quit"}) {
         EXPECT_THAT(outcome.out, HasSubstr(std::string("\n") + command + " "));
     }
+    for (const std::string& line : lines(outcome.out)) {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
 }
 
 TEST_F(ConsoleRun, runsAtAnySpeedWithTheSameSamples)

@@ -59,7 +59,7 @@ TEST_F(Plots, showTheTraceChosen)
 TEST_F(Plots, tellWhatIsAskedAtMarksAndLimits)
 {
     const std::string text = run("plot a.json --mark 19177.5 --mark 19180.750 --limit -35 --duplex -1010").out;
-    EXPECT_THAT(text, HasSubstr("receives (RX) at 19177.500 MHz, transmits (TX) at 18167.500 MHz, outside"));
+    EXPECT_THAT(text, HasSubstr("receives (RX) at 19177.500 MHz, transmits\n  (TX) at 18167.500 MHz, outside the plot\n"));
     EXPECT_THAT(text, HasSubstr("mark 1: 19177.500 MHz, level -34."));
     EXPECT_THAT(text, HasSubstr("mark 2: 19180.750 MHz, level -35.09 dBm\n"));
     EXPECT_THAT(text, HasSubstr("mark 2 - mark 1: 3.250 MHz, level -0."));

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace sdc {
 
@@ -155,9 +156,17 @@ Words Console::offered(const Words& words) const
 
 void Console::help(const Words&)
 {
+    constexpr std::size_t width = 80;
+    constexpr std::size_t column = 21; // of what it does; a usage that is longer has a line of its own
     for (const Verb& verb : verbs()) {
-        const std::string usage = std::string(verb.name) + (*verb.arguments != '\0' ? " " : "") + verb.arguments;
-        m_output << fmt::format("{:<39} {}\n", usage, verb.help);
+        std::string usage = std::string(verb.name) + (*verb.arguments != '\0' ? " " : "") + verb.arguments;
+        if (usage.size() + 1 >= column) {
+            m_output << usage << '\n';
+            usage.clear();
+        }
+        for (const std::string& line : support::wrapped({verb.help}, width - column)) {
+            m_output << fmt::format("{:<{}}{}\n", std::exchange(usage, ""), column, line);
+        }
     }
 }
 

@@ -82,8 +82,8 @@ std::string differenceOf(const Chart& chart, std::int64_t first_kHz, std::int64_
         const Point* const here = readingAt(trace, first_kHz);
         const Point* const there = readingAt(trace, other_kHz);
         if (here != nullptr && there != nullptr) {
-            words.push_back(
-                fmt::format("{} {} dB", trace.name, hundredths(std::int64_t{there->level} - std::int64_t{here->level})));
+            const std::int64_t rise = std::int64_t{there->level} - std::int64_t{here->level};
+            words.push_back(fmt::format("{} {}{} dB", trace.name, rise > 0 ? "+" : "", hundredths(rise)));
         }
     }
     return joined(words, ", ");

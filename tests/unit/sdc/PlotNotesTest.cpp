@@ -40,6 +40,12 @@ TEST(PlotNotes, tellTheLevelsAtMarksAndTheirDifferences)
             "mark 3 - mark 1: 1.501 MHz", "mark 4: 104.000 MHz, outside the plot", "mark 4 - mark 1: 3.000 MHz"));
 }
 
+TEST(PlotNotes, tellARiseFromOneMarkToAnotherWithItsSign)
+{
+    EXPECT_THAT(notesOf(scanOf({-9000, -3000, -9000}), {.marks_kHz = {100'000, 101'000, 102'000}}),
+        testing::IsSupersetOf({"mark 2 - mark 1: 1.000 MHz, level +60.00 dB", "mark 3 - mark 1: 2.000 MHz, level 0.00 dB"}));
+}
+
 TEST(PlotNotes, tellOfAMarkWhereNothingWasMeasured)
 {
     auto cut = scanOf({-9000, -9000, -9000});

@@ -392,13 +392,13 @@ TEST(TextPlots, titlesThatAreTooLongAreBroken)
     result.scenario = "a link with a long name";
     const auto lines = linesOf(textOf(result, {.width = 40}));
     EXPECT_THAT(std::vector(lines.begin(), lines.begin() + 4),
-        ElementsAre("a link with a long name, KLM6 18G,", "  sub-band scan", "2026-01-02 03:04:05 UTC; configured",
+        ElementsAre("a link with a long name,", "  KLM6 18G, sub-band scan", "2026-01-02 03:04:05 UTC; configured",
             "  channel: cannot tell"));
 }
 
 TEST(TextPlots, withoutSamplesSaySo)
 {
-    EXPECT_THAT(textOf(scanOf({})), HasSubstr("no samples"));
+    EXPECT_THAT(textOf(scanOf({})), HasSubstr("no levels"));
 }
 
 TEST(TextPlots, lettersOfOtherLanguagesArriveWhole)

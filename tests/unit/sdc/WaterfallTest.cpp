@@ -165,7 +165,7 @@ TEST(Waterfalls, whatWasNotReadIsEmpty)
     EXPECT_THAT(
         sdc::gathered(result.channels[0], {100'000, 102'000}, 3, 10).rows[1].levels, ElementsAre(-9000, nothing, nothing));
     EXPECT_THAT(programOf(result), HasSubstr(" NaN NaN "));
-    EXPECT_THAT(textOf(result), HasSubstr("PARTIAL 4/6, stopped"));
+    EXPECT_THAT(textOf(result), HasSubstr("PARTIAL 4/6,\n  stopped; "));
 }
 
 TEST(Waterfalls, scaleHoldsAllThatAReceiverReads)

@@ -113,9 +113,15 @@ TEST(Prefixed, isEveryLineButTheEmpty)
 
 TEST(LongTexts, areWrappedBetweenWords)
 {
-    EXPECT_THAT(support::wrapped({"one two three", "four"}, 8), ElementsAre("one two", "  three", "four"));
+    EXPECT_THAT(support::wrapped({"one two six ten", "four"}, 13), ElementsAre("one two", "  six ten", "four"));
+    EXPECT_THAT(support::wrapped({"one two six four ten"}, 8), ElementsAre("one two", "  six", "  four", "  ten"));
     EXPECT_THAT(support::wrapped({"one two"}, 7), ElementsAre("one two"));
     EXPECT_THAT(support::wrapped({"longerthanaline x"}, 5), ElementsAre("longerthanaline", "  x"));
+    EXPECT_THAT(support::wrapped({"a sentence of several words that is too long for it"}, 49),
+        ElementsAre("a sentence of several words", "  that is too long for it"))
+        << "and not with a word alone at its end";
+    EXPECT_THAT(support::wrapped({"a sentence of several words that is longer than it"}, 35),
+        ElementsAre("a sentence of several words that is", "  longer than it"));
 }
 
 } // namespace
