@@ -32,7 +32,7 @@ LiveFile::LiveFile(const std::string& path)
 
 LiveFile::~LiveFile()
 {
-    if (!m_hasBegun && m_target.isFile() && !m_target.isThere()) {
+    if ((!m_hasBegun || m_isInVain) && m_target.isFile() && !m_target.isThere()) {
         unlink((m_target.folder() / m_target.fileName()).c_str());
     }
 }
@@ -99,6 +99,7 @@ void LiveFile::end(std::string_view left)
 {
     const int error = errno;
     cutToWholeLine(std::string_view(m_pending).substr(0, m_pending.size() - left.size()));
+    m_isInVain = m_target.isFile() && sizeOf(m_file->number()) == 0;
     m_file.reset();
     if (error != EPIPE) {
         errno = error;

@@ -54,6 +54,7 @@ private:
     std::string m_pending;    ///< lines that are not yet written
     bool m_hasBegun = false;  ///< the first line is put
     bool m_isCleared = false; ///< of what stood there before
+    bool m_isInVain = false;  ///< has failed before a line was whole
 };
 
 } // namespace sdc

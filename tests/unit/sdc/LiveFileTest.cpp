@@ -122,6 +122,34 @@ TEST_F(LiveFile, endsWithAWholeLineWhereTheDiskIsFull)
     EXPECT_EQ(contentsOf(in("file")), "1234567\n1234567\n");
 }
 
+/// As with a row that is longer than what the disk has left.
+TEST_F(LiveFile, thatHasNoRoomForAWholeLineGoesAgain)
+{
+    make("old", "before\n");
+    const pid_t program = fork();
+    if (program == 0) {
+        const rlimit limit{4, RLIM_INFINITY};
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        int failures = 0;
+        for (const char* const name : {"new", "old"}) {
+            sdc::LiveFile file(in(name));
+            file.put("1234567\n");
+            try {
+                file.pass();
+            } catch (const std::runtime_error&) {
+                ++failures;
+            }
+        }
+        _exit(failures == 2 ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(program, &status, 0), program);
+    EXPECT_EQ(status, 0);
+    EXPECT_FALSE(std::filesystem::exists(in("new")));
+    EXPECT_EQ(contentsOf(in("old")), "") << "it was there before";
+}
+
 TEST_F(LiveFile, thatIsFullFromTheBeginningIsAFailure)
 {
     sdc::LiveFile file("/dev/full");
