@@ -21,9 +21,9 @@ public:
     using Environment = std::vector<std::pair<std::string, std::string>>;
 
     OnPseudoTerminal(const std::filesystem::path& folder, std::vector<std::string> command, unsigned short columns,
-        const Environment& environment = {})
+        const Environment& environment = {}, unsigned short rows = 40)
     {
-        winsize size{.ws_row = 40, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
+        winsize size{.ws_row = rows, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
         m_pid = forkpty(&m_terminal, nullptr, nullptr, &size);
         if (m_pid == 0) {
             std::filesystem::current_path(folder);

@@ -70,6 +70,27 @@ TEST_F(OnATerminal, tableHasAsManyRowsAsFitAndSaysHowToSeeAll)
     EXPECT_THAT(terminal.shown(), HasSubstr("; --rows 0 shows all\r\n"));
 }
 
+TEST_F(OnATerminal, picturesFillItWithWhatIsSaidBelowThem)
+{
+    run("scan sub-band --repeat 30 --quiet --json a.json");
+    const auto linesOf = [this](std::vector<std::string> arguments, unsigned short rows) {
+        arguments.insert(arguments.begin(), SDC_PROGRAM);
+        OnPseudoTerminal terminal(folder, arguments, 80, {}, rows);
+        EXPECT_EQ(terminal.finish(), 0);
+        return std::ranges::count(terminal.shown(), '\n');
+    };
+    for (const auto rows : std::vector<unsigned short>{16, 24, 50}) {
+        SCOPED_TRACE(rows);
+        EXPECT_EQ(linesOf({"plot", "a.json"}, rows), rows - 1) << "a line is the prompt's";
+        EXPECT_LT(linesOf({"plot", "a.json", "--waterfall"}, rows), rows);
+        EXPECT_EQ(linesOf({"scan", "channel", "--quiet", "--rows", "3", "--plot", "-"}, rows), rows - 1);
+        EXPECT_EQ(linesOf({"plot", "a.json", "--height", "20"}, rows), 20) << "as asked for";
+    }
+    EXPECT_GE(linesOf({"plot", "a.json", "--waterfall"}, 50), 30 + 6) << "a row for each sweep, and what is around them";
+    EXPECT_EQ(linesOf({"plot", "a.json", "--mark", "19177", "--mark", "19200"}, 50), 49);
+    EXPECT_EQ(lines(run("plot a.json").out).size(), 24U);
+}
+
 TEST_F(OnATerminal, linesThatAreWrittenLiveAreNotMixedWithProgress)
 {
     OnPseudoTerminal terminal(folder, {SDC_PROGRAM, "scan", "sub-band", "--csv", "-"}, 80);

@@ -89,7 +89,7 @@ std::optional<std::int32_t> parseLimit(std::string_view text)
     return level ? std::optional(static_cast<std::int32_t>(*level)) : std::nullopt;
 }
 
-/// Without a size of their own, pictures as text fill the width of the terminal.
+/// Without a size of their own, pictures as text fill the terminal.
 PlotOptions plotOptions(const PlotCommandOptions& options, PlotFormat format)
 {
     PlotOptions plotting;
@@ -97,6 +97,7 @@ PlotOptions plotOptions(const PlotCommandOptions& options, PlotFormat format)
     const bool isSeen = options.output == "-" && format == PlotFormat::text;
     if (isSeen) {
         plotting.width = terminalWidth(STDOUT_FILENO);
+        plotting.terminalLines = isTerminal(STDOUT_FILENO) ? terminalHeight(STDOUT_FILENO) : 0;
         plotting.isColored = usesColor(options.color, STDOUT_FILENO);
     }
     plotting.width = static_cast<int>(options.width.value_or(static_cast<std::uint32_t>(plotting.width)));

@@ -59,7 +59,7 @@ void Console::save(const Words& words)
     write(formatOf(words[1]), words[1]);
 }
 
-/// A picture in text is as wide as the terminal that shows it.
+/// A picture in text fills the terminal that shows it.
 void Console::plot(const Words& words)
 {
     const Format& picture = formatNamed("plot");
@@ -113,8 +113,10 @@ void Console::write(const Format& format, const std::string& file)
 {
     const ScanResult result = lastScan();
     const bool isSeen = file == "-";
+    const bool isShown = isSeen && isTerminal(STDOUT_FILENO);
     const WriteOptions options{.file = file,
-        .width = isSeen && isTerminal(STDOUT_FILENO) ? terminalWidth(STDOUT_FILENO) : 0,
+        .width = isShown ? terminalWidth(STDOUT_FILENO) : 0,
+        .height = isShown ? terminalHeight(STDOUT_FILENO) : 0,
         .isColored = isSeen && usesColor(ColorMode::automatic, STDOUT_FILENO)};
     const auto writeTo = [&](std::ostream& stream) { writeResult(stream, format, result, options); };
     try {

@@ -18,7 +18,7 @@ struct WriteOptions {
     std::string file{"-"};        ///< name of the file that is written; "-": standard output
     std::size_t rows = 0;         ///< most rows of a table, 0: one for each sample
     int width = 0;                ///< columns of the terminal that shows it; 0: none does
-    int height = 0;               ///< lines of it, where a table is to fit; 0: it may be of any length
+    int height = 0;               ///< lines of it, where all is to fit; 0: it may be of any length
     bool isColored = false;       ///< by ANSI sequences; the text says the same without
     TraceKind trace = usualTrace; ///< of several sweeps, what stands for a frequency
 };

@@ -34,10 +34,11 @@ WriteOptions writeOptions(const Output& output, const OutputOptions& options)
 {
     const bool isStandard = output.file == standardOutput;
     const bool isShown = isStandard && isTerminal(STDOUT_FILENO);
+    const bool hasRows = output.format->write == writeTable && options.rows;
     return {.file = output.file,
         .rows = options.rows.value_or(0),
         .width = isShown ? terminalWidth(STDOUT_FILENO) : 0,
-        .height = isShown && !options.rows ? terminalHeight(STDOUT_FILENO) : 0,
+        .height = isShown && !hasRows ? terminalHeight(STDOUT_FILENO) : 0,
         .isColored = isStandard && usesColor(options.color, STDOUT_FILENO),
         .trace = options.trace};
 }

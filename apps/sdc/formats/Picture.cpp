@@ -12,6 +12,7 @@ PlotOptions plotOptions(const WriteOptions& options)
 {
     return {.format = plotFormat(options.file).value(),
         .width = options.width,
+        .terminalLines = options.height,
         .isColored = options.isColored,
         .trace = options.trace};
 }

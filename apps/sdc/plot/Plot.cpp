@@ -20,6 +20,9 @@ namespace sdc {
 
 namespace {
 
+constexpr int leastTextHeight = 15;
+constexpr int mostTextHeight = 500;
+
 PlotOptions drawable(PlotOptions options)
 {
     const bool isText = options.format == PlotFormat::text;
@@ -27,7 +30,9 @@ PlotOptions drawable(PlotOptions options)
         return std::clamp(wanted == 0 ? usual : wanted, least, most);
     };
     options.width = isText ? size(options.width, 80, 40, 1000) : size(options.width, 1000, 300, 10000);
-    options.height = isText ? size(options.height, 24, 15, 500) : size(options.height, 560, 200, 10000);
+    options.terminalLines = options.height == 0 ? options.terminalLines : 0;
+    options.height =
+        isText ? size(options.height, 24, leastTextHeight, mostTextHeight) : size(options.height, 560, 200, 10000);
     return options;
 }
 
@@ -75,13 +80,14 @@ using DrawOne = std::string (*)(const Drawn& drawn, const PlotOptions& options);
 struct Kind {
     DrawOne program;
     DrawOne text;
+    int mostNotes; ///< lines that text may have below in addition to the notes of the chart
 };
 
 constexpr Kind traces{[](const Drawn& drawn, const PlotOptions& options) { return chartProgram(drawn.chart, options); },
-    [](const Drawn& drawn, const PlotOptions& options) { return chartText(drawn.chart, options); }};
+    [](const Drawn& drawn, const PlotOptions& options) { return chartText(drawn.chart, options); }, 0};
 constexpr Kind waterfalls{
     [](const Drawn& drawn, const PlotOptions& options) { return waterfallProgram(drawn.channel, drawn.chart, options); },
-    [](const Drawn& drawn, const PlotOptions& options) { return waterfallText(drawn.channel, drawn.chart, options); }};
+    [](const Drawn& drawn, const PlotOptions& options) { return waterfallText(drawn.channel, drawn.chart, options); }, 1};
 
 std::string programOf(const std::vector<Drawn>& plots, const PlotOptions& options, const Kind& kind)
 {
@@ -96,11 +102,23 @@ std::string programOf(const std::vector<Drawn>& plots, const PlotOptions& option
     return program + programTail(plots.size());
 }
 
+/// With a height that leaves room in the terminal for the other plots, what is said below, and the prompt.
+PlotOptions fitted(PlotOptions options, const Drawn& drawn, std::size_t plots, const Kind& kind)
+{
+    const int between = plots > 1 ? 1 : 0;
+    const auto width = static_cast<std::size_t>(options.width);
+    const auto below = static_cast<int>(support::wrapped(drawn.chart.notes, width).size()) + kind.mostNotes;
+    const int each = (options.terminalLines - 1) / static_cast<int>(plots) - between;
+    options.height = std::clamp(each - below, leastTextHeight, mostTextHeight);
+    return options;
+}
+
 std::string textOf(const std::vector<Drawn>& plots, const PlotOptions& options, const Kind& kind)
 {
     std::string text;
     for (const Drawn& plot : plots) {
-        text += (text.empty() ? "" : "\n") + kind.text(plot, options);
+        text += (text.empty() ? "" : "\n")
+            + kind.text(plot, options.terminalLines == 0 ? options : fitted(options, plot, plots.size(), kind));
     }
     return text;
 }

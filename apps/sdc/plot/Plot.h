@@ -20,6 +20,7 @@ struct PlotOptions {
     PlotFormat format = PlotFormat::svg;
     int width = 0;  ///< pixels, 300 to 10000, usually 1000; columns of text, 40 to 1000, usually 80
     int height = 0; ///< of each channel's plot: pixels, 200 to 10000, usually 560; rows of text, 15 to 500, usually 24
+    int terminalLines = 0;                    ///< of text without a height: of a terminal that shows it all, 0: none does
     bool isColored = false;                   ///< of text, by ANSI sequences; pictures always have colours
     TraceKind trace = usualTrace;             ///< of several sweeps: in front, with its peaks; of several results, each
     std::vector<std::uint32_t> marks_kHz{};   ///< places to mark, and to tell the level of
