@@ -74,6 +74,9 @@ Waterfall gathered(const ChannelResult& channel, const Range& range_kHz, std::si
 Range waterfallScale(const Chart& chart)
 {
     constexpr std::int64_t step_dB = 5;
+    if (std::ranges::all_of(chart.traces, [](const Trace& trace) { return trace.points.empty(); })) {
+        return {-100, -60};
+    }
     Range levels{highestShown, lowestShown};
     for (const Trace& trace : chart.traces) {
         for (const Point& point : trace.points) {
@@ -81,7 +84,7 @@ Range waterfallScale(const Chart& chart)
             levels = {std::min(levels.lowest, level), std::max(levels.highest, level)};
         }
     }
-    const std::int64_t lowest = -roundedUp(-std::min(levels.lowest, levels.highest), step_dB * 100) / 100;
+    const std::int64_t lowest = -roundedUp(-levels.lowest, step_dB * 100) / 100;
     return {lowest, std::max(lowest + step_dB, roundedUp(levels.highest, step_dB * 100) / 100)};
 }
 

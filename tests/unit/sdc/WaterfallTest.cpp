@@ -177,6 +177,7 @@ TEST(Waterfalls, scaleHoldsAllThatAReceiverReads)
     };
     EXPECT_EQ(scaleOf({-9970, -3001}), std::pair(std::int64_t{-100}, std::int64_t{-30}));
     EXPECT_EQ(scaleOf({-9000}), std::pair(std::int64_t{-90}, std::int64_t{-85}));
+    EXPECT_EQ(scaleOf({}), std::pair(std::int64_t{-100}, std::int64_t{-60})) << "some scale";
     EXPECT_EQ(scaleOf({-9000, 2147483647}), std::pair(std::int64_t{-90}, std::int64_t{60}));
 }
 
