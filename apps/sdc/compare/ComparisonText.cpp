@@ -163,8 +163,8 @@ std::string conditions(const ScanSide& side)
 
 std::string sweepsText(const ScanSide& side)
 {
-    return support::counted(side.sweeps, "sweep")
-        + (side.incompleteSweeps == 0 ? "" : fmt::format(", {} of them PARTIAL or failed", side.incompleteSweeps));
+    const std::string which = side.sweeps > 1 ? fmt::format("{} of them ", side.incompleteSweeps) : "";
+    return support::counted(side.sweeps, "sweep") + (side.incompleteSweeps == 0 ? "" : ", " + which + "PARTIAL or failed");
 }
 
 /// How the two scans were made, as far as they differ, and what of them is no change.
@@ -174,7 +174,10 @@ std::string conditionLines(const ChannelComparison& channel)
     if (conditions(channel.before) != conditions(channel.after)) {
         lines += fmt::format("  before: {}\n  after:  {}\n", conditions(channel.before), conditions(channel.after));
     }
-    lines += fmt::format("  before {}; after {}\n", sweepsText(channel.before), sweepsText(channel.after));
+    const std::string sweeps = fmt::format("before {}; after {}", sweepsText(channel.before), sweepsText(channel.after));
+    for (const std::string& line : support::wrapped({sweeps}, 78)) {
+        lines += indented(line) + "\n";
+    }
     return !channel.obstacle.empty() ? lines
                                      : lines
             + fmt::format("  no change is {:.2f} to +{:.2f} dB; readings scatter by {:.2f} dB\n",
@@ -186,7 +189,8 @@ std::string verdictOn(const ChannelComparison& channel)
     if (!channel.obstacle.empty()) {
         return "cannot be compared, " + channel.obstacle;
     }
-    return fmt::format("{}, {} frequencies compared", channel.isChanged() ? "different" : "same", channel.compared);
+    return fmt::format("{}, {} {} compared", channel.isChanged() ? "different" : "same", channel.compared,
+        channel.compared == 1 ? "frequency" : "frequencies");
 }
 
 std::string linesOf(const ChannelComparison& channel)

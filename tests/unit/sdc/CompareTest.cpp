@@ -369,6 +369,19 @@ TEST(Comparisons, columnsOfTheTextNeverMeet)
             "  levels                       4294907.000 MHz                       -90.00 ->  -30.00 dBm  +60.00 dB\n"));
 }
 
+TEST(Comparisons, textCountsAndFitsATerminal)
+{
+    const auto cut = [](std::size_t sweeps) {
+        return resultOf({channelOf(1, std::vector(sweeps, cutShort(sweepOf({-9000, -9000}), 1, sdc::Ending::stopped)))});
+    };
+    EXPECT_THAT(textOf(compared(cut(1), cut(1))),
+        HasSubstr("channel 1: same, 1 frequency compared\n"
+                  "  before 1 sweep, PARTIAL or failed; after 1 sweep, PARTIAL or failed\n"));
+    EXPECT_THAT(textOf(compared(cut(10), cut(10))),
+        HasSubstr("\n  before 10 sweeps, 10 of them PARTIAL or failed; after 10 sweeps, 10 of them\n"
+                  "    PARTIAL or failed\n"));
+}
+
 TEST(Comparisons, ofManyChangesTheLargestAreShown)
 {
     Levels levels = flat(41);
