@@ -27,7 +27,7 @@ const std::vector<RuleText>& rules()
             "what is heard rises towards the edges as carriers in the channels beside do", {}},
         {Rule::overAllLeaks, Judgement::disturbed,
             "readings are above the noise and all that can leak into the filter of what the scan shows elsewhere", {}},
-        {Rule::maybeMask, Judgement::cannotTell,
+        {Rule::maybeMask, Judgement::clear,
             "readings are above the noise, but no higher than a strong carrier beside the channel makes them by a poor mask",
             {Help::channelScan}},
         {Rule::shapedInChannel, Judgement::disturbed,

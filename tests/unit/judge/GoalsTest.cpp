@@ -116,7 +116,7 @@ TEST(Goals, cannotTellIsCountedOutsideTheNextCase)
         outcomeOf(FarEnd::muted, Case::raised, Judgement::cannotTell),
         outcomeOf(FarEnd::muted, Case::disturbed, Judgement::disturbed)};
 
-    EXPECT_EQ(measured("muted: \"cannot tell\" outside the next case", outcomes), "1 of 3, missed");
+    EXPECT_EQ(measured("muted: \"cannot tell\" outside the next case", outcomes), "2 of 4, missed");
 }
 
 TEST(Goals, withTheFarEndOnOneClearIsTooMany)

@@ -173,10 +173,12 @@ TEST(Verdict, ofARiseThatTheSubBandDoesNotExplainIsDisturbed)
 }
 
 /// 30 dB below the carrier beside it, and so on its other side.
-TEST(Verdict, cannotTellARiseFromAMaskThatHasTwoSides)
+TEST(Verdict, ofARiseFromAMaskThatHasTwoSidesIsClearAndAdvisesAScanOfTheChannel)
 {
     const Levels levels{-9440, -9480, -9450, -9420, -7000, -4000, -7010, -9450, -9470};
-    EXPECT_EQ(judge(subBandScan({levels}), FarEnd::muted).judgement, Judgement::cannotTell);
+    const sdc::Verdict verdict = judge(subBandScan({levels}), FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::clear);
+    EXPECT_EQ(verdict.wouldHelp, std::vector{Help::channelScan});
 }
 
 TEST(Verdict, ofABurstInOneSweepOfManyIsDisturbed)
