@@ -44,22 +44,49 @@ Assumed withCarrier(const OwnChannel& own)
     return {.hasMasks = true, .hasUnseen = !own.isSeenFromBeside(), .hasOwnCarrier = true};
 }
 
-/// Whether the own carrier with a notch in it looks like that.
-bool mayBeNotched(const OwnChannel& own)
+/// Whether readings are higher than explained, or of a shape so different that less tells.
+bool isUnlike(const Explained& explained, const OwnChannel& own)
+{
+    constexpr double more = 100.0;
+    constexpr double anotherShape = 3.0;
+    constexpr double leastOver = 300.0;
+    return explained.over > own.marginOfMean(own.sweeps()) + more
+        || (explained.misfit > anotherShape && explained.over > leastOver);
+}
+
+/// Whether the own carrier with a notch in it looks like that; one that moves leaves something like that in the mean.
+bool mayBeNotched(const OwnChannel& own, bool isMoving)
 {
     constexpr int steps = 18;
+    constexpr double alike = 1.0;
     const double width_kHz = own.width_kHz();
     for (const double width : {0.2, 0.3, 0.4, 0.5, 0.7, 1.0}) {
         for (int step = -steps; step <= steps; ++step) {
             const double centre = step / 20.0;
             Assumed notched = withCarrier(own);
             notched.notch = {(centre - width / 2.0) * width_kHz, (centre + width / 2.0) * width_kHz};
-            if (explain(own, &OwnReading::mean, notched).over < own.marginOfMean(own.sweeps())) {
+            const Explained explained = explain(own, &OwnReading::mean, notched);
+            if (explained.over < own.marginOfMean(own.sweeps()) && (isMoving || explained.misfit < alike)) {
                 return true;
             }
         }
     }
     return false;
+}
+
+/// Where the filter takes in nearly all of the carrier, no notch in it takes much of a reading: in the middle of the
+/// channel.
+double comesAndGoesInTheMiddle(const OwnChannel& own)
+{
+    constexpr double wide = 0.7;
+    constexpr double middle = 0.15;
+    constexpr double mostOfANotch = 400.0;
+    if (own.filterWidth_kHz() < wide * own.width_kHz()) {
+        return 0.0;
+    }
+    const Fluctuation fluctuation = fluctuationOf(own.fromSweepToSweepWithin(middle * own.width_kHz()), own.scatter());
+    const double most = std::max({fluctuation.rises, fluctuation.falls, fluctuation.jumps, fluctuation.comes});
+    return most > mostOfANotch ? most - mostOfANotch + aboveTheMargin : 0.0;
 }
 
 /// No link is designed for a level at which receivers begin to saturate.
@@ -75,10 +102,9 @@ bool isOverloaded(const OwnChannel& own)
 
 Verdict judgeBesideCarrier(const OwnChannel& own, FarEnd farEnd)
 {
-    constexpr double moreForMean = 50.0;
     constexpr double moreForMax = 100.0;
     const Fluctuation fluctuation = fluctuationOf(own.fromSweepToSweep(), own.scatter());
-    const double comes = comesAndGoes(fluctuation, hasMultipath(own));
+    const double comes = std::max(comesAndGoes(fluctuation, hasMultipath(own)), comesAndGoesInTheMiddle(own));
     if (comes > 0.0) {
         return verdictBy(Rule::besideCarrierComes, comes);
     }
@@ -87,7 +113,8 @@ Verdict judgeBesideCarrier(const OwnChannel& own, FarEnd farEnd)
     const bool isMoving = hasMultipath(own) && own.sweeps() <= fewSweeps && fluctuation.falls > 0.0;
     const bool hasShape = own.tunings() >= samplesOfAShape && !isMoving;
     const Explained usual = hasShape ? explain(own, &OwnReading::mean, withCarrier(own)) : Explained{};
-    if (usual.over > own.marginOfMean(own.sweeps()) + moreForMean && !(hasMultipath(own) && mayBeNotched(own))) {
+    const bool isTold = farEnd != FarEnd::unknown;
+    if (isTold && isUnlike(usual, own) && !(hasMultipath(own) && mayBeNotched(own, fluctuation.falls > 0.0))) {
         return verdictBy(Rule::besideCarrierShape, usual.over);
     }
     const bool hasMost = hasShape && own.sweeps() > 2 && !hasMultipath(own);
@@ -95,10 +122,10 @@ Verdict judgeBesideCarrier(const OwnChannel& own, FarEnd farEnd)
     if (most.over > own.marginOfMax() + moreForMax) {
         return verdictBy(Rule::besideCarrierComes, most.over);
     }
-    if (isOverloaded(own)) {
+    if (isTold && isOverloaded(own)) {
         return verdictBy(Rule::overload, aboveTheMargin);
     }
-    return verdictBy(farEnd == FarEnd::unknown ? Rule::carrierUntold : Rule::carrierAlone);
+    return verdictBy(isTold ? Rule::carrierAlone : Rule::carrierUntold);
 }
 
 } // namespace sdc

@@ -169,15 +169,15 @@ Readings OwnChannel::fromSweepToSweep() const
         nearest_kHz = std::min(nearest_kHz, std::abs(reading.offset_kHz));
     }
     const double farthest_kHz = std::max(nearest_kHz, withGuard * width_kHz() - filterWidth_kHz() / 2.0);
-    return recentWithin(std::min(farthest_kHz, width_kHz() / 2.0));
+    return fromSweepToSweepWithin(std::min(farthest_kHz, width_kHz() / 2.0));
 }
 
 Readings OwnChannel::aroundFromSweepToSweep() const
 {
-    return recentWithin(reach_kHz());
+    return fromSweepToSweepWithin(reach_kHz());
 }
 
-Readings OwnChannel::recentWithin(double away_kHz) const
+Readings OwnChannel::fromSweepToSweepWithin(double away_kHz) const
 {
     return readingsOf(m_channel.survey.recent(), [&](const Sample& sample) {
         return isLevel(sample, receiver()) && std::abs(sample.frequency_kHz - centre_kHz()) <= away_kHz;

@@ -81,6 +81,9 @@ public:
     /// At tunings from which the filter does not reach beside the channel, as far as there are such.
     Readings fromSweepToSweep() const;
 
+    /// At tunings so near to the centre.
+    Readings fromSweepToSweepWithin(double away_kHz) const;
+
     /// At all tunings of `readings()`.
     Readings aroundFromSweepToSweep() const;
 
@@ -92,7 +95,6 @@ private:
     double risenTo(double reading, double before) const;
     std::vector<SDCResult> levels(TraceKind kind) const;
     void look(const std::vector<Spread>& spreads);
-    Readings recentWithin(double away_kHz) const;
     double reach_kHz() const;
     double lagSeen(const std::vector<Spread>& spreads) const;
 

@@ -21,6 +21,8 @@ const std::vector<RuleText>& rules()
         {Rule::noSample, Judgement::cannotTell, "no sample was taken in the channel", {Help::channelScan}},
         {Rule::deadReceiver, Judgement::cannotTell,
             "a receiver that works does not read this: all the same, or less than its own noise", {Help::checkReceiver}},
+        {Rule::noCarrier, Judgement::cannotTell, "the far end is said to be on, and nothing of it is heard",
+            {Help::checkReceiver}},
         {Rule::quiet, Judgement::clear,
             "no reading in the channel is above what the receiver reads of its own noise and of leaks", {}},
         {Rule::neighboursOnly, Judgement::clear,

@@ -11,6 +11,7 @@ namespace sdc {
 enum class Rule : std::uint8_t {
     noSample,
     deadReceiver,
+    noCarrier,
     quiet,
     neighboursOnly,
     overAllLeaks,

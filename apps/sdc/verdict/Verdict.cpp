@@ -9,19 +9,33 @@
 #include "apps/sdc/verdict/WithoutCarrier.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace sdc {
 
 namespace {
 
+/// By more than noise figures and chance explain.
+bool isBelowNoise(const OwnChannel& own)
+{
+    constexpr double uncertain = 150.0;
+    constexpr double surely = 3.3;
+    double count = 0.0;
+    double sum = 0.0;
+    for (const OwnReading& reading : own.readings()) {
+        count += static_cast<double>(reading.readings);
+        sum += static_cast<double>(reading.readings) * reading.mean;
+    }
+    return sum / count < levelOf(own.noise_mW()) - uncertain - surely * mostScatter / std::sqrt(count);
+}
+
 bool isDead(const OwnChannel& own)
 {
     constexpr std::size_t fewReadings = 4;
     const double highest = std::ranges::max_element(own.readings(), {}, &OwnReading::max)->max;
     const double lowest = std::ranges::min_element(own.readings(), {}, &OwnReading::min)->min;
-    const bool isBelowNoise = highest < levelOf(own.noise_mW()) - 4.0 * mostScatter;
-    return isBelowNoise || (own.count() >= fewReadings && highest == lowest && highest > lowestReading);
+    return isBelowNoise(own) || (own.count() >= fewReadings && highest == lowest && highest > lowestReading);
 }
 
 /// Over the noise.
@@ -58,7 +72,7 @@ Verdict judge(const ChannelResult& channel, FarEnd farEnd)
         return verdictBy(Rule::deadReceiver);
     }
     if (!isRaised(own)) {
-        return verdictBy(Rule::quiet);
+        return verdictBy(farEnd == FarEnd::on ? Rule::noCarrier : Rule::quiet);
     }
     Verdict verdict = farEnd == FarEnd::muted ? judgeWithoutCarrier(own) : judgeBesideCarrier(own, farEnd);
     if (wouldMoreSweepsHelp(verdict, own, farEnd)) {

@@ -157,6 +157,22 @@ TEST(VerdictOfScans, isNoAlarmOfMultipath)
     }
 }
 
+/// A notch takes little of what a filter as wide as the channel reads in its middle: what jumps there by 12 dB is no fading,
+/// though it is there more than half of the time.
+TEST(VerdictOfScans, isDisturbedByWhatJumpsMoreThanANotchCan)
+{
+    SimulatedScans scans("13-fade", ScanKind::channel);
+    scans.link.notches.clear();
+    scans.link.filterWidth_kHz = 28000;
+    Emitter burst = ContinuousWave{scans.link.rxFrequency_kHz + 100.0, -24};
+    burst.schedule.every_ms = 7000.0;
+    burst.schedule.duration_ms = 4500.0;
+    scans.link.emitters.push_back(burst);
+    const Verdict verdict = judge(scans.scan(3, 3).channels.front(), FarEnd::on);
+    EXPECT_EQ(verdict.judgement, Judgement::disturbed) << verdict.rule;
+    EXPECT_EQ(verdict.kind, InterferenceKind::burst);
+}
+
 /// The controller stores 0.00 dBm for a reading that the radio refuses.
 TEST(VerdictOfScans, takesNoRefusedReadingForALevel)
 {
@@ -169,7 +185,18 @@ TEST(VerdictOfScans, takesNoRefusedReadingForALevel)
         .channel = 1, .unitTypeText = "", .receiver = channel.receiver, .plan = channel.plan, .sweeps = {}, .survey = {}};
     again.add(refused);
     EXPECT_EQ(judge(again, FarEnd::muted).judgement, Judgement::clear);
-    EXPECT_EQ(judge(again, FarEnd::on).judgement, Judgement::clear);
+    EXPECT_EQ(judge(again, FarEnd::on).rule, judge(channel, FarEnd::on).rule);
+}
+
+TEST(VerdictOfScans, isNoneOfACarrierOfWhichNobodySaidWhoseItIs)
+{
+    for (const Emitter& emitter : {Emitter(carrierAt(-6000, -60, 6000)), Emitter(carrierAt(0, -22, 22000))}) {
+        const Link link(ScanKind::subBand, {emitter});
+        EXPECT_NE(link.judged(FarEnd::on).judgement, Judgement::cannotTell);
+        const Verdict verdict = link.judged(FarEnd::unknown);
+        EXPECT_EQ(verdict.judgement, Judgement::cannotTell) << verdict.rule;
+        EXPECT_EQ(verdict.wouldHelp.front(), Help::sayFarEnd);
+    }
 }
 
 bool advises(const Verdict& verdict, Help help)

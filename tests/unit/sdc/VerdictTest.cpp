@@ -88,9 +88,24 @@ bool wouldHelp(const sdc::Verdict& verdict, Help help)
 TEST(Verdict, ofAQuietChannelIsClear)
 {
     const auto channel = channelScan({around(-9453, 14), around(-9453, 14, 3)});
-    for (const FarEnd farEnd : {FarEnd::muted, FarEnd::on, FarEnd::unknown}) {
+    for (const FarEnd farEnd : {FarEnd::muted, FarEnd::unknown}) {
         EXPECT_EQ(judge(channel, farEnd).judgement, Judgement::clear);
     }
+}
+
+TEST(Verdict, cannotTellWhereNothingIsHeardOfAFarEndThatIsOn)
+{
+    const sdc::Verdict verdict = judge(channelScan({around(-9453, 14)}), FarEnd::on);
+    EXPECT_EQ(verdict.judgement, Judgement::cannotTell);
+    EXPECT_EQ(verdict.wouldHelp.front(), Help::checkReceiver);
+}
+
+/// A filter of 14 MHz has noise of -97.54 dBm. Chance makes four readings that low, but not forty.
+TEST(Verdict, needsManyReadingsToTellAReceiverThatReadsLittleLessThanItsNoise)
+{
+    constexpr sdc::ReceiverData half{14000.0, 5.0, 60.0, -20.0};
+    EXPECT_EQ(judge(channelScan({Levels(4, -9970)}, half), FarEnd::muted).judgement, Judgement::clear);
+    EXPECT_EQ(judge(channelScan(std::vector(3, Levels(14, -9970)), half), FarEnd::muted).judgement, Judgement::cannotTell);
 }
 
 TEST(Verdict, ofANarrowFilterThatReadsNothingButTheLowestIsClear)
