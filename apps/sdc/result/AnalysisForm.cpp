@@ -83,7 +83,7 @@ const Record<HoldsInFile>& holdsRecord()
     static const Record<HoldsInFile> record{"holds", "over several sweeps; each list has an item for each frequency",
         {
             {"frequency_kHz", &HoldsInFile::frequencies_kHz, support::list(word, 0, mostItems, "frequency, kHz"),
-                "frequencies that any sweep reached, kHz"},
+                "frequencies at which any sweep read a level, kHz"},
             {"max_dBm", &HoldsInFile::max, support::list(level, 0, mostItems, "level, dBm"),
                 "strongest level at each frequency"},
             {"min_dBm", &HoldsInFile::min, support::list(level, 0, mostItems, "level, dBm"),

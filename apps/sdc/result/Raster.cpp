@@ -255,13 +255,4 @@ std::vector<RasterChannel> freeChannels(const std::vector<RasterChannel>& raster
     return channels;
 }
 
-std::vector<RasterChannel> channelsThatComeAndGo(const std::vector<RasterChannel>& raster)
-{
-    std::vector<RasterChannel> channels = inState(RasterState::intermittent, raster);
-    std::ranges::sort(channels, [](const RasterChannel& left, const RasterChannel& right) {
-        return std::tuple(right.max, left.offset) < std::tuple(left.max, right.offset);
-    });
-    return channels;
-}
-
 } // namespace sdc

@@ -57,7 +57,4 @@ std::vector<RasterChannel> rasterOf(const ChannelResult& channel);
 /// The free ones, the best first: by their maximum, then their average, then the distance from the configured channel.
 std::vector<RasterChannel> freeChannels(const std::vector<RasterChannel>& raster);
 
-/// The intermittent ones, the strongest first.
-std::vector<RasterChannel> channelsThatComeAndGo(const std::vector<RasterChannel>& raster);
-
 } // namespace sdc

@@ -41,9 +41,6 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
 {
     constexpr std::size_t fewSamples = 5;
     for (const Spread& spread : spreads) {
-        if (!isLevel({spread.frequency_kHz, spread.max, TimePoint{}}, receiver())) {
-            continue; // of which a reading was refused
-        }
         const double offset_kHz = spread.frequency_kHz - centre_kHz();
         const double away_kHz = std::abs(offset_kHz);
         const bool isOwn = away_kHz <= width_kHz() / 2.0;
@@ -64,23 +61,14 @@ double OwnChannel::reach_kHz() const
     return std::max(width_kHz(), width_kHz() / 2.0 + filterWidth_kHz() / 2.0);
 }
 
-std::vector<SDCResult> OwnChannel::levels(TraceKind kind) const
-{
-    std::vector<SDCResult> trace = m_channel.survey.trace(kind);
-    std::erase_if(trace, [this](const SDCResult& one) {
-        return !isLevel({one.frequency_kHz, one.rssi, TimePoint{}}, receiver());
-    });
-    return trace;
-}
-
 Leakage OwnChannel::leakage(TraceKind kind) const
 {
-    return {receiver(), m_channel.plan, levels(kind)};
+    return {receiver(), m_channel.plan, m_channel.survey.trace(kind)};
 }
 
 Leakage OwnChannel::leakageSettled(TraceKind kind) const
 {
-    std::vector<SDCResult> trace = levels(kind);
+    std::vector<SDCResult> trace = m_channel.survey.trace(kind);
     for (std::size_t index = trace.size(); index-- > 1;) {
         const double settled = risenTo(trace[index].rssi, trace[index - 1].rssi);
         trace[index].rssi = static_cast<std::int32_t>(std::min(settled, highestReading));

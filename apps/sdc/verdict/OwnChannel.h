@@ -93,7 +93,6 @@ public:
 
 private:
     double risenTo(double reading, double before) const;
-    std::vector<SDCResult> levels(TraceKind kind) const;
     void look(const std::vector<Spread>& spreads);
     double reach_kHz() const;
     double lagSeen(const std::vector<Spread>& spreads) const;

@@ -19,6 +19,8 @@ const std::vector<RuleText>& rules()
 {
     static const std::vector<RuleText> texts{
         {Rule::noSample, Judgement::cannotTell, "no sample was taken in the channel", {Help::channelScan}},
+        {Rule::noLevel, Judgement::cannotTell, "no reading in the channel is one that a receiver can give",
+            {Help::checkReceiver}},
         {Rule::deadReceiver, Judgement::cannotTell,
             "a receiver that works does not read this: all the same, or less than its own noise", {Help::checkReceiver}},
         {Rule::noCarrier, Judgement::cannotTell, "the far end is said to be on, and nothing of it is heard",

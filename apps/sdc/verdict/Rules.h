@@ -10,6 +10,7 @@ namespace sdc {
 /// What decided.
 enum class Rule : std::uint8_t {
     noSample,
+    noLevel,
     deadReceiver,
     noCarrier,
     quiet,

@@ -16,6 +16,15 @@ namespace sdc {
 
 namespace {
 
+bool hasSampleIn(const Stretch& stretch, const ChannelResult& channel)
+{
+    return std::ranges::any_of(channel.sweeps, [&stretch](const Sweep& sweep) {
+        return std::ranges::any_of(sweep.samples, [&stretch](const Sample& sample) {
+            return sample.frequency_kHz >= stretch.low_kHz && sample.frequency_kHz <= stretch.high_kHz;
+        });
+    });
+}
+
 /// By more than noise figures and chance explain.
 bool isBelowNoise(const OwnChannel& own)
 {
@@ -66,7 +75,7 @@ Verdict judge(const ChannelResult& channel, FarEnd farEnd)
     }
     const OwnChannel own(channel);
     if (own.tunings() == 0) {
-        return verdictBy(Rule::noSample);
+        return verdictBy(hasSampleIn(own.stretch(), channel) ? Rule::noLevel : Rule::noSample);
     }
     if (isDead(own)) {
         return verdictBy(Rule::deadReceiver);

@@ -315,8 +315,8 @@ TEST(TableOutput, ofReadingsThatWereAllRefusedSaysSo)
         "      MHz  max dBm     avg     min  -100      -80       -60       -40       -20\n"
         "\n"
         "cannot tell\n"
-        "  no sample was taken in the channel\n"
-        "  would help: scan the channel\n");
+        "  no reading in the channel is one that a receiver can give\n"
+        "  would help: check the receiver\n");
 }
 
 TEST(TableOutput, oddReadingsAreToldFirst)

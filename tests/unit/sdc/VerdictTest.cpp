@@ -252,6 +252,14 @@ TEST(Verdict, cannotTellWithoutASampleInTheChannel)
     EXPECT_EQ(verdict.wouldHelp, std::vector{Help::channelScan});
 }
 
+/// The controller stores 0.00 dBm for a reading that the radio refuses.
+TEST(Verdict, cannotTellByAReceiverThatRefusesEveryReadingInTheChannel)
+{
+    const sdc::Verdict verdict = judge(scanned({{-9453, 0, -9453}}, wide, 18000000 - 28000, 28000), FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::cannotTell);
+    EXPECT_EQ(verdict.wouldHelp, std::vector{Help::checkReceiver});
+}
+
 TEST(Verdict, cannotTellOfNothing)
 {
     sdc::ChannelResult channel = channelScan({Levels{-9453}});
