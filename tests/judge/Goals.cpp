@@ -62,8 +62,7 @@ std::vector<Goal> goalsWithMuted()
 {
     using enum Goal::Side;
     const auto isOutsideNextCase = [](const Outcome& one) {
-        return isMuted(one, Case::clean) || isMuted(one, Case::raised)
-            || (isMuted(one, Case::disturbed) && !isExcused(one));
+        return isMuted(one, Case::clean) || isMuted(one, Case::raised) || (isMuted(one, Case::disturbed) && !isExcused(one));
     };
     const auto isNextCase = [](const Outcome& one) { return isMuted(one, Case::nextCase); };
     return {

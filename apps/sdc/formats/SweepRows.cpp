@@ -1,3 +1,4 @@
+#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/formats/LiveFormat.h"
 #include "apps/sdc/result/PowerMean.h"
 #include "apps/sdc/result/ReceiverData.h"

@@ -3,7 +3,6 @@
 #include "apps/sdc/result/Peaks.h"
 #include "apps/sdc/result/Raster.h"
 #include "apps/sdc/result/ResultFields.h"
-#include "support/ValueTypes.h"
 
 #include <array>
 #include <cstdint>

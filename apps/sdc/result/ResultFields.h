@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Errors.h"
+#include "support/Fields.h"
 #include "support/ValueTypes.h"
 
 #include <cmath>

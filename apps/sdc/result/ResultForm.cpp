@@ -5,7 +5,6 @@
 #include "apps/sdc/result/Sweep.h"
 #include "support/Errors.h"
 #include "support/Time.h"
-#include "support/ValueTypes.h"
 #include "terminal/Peers.h"
 
 #include <fmt/format.h>

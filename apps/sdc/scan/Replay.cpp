@@ -1,6 +1,5 @@
 #include "apps/sdc/scan/Replay.h"
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "Platform/Host/RadioChannel.h"
 #include "apps/sdc/formats/LiveFormat.h"
 #include "apps/sdc/result/ResultFile.h"
@@ -15,7 +14,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>

@@ -1,6 +1,7 @@
 #include "apps/sdc/verdict/MovingLine.h"
 
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/verdict/Fluctuation.h"
 
 #include <algorithm>
 #include <cmath>

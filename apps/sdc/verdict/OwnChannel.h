@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Control/SpectrumDiagnosticsController/ISpectrumDiagnosticsController.h"
 #include "apps/sdc/result/Floor.h"
 #include "apps/sdc/result/ReceiverData.h"
 #include "apps/sdc/result/ScanResult.h"

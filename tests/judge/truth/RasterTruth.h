@@ -9,9 +9,10 @@ namespace judge {
 
 /// What is so in a channel of the raster that is not the configured one.
 enum class Occupant : std::uint8_t {
-    nobody,    ///< nothing reaches in, while the receiver is there; masks and filter edges raise noise and leak at the centre by less than 0.5 dB
-    fringe,    ///< nothing reaches in, but masks and filter edges raise them by 5 dB or more
-    somebody,  ///< the spectrum of an emitter reaches in; `over` tells how strong
+    nobody,   ///< nothing reaches in, while the receiver is there; masks and filter edges raise noise and leak at the centre
+              ///< by less than 0.5 dB
+    fringe,   ///< nothing reaches in, but masks and filter edges raise them by 5 dB or more
+    somebody, ///< the spectrum of an emitter reaches in; `over` tells how strong
     uncertain, ///< any other: grazed, or a fringe that is faint
 };
 
