@@ -1,5 +1,6 @@
 #include "apps/sdc/formats/Formats.h"
 #include "apps/sdc/result/Analysis.h"
+#include "apps/sdc/result/AnalysisForm.h"
 #include "apps/sdc/result/Occupancy.h"
 #include "apps/sdc/result/ResultForm.h"
 #include "apps/sdc/result/Sanity.h"
