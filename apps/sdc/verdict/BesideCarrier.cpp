@@ -2,14 +2,17 @@
 
 #include "apps/sdc/result/Floor.h"
 #include "apps/sdc/result/ScanResult.h"
+#include "apps/sdc/verdict/EmitterSearch.h"
 #include "apps/sdc/verdict/Explanation.h"
 #include "apps/sdc/verdict/Fluctuation.h"
 #include "apps/sdc/verdict/KnownShapes.h"
+#include "apps/sdc/verdict/Profile.h"
 #include "apps/sdc/verdict/Rules.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <vector>
 
 namespace sdc {
 
@@ -44,19 +47,43 @@ Assumed withCarrier(const OwnChannel& own)
     return {.hasMasks = true, .hasUnseen = !own.isSeenFromBeside(), .hasOwnCarrier = true};
 }
 
+/// Whether an emitter in the channel explains readings far better than any beside it does.
+bool isExplainedInside(const OwnChannel& own)
+{
+    constexpr double farBetter = 60.0;
+    constexpr double well = 1.5;
+    constexpr double leastRise = 150.0;
+    return std::ranges::all_of(own.lags(), [&own](double lag) {
+        const Profile profile = own.profileOf(&OwnReading::mean, lag);
+        const ShapeMaker make(profile, own.width_kHz(), own.filterWidth_kHz());
+        const std::vector<Shape> known = knownShapes(own, make, &OwnReading::mean, withCarrier(own));
+        const auto search = [&](SearchRange range) { return searchEmitters(profile, own.noise_mW(), known, make, range); };
+        const EmitterSearch anywhere = search(SearchRange::everywhere);
+        return anywhere.misfit < well * static_cast<double>(profile.size()) && raisedInside(own, anywhere) > leastRise
+            && search(SearchRange::outsideOfTheChannel).cost() > anywhere.cost() + farBetter;
+    });
+}
+
 /// Whether readings are higher than explained, or of a shape so different that less tells.
 bool isUnlike(const Explained& explained, const OwnChannel& own)
 {
     constexpr double more = 100.0;
     constexpr double anotherShape = 3.0;
     constexpr double leastOver = 300.0;
+    constexpr double hardlyOver = 180.0;
     return explained.over > own.marginOfMean(own.sweeps()) + more
-        || (explained.misfit > anotherShape && explained.over > leastOver);
+        || (explained.misfit > anotherShape && explained.over > leastOver)
+        || (explained.over > hardlyOver && isExplainedInside(own));
 }
 
-/// Whether the own carrier with a notch in it looks like that; one that moves leaves something like that in the mean.
+/// Whether the own carrier with a notch in it looks like that. A notch moves: over a few sweeps that shows, and leaves
+/// something like that in the mean.
 bool mayBeNotched(const OwnChannel& own, bool isMoving)
 {
+    constexpr std::size_t sweepsToMove = 4;
+    if (!hasMultipath(own) || (!isMoving && own.sweeps() >= sweepsToMove)) {
+        return false;
+    }
     constexpr int steps = 18;
     constexpr double alike = 1.0;
     const double width_kHz = own.width_kHz();
@@ -114,7 +141,7 @@ Verdict judgeBesideCarrier(const OwnChannel& own, FarEnd farEnd)
     const bool hasShape = own.tunings() >= samplesOfAShape && !isMoving;
     const Explained usual = hasShape ? explain(own, &OwnReading::mean, withCarrier(own)) : Explained{};
     const bool isTold = farEnd != FarEnd::unknown;
-    if (isTold && isUnlike(usual, own) && !(hasMultipath(own) && mayBeNotched(own, fluctuation.falls > 0.0))) {
+    if (isTold && isUnlike(usual, own) && !mayBeNotched(own, fluctuation.falls > 0.0)) {
         return verdictBy(Rule::besideCarrierShape, usual.over);
     }
     const bool hasMost = hasShape && own.sweeps() > 2 && !hasMultipath(own);

@@ -139,11 +139,14 @@ void Search::sortByGain()
     std::ranges::sort(m_candidates, std::greater<>(), &Candidate::gain);
 }
 
+/// Nobody keeps right beside a channel without being in it, so that one in it is more likely.
+constexpr double hugging = 6.0;
+
 /// A carrier that is narrow looks nearly like a line, which it must surpass.
 double unlikely(const SeenEmitter& emitter)
 {
     constexpr double thatOfALine = 2.0;
-    return emitter.form == EmitterForm::carrier ? thatOfALine : 0.0;
+    return (emitter.form == EmitterForm::carrier ? thatOfALine : 0.0) + (emitter.hugs == 0 ? 0.0 : hugging);
 }
 
 /// What gains most with all else as it is need not be best when all else gives way: the first few are tried.
@@ -194,15 +197,15 @@ EmitterSearch Search::result() const
 
 } // namespace
 
-/// Two that hug the channel from both sides are less likely than one in it.
+/// Two that hug the channel from both sides are much less likely than one in it.
 double EmitterSearch::cost() const
 {
-    constexpr double hugging = 3.0;
+    constexpr double fromBothSides = 3.0;
     const auto hugs = [this](int side) {
         return std::ranges::any_of(emitters, [side](const SeenEmitter& emitter) { return emitter.hugs == side; });
     };
-    const double count = static_cast<double>(emitters.size()) + (hugs(-1) && hugs(1) ? hugging : 0.0);
-    return misfit + worthAnEmitter * count;
+    const double count = static_cast<double>(emitters.size()) + (hugs(-1) && hugs(1) ? fromBothSides : 0.0);
+    return misfit + worthAnEmitter * count + (hugs(-1) || hugs(1) ? hugging : 0.0);
 }
 
 EmitterSearch searchEmitters(

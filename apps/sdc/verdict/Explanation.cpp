@@ -1,6 +1,7 @@
 #include "apps/sdc/verdict/Explanation.h"
 
 #include "apps/sdc/result/Floor.h"
+#include "apps/sdc/verdict/EmitterSearch.h"
 #include "apps/sdc/verdict/Profile.h"
 
 #include <algorithm>
@@ -66,15 +67,22 @@ Explained explain(const OwnChannel& own, const Profile& profile, OwnLevel level,
 
 Explained explain(const OwnChannel& own, OwnLevel level, const Assumed& assumed)
 {
-    Explained best = explain(own, own.profileOf(level), level, assumed);
-    if (!own.isSlow() || own.readings().size() < 2) {
-        return best;
+    std::vector<Explained> explanations;
+    for (const double lag : own.lags()) {
+        explanations.push_back(explain(own, own.profileOf(level, lag), level, assumed));
     }
-    for (const double part : {0.25, 0.5, 0.75, 1.0}) {
-        const Explained other = explain(own, own.profileOf(level, part * own.mostLag()), level, assumed);
-        best = other.misfit < best.misfit ? other : best;
+    return *std::ranges::min_element(explanations, {}, &Explained::misfit);
+}
+
+double raisedInside(const OwnChannel& own, const EmitterSearch& search)
+{
+    double over = 0.0;
+    for (std::size_t index = 0; index < own.readings().size(); ++index) {
+        if (own.readings()[index].isOwn) {
+            over = std::max(over, readingOf(search.all_mW[index]) - readingOf(search.outside_mW[index]));
+        }
     }
-    return best;
+    return over;
 }
 
 } // namespace sdc

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/sdc/verdict/EmitterSearch.h"
 #include "apps/sdc/verdict/KnownShapes.h"
 #include "apps/sdc/verdict/OwnChannel.h"
 
@@ -15,5 +16,9 @@ struct Explained {
 /// edges are, anything beside the channel explains, too: a power for each part of the spectrum that filters begin or end
 /// with.
 Explained explain(const OwnChannel& own, OwnLevel level, const Assumed& assumed);
+
+/// By how much emitters in the channel raise a reading in it, at most; hundredths of a dB.
+/// @param search  over the readings of the channel
+double raisedInside(const OwnChannel& own, const EmitterSearch& search);
 
 } // namespace sdc

@@ -53,7 +53,21 @@ void OwnChannel::look(const std::vector<Spread>& spreads)
             m_readings.push_back(m_all.back());
         }
     }
-    m_isSeenFromBeside = m_isSeenFromBeside && spreads.size() >= fewSamples;
+    m_isSeenFromBeside = m_isSeenFromBeside && spreads.size() >= fewSamples
+        && std::ranges::none_of(m_all, [this](const OwnReading& reading) { return isReachedUnseen(reading); });
+}
+
+/// Whether a reading takes in something of a channel beside, over which the scan stepped.
+bool OwnChannel::isReachedUnseen(const OwnReading& reading) const
+{
+    constexpr double hardly = 0.05;
+    constexpr double near = 0.6;
+    const double beside_kHz = std::copysign(width_kHz(), reading.offset_kHz);
+    const double reachesOut_kHz = std::abs(reading.offset_kHz) + (filterWidth_kHz() - width_kHz()) / 2.0;
+    return reading.isOwn && reachesOut_kHz > hardly * width_kHz() && m_all.front().offset_kHz < beside_kHz
+        && beside_kHz < m_all.back().offset_kHz && std::ranges::none_of(m_all, [&](const OwnReading& other) {
+               return !other.isOwn && std::abs(other.offset_kHz - beside_kHz) <= near * width_kHz();
+           });
 }
 
 double OwnChannel::reach_kHz() const
@@ -100,6 +114,15 @@ bool OwnChannel::isSlow() const
 {
     constexpr double notSlow = 0.05;
     return m_mostLag > notSlow;
+}
+
+std::vector<double> OwnChannel::lags() const
+{
+    std::vector<double> lags{0.0};
+    for (int quarter = 1; quarter <= 4 && isSlow() && m_readings.size() > 1; ++quarter) {
+        lags.push_back(quarter / 4.0 * m_mostLag);
+    }
+    return lags;
 }
 
 double OwnChannel::marginOfMax() const

@@ -57,7 +57,7 @@ public:
     bool isBeyond() const { return m_all.size() > m_tunings; }
 
     /// Whether there is one sample for each channel, at its centre.
-    bool isRaster() const { return m_channel.plan.step_kHz >= m_channel.plan.channelSpacing_kHz; }
+    bool isRaster() const { return m_channel.plan.step_kHz == m_channel.plan.channelSpacing_kHz; }
 
     /// How far the highest reading and the mean of readings may lie over what is quiet.
     double marginOfMax() const;
@@ -90,9 +90,13 @@ public:
     double mostLag() const { return m_mostLag; }
     bool isSlow() const; ///< it may be so much that it changes verdicts
 
+    /// The parts that it may be, beginning with none.
+    std::vector<double> lags() const;
+
 private:
     double risenTo(double reading, double before) const;
     void look(const std::vector<Spread>& spreads);
+    bool isReachedUnseen(const OwnReading& reading) const;
     double reach_kHz() const;
     double lagSeen(const std::vector<Spread>& spreads) const;
 

@@ -123,12 +123,7 @@ private:
 /// By how much emitters in the channel raise a reading in it; 0 where emitters beside it explain readings as well.
 double ShapeJudge::inside() const
 {
-    double over = 0.0;
-    for (std::size_t index = 0; index < m_profile.size(); ++index) {
-        if (m_own.readings()[index].isOwn) {
-            over = std::max(over, readingOf(m_anywhere.all_mW[index]) - readingOf(m_anywhere.outside_mW[index]));
-        }
-    }
+    const double over = raisedInside(m_own, m_anywhere);
     constexpr double least = 200.0;
     if (over < least) {
         return 0.0;

@@ -106,6 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Verdict, EmitterInTheChannel,
         Inside{"narrowCarrierOffTheCentre", carrierAt(-6000, -75, 6000), InterferenceKind::carrier},
         Inside{"line", ContinuousWave{centre_kHz + 3300, -75}, InterferenceKind::line},
         Inside{"lineNearTheEdge", ContinuousWave{centre_kHz - 9300, -70}, InterferenceKind::line},
+        Inside{"lineAtTheEdge", ContinuousWave{centre_kHz + 13500, -70}, InterferenceKind::line},
         Inside{"noiseOverAllOfTheBand", NoiseBand{22e6, 24e6, 15}, InterferenceKind::wideband},
         Inside{"noiseOverThreeChannels", NoiseBand{centre_kHz - 42000, centre_kHz + 42000, 15}, InterferenceKind::wideband}),
     [](const auto& one) { return one.param.name; });
@@ -171,6 +172,28 @@ TEST(VerdictOfScans, isDisturbedByWhatJumpsMoreThanANotchCan)
     const Verdict verdict = judge(scans.scan(3, 3).channels.front(), FarEnd::on);
     EXPECT_EQ(verdict.judgement, Judgement::disturbed) << verdict.rule;
     EXPECT_EQ(verdict.kind, InterferenceKind::burst);
+}
+
+/// A notch moves: what is of one shape in five sweeps is none.
+TEST(VerdictOfScans, isDisturbedByAnotherShapeThatStaysWhereMultipathIs)
+{
+    SimulatedScans scans("13-fade", ScanKind::channel);
+    scans.link.notches.clear();
+    scans.link.emitters.push_back(ContinuousWave{scans.link.rxFrequency_kHz + 12000.0, -38});
+    EXPECT_EQ(judge(scans.scan(3, 3).channels.front(), FarEnd::on).judgement, Judgement::cannotTell);
+    const Verdict verdict = judge(scans.scan(3, 5).channels.front(), FarEnd::on);
+    EXPECT_EQ(verdict.judgement, Judgement::disturbed) << verdict.rule;
+}
+
+/// It is not higher than the carrier itself, and nothing beside the channel is like it.
+TEST(VerdictOfScans, isSuspectedByAHumpOnTheOwnCarrier)
+{
+    const std::vector<Emitter> links{carrierAt(0, -50, 22000), carrierAt(28000, -40, 22000)};
+    EXPECT_EQ(Link(ScanKind::subBand, links).judged(FarEnd::on, 10).judgement, Judgement::cannotTell);
+    std::vector<Emitter> emitters = links;
+    emitters.push_back(ContinuousWave{centre_kHz - 6000, -48});
+    const Verdict verdict = Link(ScanKind::subBand, emitters).judged(FarEnd::on, 10);
+    EXPECT_EQ(verdict.judgement, Judgement::suspected) << verdict.rule;
 }
 
 /// The controller stores 0.00 dBm for a reading that the radio refuses.

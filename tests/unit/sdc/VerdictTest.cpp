@@ -2,6 +2,7 @@
 
 #include "apps/sdc/verdict/Verdict.h"
 #include "TestResults.h"
+#include "apps/sdc/result/Floor.h"
 
 #include <gtest/gtest.h>
 
@@ -188,6 +189,24 @@ TEST(Verdict, ofARiseThatTheSubBandDoesNotExplainIsDisturbed)
 }
 
 /// 30 dB below the carrier beside it, and so on its other side.
+/// The one sample in the channel is off its centre, and the scan steps over the channel that its filter reaches.
+TEST(Verdict, cannotTellByAnEdgeThatReachesOutWhatStandsBesideIt)
+{
+    const Levels levels{-9450, -9430, -3500, -9440, -9460};
+    const auto scanFrom = [&](std::uint32_t lowest_kHz) { return scanned({levels}, wide, lowest_kHz, 80000); };
+    const sdc::Verdict verdict = judge(scanFrom(18000000 + 10000 - 2 * 80000), FarEnd::muted);
+    EXPECT_EQ(verdict.judgement, Judgement::cannotTell) << verdict.rule;
+    EXPECT_TRUE(wouldHelp(verdict, Help::channelScan));
+    EXPECT_EQ(judge(scanFrom(18000000 - 2 * 80000), FarEnd::muted).judgement, Judgement::disturbed);
+}
+
+/// What is beyond the ends of the scan is beyond the sub-band.
+TEST(Verdict, ofARiseInTheFirstChannelOfTheSubBandIsDisturbed)
+{
+    const Levels levels{-3500, -9430, -9450, -9440, -9460};
+    EXPECT_EQ(judge(scanned({levels}, wide, 18000000 - 10000, 80000), FarEnd::muted).judgement, Judgement::disturbed);
+}
+
 TEST(Verdict, ofARiseFromAMaskThatHasTwoSidesIsClearAndAdvisesAScanOfTheChannel)
 {
     const Levels levels{-9440, -9480, -9450, -9420, -7000, -4000, -7010, -9450, -9470};
@@ -243,6 +262,26 @@ TEST(Verdict, ofACarrierThatFadesIsNoAlarm)
         sweeps.push_back(hump(level));
     }
     EXPECT_EQ(judge(channelScan(sweeps), FarEnd::on).judgement, Judgement::cannotTell);
+}
+
+/// The channel below is 30 dB stronger, and a slow receiver still shows two fifths of that in the next reading.
+TEST(Verdict, takesWhatASlowReceiverSmearsIntoTheChannelForNoInterferer)
+{
+    const auto carrier_mW = [](double centre_kHz, double level, double offset_kHz) {
+        return sdc::milliwatts(level) * sdc::shareOfCarrier({centre_kHz, 28000.0, 0.25}, offset_kHz, narrow.filterWidth_kHz);
+    };
+    Levels levels;
+    double read = -9500.0;
+    for (int offset_kHz = -41000; offset_kHz <= 41000; offset_kHz += 2000) {
+        const double power_mW = carrier_mW(-28000.0, -2500.0, offset_kHz) + carrier_mW(0.0, -5500.0, offset_kHz);
+        const double settled = sdc::levelOf(power_mW + sdc::milliwatts(-9500.0));
+        read = settled + 0.4 * (read - settled);
+        levels.push_back(static_cast<std::int32_t>(read));
+    }
+    sdc::ChannelResult channel = scanned({levels, levels}, narrow, 18000000 - 41000, 2000);
+    EXPECT_EQ(judge(channel, FarEnd::on).judgement, Judgement::disturbed);
+    channel.plan.setRxWait_ms = 100;
+    EXPECT_EQ(judge(channel, FarEnd::on).judgement, Judgement::cannotTell);
 }
 
 TEST(Verdict, cannotTellWithoutASampleInTheChannel)
