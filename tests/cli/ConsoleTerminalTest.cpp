@@ -267,7 +267,8 @@ TEST_F(ConsoleOnATerminal, whatIsNoTextDoesNoHarm)
     ASSERT_TRUE(terminal.goesOnWith(prompt));
     terminal.type(std::string("ch\0an\xFF\xC3nel\0\r", 12));
     EXPECT_TRUE(terminal.goesOnWith("channel 1\r\n"));
-    terminal.type("\x16\033[2J\r"); // Ctrl-V: the next as it is
+    ASSERT_TRUE(terminal.goesOnWith(prompt)); // before it Ctrl-V is the terminal's own
+    terminal.type("\x16\033[2J\r");           // Ctrl-V: the next as it is
     EXPECT_TRUE(terminal.goesOnWith("sdc: unknown command '\\x1B[2J'"));
 }
 
