@@ -28,7 +28,7 @@ const std::vector<RuleText>& rules()
         {Rule::quiet, Judgement::clear,
             "no reading in the channel is above what the receiver reads of its own noise and of leaks", {}},
         {Rule::neighboursOnly, Judgement::clear,
-            "what is heard rises towards the edges as carriers in the channels beside do", {}},
+            "what is heard is no more than emitters beside the channel put into the filter", {}},
         {Rule::overAllLeaks, Judgement::disturbed,
             "readings are above the noise and all that can leak into the filter of what the scan shows elsewhere", {}},
         {Rule::maybeMask, Judgement::clear,
@@ -37,7 +37,7 @@ const std::vector<RuleText>& rules()
         {Rule::shapedInChannel, Judgement::disturbed,
             "what is heard has a shape across the channel that nothing outside of it gives", {}},
         {Rule::burstInChannel, Judgement::disturbed,
-            "readings were higher now and then, and nothing outside of the channel was so high at the time", {}},
+            "readings were higher now and then, as nothing beside the channel makes them", {}},
         {Rule::maybeLeak, Judgement::cannotTell,
             "readings are above the noise, but no higher and no other than the leak of a strong carrier that the scan does "
             "not show",

@@ -107,6 +107,7 @@ public:
 private:
     double inside() const;
     double burst() const;
+    double highestOver() const;
     bool isExplainedBeside(std::size_t index) const;
     double excess(std::size_t index) const;
     double leastRise() const;
@@ -208,6 +209,18 @@ double ShapeJudge::burst() const
     return m_own.isSeenFromBeside() && unexplained > leastRise() ? unexplained : 0.0;
 }
 
+/// The highest reading over what is there without anything in the channel.
+double ShapeJudge::highestOver() const
+{
+    double over = 0.0;
+    for (std::size_t index = 0; index < m_profile.size(); ++index) {
+        if (m_own.readings()[index].isOwn) {
+            over = std::max(over, m_own.readings()[index].max - readingOf(m_anywhere.outside_mW[index]));
+        }
+    }
+    return over;
+}
+
 /// What is heard may yet be more than carriers beside the channel give.
 Verdict ShapeJudge::withoutInterferer() const
 {
@@ -234,7 +247,7 @@ Verdict ShapeJudge::judge() const
         return withoutInterferer();
     }
     if (comes > stays && m_own.sweeps() > 1) {
-        return verdictBy(Rule::burstInChannel, comes);
+        return verdictBy(Rule::burstInChannel, highestOver());
     }
     return verdictBy(m_own.isSeenFromBeside() ? Rule::overAllLeaks : Rule::shapedInChannel, std::max(stays, comes));
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -225,6 +226,16 @@ TEST(Verdict, ofABurstInOneSweepOfManyIsDisturbed)
     const sdc::Verdict verdict = judge(subBandScan(sweeps), FarEnd::muted);
     EXPECT_EQ(verdict.judgement, Judgement::disturbed);
     EXPECT_EQ(verdict.kind, InterferenceKind::burst);
+}
+
+/// One sweep of three, the whole height of it and not that over a mean to which it adds.
+TEST(Verdict, ofABurstTellsHowHighItWasOverTheFloor)
+{
+    std::vector<Levels> sweeps{around(-9450, 42), around(-9450, 42, 3), around(-9450, 42, 5)};
+    std::ranges::copy(hump(-6000), sweeps[1].begin() + 14);
+    const sdc::Verdict verdict = judge(scanned(sweeps, wide, 18000000 - 41000, 2000), FarEnd::muted);
+    EXPECT_EQ(verdict.kind, InterferenceKind::burst) << verdict.rule;
+    EXPECT_NEAR(verdict.overFloor.value_or(0), 3450, 150);
 }
 
 TEST(Verdict, cannotTellWhatLiesUnderTheOwnCarrier)
