@@ -138,13 +138,17 @@ void writeConfusion(std::ostream& stream, const Outcomes& outcomes)
                 ++called.at(one.answer.kind ? static_cast<std::size_t>(*one.answer.kind) : sdc::interferenceKinds.size());
             }
         }
+        if (std::ranges::count(called, 0U) == std::ssize(called)) {
+            continue;
+        }
         support::Row row{std::string(sdc::interferenceKinds.at(kind))};
         for (const std::size_t count : called) {
             row.push_back(std::to_string(count));
         }
         rows.push_back(row);
     }
-    stream << "\nkinds, from 10 dB, where an alarm was given\n\n" << support::table(rows, "lrrrrrr");
+    stream << "\nkinds, from 10 dB, of interferers of one kind alone, where an alarm was given\n\n"
+           << support::table(rows, "lrrrrrr");
 }
 
 void addNeighbours(SaidTable& table)

@@ -160,8 +160,8 @@ std::vector<support::Row> rowsOf(const Analysis& analysis, const ScanPlan& plan,
             row("noise floor", "", *analysis.floor, fmt::format("lowest tenth, {} at each end left out", edgeSamples)));
     }
     if (const RasterChannel* const configured = analysis.configured()) {
-        rows.push_back(row("configured *", inMegahertz(plan.rxFrequency_kHz), *configured->average,
-            inMegahertz(plan.channelSpacing_kHz) + " wide"));
+        rows.push_back(row("configured *", inMegahertz(plan.rxFrequency_kHz), *configured->max,
+            fmt::format("{} wide, average {}", inMegahertz(plan.channelSpacing_kHz), hundredths(*configured->average))));
     }
     addPeaks(rows, analysis.peaks);
     addStates(rows, analysis.raster);

@@ -68,7 +68,7 @@ void describeInterferer(Verdict& verdict, const OwnChannel& own, FarEnd farEnd)
     const std::optional<SeenEmitter> seen = strongestInside(own, farEnd);
     const bool isBeside = seen && std::abs(seen->centre_kHz) > own.width_kHz() / 2.0 && seen->form != EmitterForm::wideband;
     verdict.place = isBeside ? InterferencePlace::adjacent : InterferencePlace::coChannel;
-    if (comesAndGoes(own)) {
+    if (verdict.kind == InterferenceKind::burst || comesAndGoes(own)) {
         verdict.kind = hasMovingLine(own) ? InterferenceKind::sweep : InterferenceKind::burst;
     } else if (seen) {
         verdict.kind = kindOf(*seen);

@@ -13,6 +13,7 @@ struct RuleText {
     Judgement judgement;
     const char* sentence;
     std::vector<Help> helps;
+    std::optional<InterferenceKind> kind{}; ///< of which it is by the rule alone
 };
 
 const std::vector<RuleText>& rules()
@@ -37,7 +38,7 @@ const std::vector<RuleText>& rules()
         {Rule::shapedInChannel, Judgement::disturbed,
             "what is heard has a shape across the channel that nothing outside of it gives", {}},
         {Rule::burstInChannel, Judgement::disturbed,
-            "readings were higher now and then, as nothing beside the channel makes them", {}},
+            "readings were higher now and then, as nothing beside the channel makes them", {}, InterferenceKind::burst},
         {Rule::maybeLeak, Judgement::cannotTell,
             "readings are above the noise, but no higher and no other than the leak of a strong carrier that the scan does "
             "not show",
@@ -46,14 +47,16 @@ const std::vector<RuleText>& rules()
             "readings are higher than the strongest carrier makes them that the scan may not show", {}},
         {Rule::overload, Judgement::disturbed, "the level is higher than any link is designed for", {Help::muteFarEnd}},
         {Rule::besideCarrierComes, Judgement::disturbed,
-            "something comes and goes on top of the own carrier, other than fading does", {Help::muteFarEnd}},
+            "something comes and goes on top of the own carrier, other than fading does", {Help::muteFarEnd},
+            InterferenceKind::burst},
         {Rule::besideCarrierShape, Judgement::disturbed,
             "what is heard is not of the shape of the own carrier and its neighbours", {Help::muteFarEnd}},
         {Rule::carrierUntold, Judgement::cannotTell,
             "a carrier is in the channel all the time, and whether it is the far end's was not said",
             {Help::sayFarEnd, Help::muteFarEnd}},
         {Rule::carrierAlone, Judgement::cannotTell,
-            "nothing but the shape of the own carrier is heard; what lies under it cannot be", {Help::muteFarEnd}},
+            "what is heard is no more than the own carrier and its fading explain; what lies under it is not heard",
+            {Help::muteFarEnd}},
     };
     return texts;
 }
@@ -67,6 +70,7 @@ Verdict verdictBy(Rule rule, std::optional<double> over)
     Verdict verdict{.judgement = text.judgement, .rule = text.sentence, .wouldHelp = text.helps};
     if (over && text.judgement == Judgement::disturbed) {
         verdict.judgement = *over >= surely ? Judgement::disturbed : Judgement::suspected;
+        verdict.kind = text.kind;
         verdict.overFloor = static_cast<std::int32_t>(std::lround(*over));
     }
     return verdict;

@@ -54,7 +54,7 @@ TEST(TableOutput, oneSweepIsATableWithBarsAndASummary)
         "    scan shows elsewhere\n"
         "\n"
         "noise floor                    -99.00 dBm  lowest tenth, 2 at each end left out\n"
-        "configured *    102.000 MHz    -30.00 dBm  2.000 MHz wide\n"
+        "configured *    102.000 MHz    -30.00 dBm  2.000 MHz wide, average -30.00\n"
         "peak            102.000 MHz    -30.00 dBm  under 27.500 MHz\n"
         "other channels  3 free, 1 unknown\n"
         "free            104.000 MHz    -97.99 dBm  raster +1, average -97.99\n"
@@ -123,6 +123,14 @@ TEST(TableOutput, severalSweepsShowTheirHolds)
                             "      MHz  max dBm     avg     min  -100      -80       -60       -40       -20\n"
                             "  100.000   -40.00  -42.60  -50.00  |#############################+\n"
                             "  101.000   -90.00  -90.00  -90.00 *|#####\n"));
+}
+
+TEST(TableOutput, configuredChannelHasItsMaximumAndItsAverage)
+{
+    const auto channel =
+        channelOf(1, {sweepOf({-9000, -9000, -4000, -9000, -9000}), sweepOf({-9000, -9000, -5000, -9000, -9000})});
+    EXPECT_THAT(tableOf(resultOf({channel})),
+        HasSubstr("\nconfigured *    102.000 MHz    -40.00 dBm  2.000 MHz wide, average -42.60\n"));
 }
 
 TEST(TableOutput, levelsAndPeaksAreOfTheTraceChosen)

@@ -265,6 +265,15 @@ TEST(Verdict, ofWhatComesAndGoesOnTheOwnCarrierIsDisturbed)
     EXPECT_EQ(verdict.kind, InterferenceKind::burst);
 }
 
+TEST(Verdict, ofALittleThatComesAndGoesOnTheOwnCarrierIsABurst)
+{
+    std::vector<Levels> sweeps(6, hump(-5500));
+    sweeps[3] = hump(-5000);
+    const sdc::Verdict verdict = judge(channelScan(sweeps), FarEnd::on);
+    EXPECT_EQ(verdict.judgement, Judgement::suspected) << verdict.rule;
+    EXPECT_EQ(verdict.kind, InterferenceKind::burst);
+}
+
 /// 5 dB down from one sweep to the next, a minute later, and back.
 TEST(Verdict, ofACarrierThatFadesIsNoAlarm)
 {
